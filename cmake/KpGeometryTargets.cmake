@@ -1,0 +1,90 @@
+# One function for each sort of target, so that every library, tool and test is
+# built with the same settings; each setting stands beside its reason.
+
+# Settings of every target that is compiled here.
+add_library(kpgeometry_settings INTERFACE)
+
+target_compile_options(kpgeometry_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  # Results are a contract to the bit: a fused product and sum differs in the last one.
+  -ffp-contract=off)
+if(KPGEOMETRY_WERROR)
+  target_compile_options(kpgeometry_settings INTERFACE -Werror)
+endif()
+
+target_compile_definitions(kpgeometry_settings INTERFACE
+  QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_URL_CAST_FROM_STRING
+  # Text becomes a QString only where the code says in which encoding.
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY)
+
+if(KPGEOMETRY_SANITIZERS)
+  target_compile_options(kpgeometry_settings INTERFACE
+    -fsanitize=${KPGEOMETRY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kpgeometry_settings INTERFACE -fsanitize=${KPGEOMETRY_SANITIZERS})
+else()
+  # The sanitizer runtimes are resolved at load time, so only a plain build can insist.
+  target_link_options(kpgeometry_settings INTERFACE -Wl,--no-undefined)
+endif()
+target_link_options(kpgeometry_settings INTERFACE -Wl,--fatal-warnings)
+if(KPGEOMETRY_COVERAGE)
+  target_compile_options(kpgeometry_settings INTERFACE --coverage)
+  target_link_options(kpgeometry_settings INTERFACE --coverage)
+endif()
+
+# kpgeometry_add_library(<target> OUTPUT_NAME <name> SOURCES ... PUBLIC_HEADERS ... PUBLIC ... PRIVATE ...)
+#
+# A shared library lib<name>.so.1 with hidden visibility, the export macro
+# <TARGET>_EXPORT in <target>_export.h, and its headers installed to include/kpgeometry.
+function(kpgeometry_add_library target)
+  cmake_parse_arguments(arg "" "OUTPUT_NAME" "SOURCES;PUBLIC_HEADERS;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${target} SHARED ${arg_SOURCES} ${arg_PUBLIC_HEADERS})
+  add_library(KpGeometry::${arg_OUTPUT_NAME} ALIAS ${target})
+
+  include(GenerateExportHeader)
+  generate_export_header(${target})
+  target_sources(${target} PUBLIC
+    FILE_SET HEADERS
+    BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}
+    FILES ${arg_PUBLIC_HEADERS} ${CMAKE_CURRENT_BINARY_DIR}/${target}_export.h)
+
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME ${arg_OUTPUT_NAME}
+    EXPORT_NAME ${arg_OUTPUT_NAME}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  target_include_directories(${target} INTERFACE
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry>)
+  target_compile_features(${target} INTERFACE cxx_std_11)
+  target_link_libraries(${target}
+    PUBLIC ${arg_PUBLIC}
+    PRIVATE $<BUILD_INTERFACE:kpgeometry_settings> ${arg_PRIVATE})
+
+  install(TARGETS ${target} EXPORT KpGeometryTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry)
+endfunction()
+
+# kpgeometry_add_test(<name> [SOURCES ...] [LIBRARIES ...] [DEFINITIONS ...] [TIMEOUT seconds])
+#
+# A Qt Test program built from <name>.cpp. It runs on the offscreen platform, so it
+# needs no display.
+function(kpgeometry_add_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;DEFINITIONS" ${ARGN})
+  add_executable(${name} ${name}.cpp ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_link_libraries(${name} PRIVATE kpgeometry_settings Qt5::Test ${arg_LIBRARIES})
+  # Tests may write their literals plainly.
+  target_compile_options(${name} PRIVATE
+    -UQT_NO_CAST_FROM_ASCII -UQT_NO_CAST_TO_ASCII -UQT_NO_CAST_FROM_BYTEARRAY)
+  target_compile_definitions(${name} PRIVATE ${arg_DEFINITIONS}
+    KPGEOMETRY_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT ${arg_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,46 @@
+#ifndef BOUNDEDXML_P_H
+#define BOUNDEDXML_P_H
+
+#include <QByteArray>
+#include <QString>
+
+class QDomDocument;
+class QIODevice;
+
+/**
+ * Reading XML that may be hostile.
+ *
+ * Qt's DOM recurses over the depth of a document when it is written or destroyed, so a deep
+ * enough file overflows the stack. These functions refuse such a file before a tree of it
+ * exists.
+ */
+namespace BoundedXml {
+
+constexpr qint64 maximumBytes = 256 * 1024 * 1024;
+constexpr int maximumDepth = 1000;
+
+/** What is wrong with a text, and where: line and column count from 1, 0 is "nowhere". */
+struct Error
+{
+    qint64 line = 0;
+    qint64 column = 0;
+    QString message;
+
+    bool isNull() const { return message.isEmpty(); }
+};
+
+/** All that `device` holds; empty, with `error` set, on a read error or above maximumBytes. */
+QByteArray read(QIODevice& device, Error& error);
+
+/**
+ * Whether `text` is one well-formed document within the bounds; `error` is set if not. An
+ * entity may expand to 4,096 characters, Qt's own limit.
+ */
+bool check(QByteArray const& text, Error& error);
+
+/** Builds the tree of `text`; false, with `document` empty and `error` set, if check() fails. */
+bool parse(QByteArray const& text, QDomDocument& document, Error& error);
+
+} // namespace BoundedXml
+
+#endif // BOUNDEDXML_P_H

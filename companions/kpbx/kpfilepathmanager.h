@@ -1,0 +1,30 @@
+#ifndef KPFILEPATHMANAGER_H
+#define KPFILEPATHMANAGER_H
+
+#include "kpbx_export.h"
+
+class QDomDocument;
+class QString;
+
+/** Where the application keeps its own files, and how it reads them. */
+class KpFilePathManager
+{
+public:
+    /**
+     * The full path of the file `fileName` in the application's configuration directory
+     * (QStandardPaths::AppConfigLocation). The directory is created when it is missing;
+     * the file is not. The same name always gives the same path.
+     */
+    KPBX_EXPORT static QString configPath(QString const& fileName);
+
+    /**
+     * Reads the XML file at `path` into `document`.
+     *
+     * @return false, with `document` empty, when the file is missing, cannot be read, is
+     * not well-formed, or is out of bounds: more than 256 MiB, more than 1,000 nested
+     * elements, or an entity that expands to more than 4,096 characters.
+     */
+    KPBX_EXPORT static bool loadXmlFile(QDomDocument& document, QString const& path);
+};
+
+#endif // KPFILEPATHMANAGER_H

@@ -1,0 +1,34 @@
+#ifndef XMLSTREAMWRITER_H
+#define XMLSTREAMWRITER_H
+
+#include "kpbx_export.h"
+
+#include <QXmlStreamWriter>
+
+class QByteArray;
+class QIODevice;
+class QString;
+
+/**
+ * A QXmlStreamWriter whose attributes take the three value types that documents use.
+ *
+ * Each overload writes the attribute on the start tag just opened, in the order of the
+ * calls, its value escaped as XML requires.
+ */
+class XmlStreamWriter : public QXmlStreamWriter
+{
+public:
+    /** @param device open for writing; not owned, must outlive the writer */
+    KPBX_EXPORT explicit XmlStreamWriter(QIODevice* device);
+    /** @param array appended to; not owned, must outlive the writer */
+    KPBX_EXPORT explicit XmlStreamWriter(QByteArray* array);
+    /** @param string appended to; not owned, must outlive the writer */
+    KPBX_EXPORT explicit XmlStreamWriter(QString* string);
+
+    KPBX_EXPORT void writeAttribute(QString const& name, QString value);
+    /** @param value UTF-8 text; null writes an empty value */
+    KPBX_EXPORT void writeAttribute(QString const& name, char const* value);
+    KPBX_EXPORT void writeAttribute(QString const& name, int value);
+};
+
+#endif // XMLSTREAMWRITER_H

@@ -1,0 +1,146 @@
+#ifndef GEOMETRYXML_P_H
+#define GEOMETRYXML_P_H
+
+#include "numbertext_p.h"
+#include "quarkmanager.h"
+#include "segmentkind_p.h"
+#include "xmlstreamwriter.h"
+
+#include <QDomElement>
+#include <QXmlStreamReader>
+
+/**
+ * The XML of outlines, DOM and stream: the coordinate element that carries one bound real,
+ * and the segment element around such elements, each written once for all segment kinds.
+ *
+ * A coordinate element has the attributes V (value), B (base) and P (rate), in this order;
+ * B and P only when the base is not 0. So an absolute real is read back with the rule that
+ * its segment's constructor gives it; the format has always behaved so, and keeps it.
+ *
+ * The two readers differ where Qt's two interfaces do, and documents count on both:
+ * an empty attribute is ignored in the DOM and stores 0 in the stream; of a move's or line's
+ * repeated coordinates the DOM takes the first and the stream the last.
+ */
+namespace GeometryXml {
+
+/** An attribute of a DOM element counts unless it is absent or empty. */
+inline bool isGiven(QString const& text)
+{
+    return !text.isEmpty();
+}
+
+/** An attribute of a start tag in the stream counts unless it is absent. */
+inline bool isGiven(QStringRef const& text)
+{
+    return !text.isNull();
+}
+
+/** @param attribute gives the text of an attribute by its name */
+template <class Attribute> void readReal(KpReal& real, Attribute attribute)
+{
+    if (auto const value = attribute(QStringLiteral("V")); isGiven(value))
+        real.value = NumberText::toReal(value);
+    if (auto const base = attribute(QStringLiteral("B")); isGiven(base))
+        real.base = NumberText::toBase(base);
+    if (auto const rate = attribute(QStringLiteral("P")); isGiven(rate))
+        real.rate = NumberText::toReal(rate);
+}
+
+inline void readReal(KpReal& real, QDomElement const& element)
+{
+    readReal(real, [&element](QString const& name) { return element.attribute(name); });
+}
+
+inline void readReal(KpReal& real, QXmlStreamAttributes const& attributes)
+{
+    readReal(real, [&attributes](QString const& name) { return attributes.value(name); });
+}
+
+/** @param setAttribute takes the name and the text of one attribute */
+template <class SetAttribute> void writeReal(KpReal const& real, SetAttribute setAttribute)
+{
+    setAttribute(QStringLiteral("V"), NumberText::fromReal(real.value));
+    if (real.base == KpReal::Absolute)
+        return;
+    setAttribute(QStringLiteral("B"), NumberText::fromBase(real.base));
+    setAttribute(QStringLiteral("P"), NumberText::fromReal(real.rate));
+}
+
+/** Appends the element `name` to `parent` and returns it. */
+inline QDomElement appendElement(QDomElement& parent, QString const& name)
+{
+    QDomElement element = parent.ownerDocument().createElement(name);
+    parent.appendChild(element);
+    return element;
+}
+
+/** Appends the segment's element to `geometry`. */
+template <class Segment> void saveSegment(Segment& segment, QDomElement& geometry)
+{
+    QDomElement element = appendElement(geometry, SegmentKind::elementName<Segment>());
+    for (auto const& coordinate : SegmentKind::coordinates(segment)) {
+        QDomElement child = element.ownerDocument().createElement(coordinate.letter);
+        writeReal(
+            coordinate.real(segment), [&child](QString const& attribute, QString const& text) {
+                child.setAttribute(attribute, text);
+            });
+        element.appendChild(child);
+    }
+}
+
+template <class Segment> void saveSegment(Segment& segment, XmlStreamWriter& writer)
+{
+    writer.writeStartElement(SegmentKind::elementName<Segment>());
+    for (auto const& coordinate : SegmentKind::coordinates(segment)) {
+        writer.writeStartElement(coordinate.letter);
+        writeReal(
+            coordinate.real(segment), [&writer](QString const& attribute, QString const& text) {
+                writer.writeAttribute(attribute, text);
+            });
+        writer.writeEndElement();
+    }
+    writer.writeEndElement();
+}
+
+/** Reads the first child of each letter. */
+template <class Segment> void parseFirstOfEach(Segment& segment, QDomElement const& element)
+{
+    for (auto const& coordinate : SegmentKind::coordinates(segment))
+        readReal(coordinate.real(segment), element.firstChildElement(coordinate.letter));
+}
+
+/** Reads every child whose name is a letter of the kind, in document order. */
+template <class Segment> void parseEach(Segment& segment, QDomElement const& element)
+{
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        int const quark = QuarkManager::quarkFromString(child.nodeName());
+        for (auto const& coordinate : SegmentKind::coordinates(segment)) {
+            if (coordinate.quark == quark)
+                readReal(coordinate.real(segment), child);
+        }
+    }
+}
+
+/** Reads the segment on whose start tag the reader stands, to its end tag. */
+template <class Segment> void parseSegment(Segment& segment, QXmlStreamReader& reader)
+{
+    QString const name = SegmentKind::elementName<Segment>();
+    reader.readNextStartElement();
+    while (!reader.atEnd()) {
+        if (reader.isStartElement()) {
+            for (auto const& coordinate : SegmentKind::coordinates(segment)) {
+                if (reader.name() == coordinate.letter)
+                    readReal(coordinate.real(segment), reader.attributes());
+            }
+            reader.skipCurrentElement();
+        } else if (reader.isEndElement() && reader.name() == name) {
+            return;
+        }
+        reader.readNext();
+    }
+}
+
+} // namespace GeometryXml
+
+#endif // GEOMETRYXML_P_H

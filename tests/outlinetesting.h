@@ -1,0 +1,193 @@
+#ifndef OUTLINETESTING_H
+#define OUTLINETESTING_H
+
+#include "kppath.h"
+#include "kppathsegcurveto.h"
+#include "kppathsegellipse.h"
+#include "kppathseglineto.h"
+#include "kppathseglist.h"
+#include "kppathsegmoveto.h"
+#include "xmlstreamwriter.h"
+
+#include <QDomDocument>
+#include <QRandomGenerator>
+#include <QString>
+#include <QStringList>
+#include <QtTest>
+
+#include <cstring>
+#include <limits>
+
+/** What the tests of outlines share: exact comparison, exact text, random outlines. */
+namespace OutlineTesting {
+
+/** Equality of the bit patterns, which QCOMPARE does not give for doubles. */
+inline bool sameBits(double left, double right)
+{
+    return std::memcmp(&left, &right, sizeof left) == 0;
+}
+
+/** A double in hexadecimal notation: equal texts are equal numbers, NaN included. */
+inline QString exact(double number)
+{
+    return QString::asprintf("%a", number);
+}
+
+inline QString exact(KpReal const& real)
+{
+    return QStringLiteral("{%1 %2 %3}").arg(real.base).arg(exact(real.rate), exact(real.value));
+}
+
+inline QString exact(KpPoint const& point)
+{
+    return exact(point.x) + exact(point.y);
+}
+
+/** Kind and every field of a segment. */
+inline QString exact(KpPathSeg& seg)
+{
+    QString text = QString::number(seg.type) + exact(seg.pt);
+    if (KpPathSegCurveTo const* const curve = seg.toCurveTo())
+        text += exact(curve->ctrl1) + exact(curve->ctrl2);
+    if (KpPathSegEllipse const* const ellipse = seg.toEllipse())
+        text += exact(ellipse->a) + exact(ellipse->b);
+    return text;
+}
+
+/** Flags and segments of an outline, a line each. */
+inline QString exact(KpPathSegList const& list)
+{
+    QStringList lines {QStringLiteral("closed %1 noLine %2 noFill %3")
+                           .arg(list.closed)
+                           .arg(list.noLine)
+                           .arg(list.noFill)};
+    for (KpPathSeg* const seg : list.segs)
+        lines << exact(*seg);
+    return lines.join(QLatin1Char('\n'));
+}
+
+/** The elements of a painter path, a line each. */
+inline QString exact(KpPath const& path)
+{
+    QStringList lines;
+    for (KpPath::KpElement const& element : path.elements) {
+        lines << QStringLiteral("%1 %2 %3 %4 %5")
+                     .arg(element.type)
+                     .arg(exact(element.x), exact(element.y), exact(element.reserved1),
+                         exact(element.reserved2));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+/** The stream form of an outline. */
+inline QByteArray streamXml(KpPathSegList& list)
+{
+    QByteArray text;
+    XmlStreamWriter writer(&text);
+    list.saveTo(writer);
+    return text;
+}
+
+/** The DOM form of an outline: the tree that holds it under a root element. */
+inline QDomDocument domXml(KpPathSegList& list)
+{
+    QDomDocument document;
+    QDomElement root = document.createElement(QStringLiteral("Root"));
+    document.appendChild(root);
+    list.saveTo(root);
+    return document;
+}
+
+/** The first element of `xml`, read as a DOM. */
+inline QDomElement domElement(QByteArray const& xml)
+{
+    QDomDocument document;
+    document.setContent(xml);
+    return document.documentElement();
+}
+
+/** A number that is often awkward: any bit pattern, a tie, a power of ten, a special value. */
+inline double awkwardReal(QRandomGenerator& random)
+{
+    switch (random.bounded(8)) {
+    case 0: {
+        quint64 const bits = random.generate64();
+        double number = 0.0;
+        std::memcpy(&number, &bits, sizeof number);
+        return number;
+    }
+    case 1:
+        return random.bounded(1000000) + 0.5;
+    case 2:
+        return std::pow(10.0, random.bounded(-20, 20));
+    case 3: {
+        static double const specials[] = {0.0, -0.0, 1.0, -1.0, 0.001,
+            std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+            -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::max(),
+            std::numeric_limits<double>::denorm_min()};
+        return specials[random.bounded(int(std::size(specials)))];
+    }
+    default:
+        return random.generateDouble() * 2000.0 - 1000.0;
+    }
+}
+
+inline KpReal randomReal(QRandomGenerator& random)
+{
+    qint16 const base = random.bounded(8) == 0 ? qint16(random.bounded(-32768, 32768))
+                                               : qint16(random.bounded(8));
+    return KpReal(base, awkwardReal(random), awkwardReal(random));
+}
+
+inline KpPoint randomPoint(QRandomGenerator& random)
+{
+    return KpPoint(randomReal(random), randomReal(random));
+}
+
+/** Appends `count` segments of all kinds with random reals, and draws the flags. */
+inline void fillRandomly(KpPathSegList& list, int count, QRandomGenerator& random)
+{
+    list.closed = random.bounded(2) == 1;
+    list.noLine = random.bounded(2) == 1;
+    list.noFill = random.bounded(2) == 1;
+    for (int i = 0; i < count; ++i) {
+        switch (random.bounded(4)) {
+        case 0:
+            list.addTail(new KpPathSegMoveTo(randomPoint(random), nullptr));
+            break;
+        case 1:
+            list.addTail(new KpPathSegLineTo(randomPoint(random), nullptr));
+            break;
+        case 2:
+            list.addTail(new KpPathSegCurveTo(
+                randomPoint(random), randomPoint(random), randomPoint(random), nullptr));
+            break;
+        default: {
+            auto* const ellipse = new KpPathSegEllipse(
+                randomPoint(random), randomReal(random), randomReal(random), nullptr);
+            // The constructor binds the radii; any rule may stand there afterwards.
+            ellipse->a.base = randomReal(random).base;
+            ellipse->b.base = randomReal(random).base;
+            list.addTail(ellipse);
+            break;
+        }
+        }
+    }
+}
+
+} // namespace OutlineTesting
+
+/** QCOMPARE for doubles that must be equal bit for bit. */
+#define COMPARE_BITS(actual, expected)                                                             \
+    do {                                                                                           \
+        double const actualValue = (actual);                                                       \
+        double const expectedValue = (expected);                                                   \
+        QVERIFY2(OutlineTesting::sameBits(actualValue, expectedValue),                             \
+            qPrintable(QStringLiteral("%1 is %2 (%3), not %4 (%5)")                                \
+                           .arg(QStringLiteral(#actual), OutlineTesting::exact(actualValue))       \
+                           .arg(actualValue, 0, 'g', 17)                                           \
+                           .arg(OutlineTesting::exact(expectedValue))                              \
+                           .arg(expectedValue, 0, 'g', 17)));                                      \
+    } while (false)
+
+#endif // OUTLINETESTING_H
