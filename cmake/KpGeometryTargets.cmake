@@ -26,6 +26,10 @@ else()
   target_link_options(kpgeometry_settings INTERFACE -Wl,--no-undefined)
 endif()
 target_link_options(kpgeometry_settings INTERFACE -Wl,--fatal-warnings)
+if(KPGEOMETRY_FUZZERS)
+  # The fuzzer steers by the branches that the libraries take.
+  target_compile_options(kpgeometry_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(KPGEOMETRY_COVERAGE)
   target_compile_options(kpgeometry_settings INTERFACE --coverage)
   target_link_options(kpgeometry_settings INTERFACE --coverage)
@@ -66,6 +70,9 @@ function(kpgeometry_add_library target)
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry)
 endfunction()
 
+set(KPGEOMETRY_SANITIZER_ENVIRONMENT
+  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
+
 # kpgeometry_add_test(<name> [SOURCES ...] [LIBRARIES ...] [DEFINITIONS ...] [TIMEOUT seconds])
 #
 # A Qt Test program built from <name>.cpp. It runs on the offscreen platform, so it
@@ -86,5 +93,5 @@ function(kpgeometry_add_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${KPGEOMETRY_SANITIZER_ENVIRONMENT}")
 endfunction()

@@ -13,6 +13,7 @@ public:
     /** A curve whose points are bound in proportion to the width and the height, rates 0. */
     KpPathSegCurveTo(
         QPointF const& control1, QPointF const& control2, QPointF const& end, KpPathSegList* owner);
+    /** A curve of these points, with all their fields; the end point comes last. */
     KpPathSegCurveTo(
         KpPoint const& control1, KpPoint const& control2, KpPoint const& end, KpPathSegList* owner);
     ~KpPathSegCurveTo() override;

@@ -9,6 +9,7 @@ class KPGEOMETRY_EXPORT KpPathSegLineTo : public KpPathSeg
 public:
     /** A line to `point`, bound in proportion to the width and the height, rates 0. */
     KpPathSegLineTo(QPointF const& point, KpPathSegList* owner);
+    /** A line to `point`, with all its fields. */
     KpPathSegLineTo(KpPoint const& point, KpPathSegList* owner);
     ~KpPathSegLineTo() override;
 

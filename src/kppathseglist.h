@@ -53,8 +53,11 @@ public:
      */
     void clear();
 
+    /** The flag `closed`. */
     bool getClosed() const;
+    /** The flag `noLine`. */
     bool getNoLine() const;
+    /** The flag `noFill`. */
     bool getNoFill() const;
 
     /** Appends `seg` and takes ownership; null is refused. */

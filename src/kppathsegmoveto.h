@@ -9,6 +9,7 @@ class KPGEOMETRY_EXPORT KpPathSegMoveTo : public KpPathSeg
 public:
     /** A move to `point`, bound in proportion to the width and the height, rates 0. */
     KpPathSegMoveTo(QPointF const& point, KpPathSegList* owner);
+    /** A move to `point`, with all its fields. */
     KpPathSegMoveTo(KpPoint const& point, KpPathSegList* owner);
     ~KpPathSegMoveTo() override;
 

@@ -55,6 +55,7 @@ struct KpReal
     {
     }
 
+    /** The three fields, in their order. */
     KpReal(qint16 rule, double parameter, double current) noexcept
         : base(rule)
         , rate(parameter)
@@ -115,12 +116,13 @@ Q_DECLARE_TYPEINFO(KpReal, Q_MOVABLE_TYPE);
 /** A point of two bound reals. x grows to the right, y grows downwards. */
 struct KpPoint
 {
-    KpReal x;
-    KpReal y;
+    KpReal x; ///< to the right
+    KpReal y; ///< downwards
 
     /** All zero: absolute and at the origin. */
-    KpPoint() noexcept { }
+    KpPoint() noexcept = default;
 
+    /** The two coordinates, with all their fields. */
     KpPoint(KpReal const& horizontal, KpReal const& vertical) noexcept
         : x(horizontal)
         , y(vertical)

@@ -138,14 +138,15 @@ template <class Predicate> Kind const* find(Predicate matches)
 }
 
 /**
- * Calls `visit` with each real of `segment`, in the order of the tables. None for a segment of
- * no known kind, or one that does not cast to the kind that its type names.
+ * Calls `visit` with the letter and the real of each coordinate of `segment`, in the order of
+ * the tables. None for a segment of no known kind, or one that does not cast to the kind that
+ * its type names.
  */
-template <class Visitor> void forEachReal(KpPathSeg& segment, Visitor visit)
+template <class Visitor> void forEachCoordinate(KpPathSeg& segment, Visitor visit)
 {
     auto const visitAll = [&visit](auto& typed) {
         for (auto const& coordinate : coordinates(typed))
-            visit(coordinate.real(typed));
+            visit(coordinate.letter, coordinate.real(typed));
     };
     switch (segment.type) {
     case KpPathSeg::SegMoveTo:
@@ -163,10 +164,16 @@ template <class Visitor> void forEachReal(KpPathSeg& segment, Visitor visit)
     }
 }
 
+/** Calls `visit` with each real of `segment`, as forEachCoordinate. */
+template <class Visitor> void forEachReal(KpPathSeg& segment, Visitor visit)
+{
+    forEachCoordinate(segment, [&visit](QString const&, KpReal& real) { visit(real); });
+}
+
 inline int realCount(KpPathSeg& segment)
 {
     int count = 0;
-    forEachReal(segment, [&count](KpReal&) { ++count; });
+    forEachReal(segment, [&count](KpReal const&) { ++count; });
     return count;
 }
 

@@ -16,7 +16,7 @@ class QIODevice;
  */
 namespace BoundedXml {
 
-constexpr qint64 maximumBytes = 256 * 1024 * 1024;
+constexpr qint64 maximumBytes = 256LL * 1024 * 1024;
 constexpr int maximumDepth = 1000;
 
 /** What is wrong with a text, and where: line and column count from 1, 0 is "nowhere". */

@@ -18,16 +18,18 @@ class QString;
 class XmlStreamWriter : public QXmlStreamWriter
 {
 public:
-    /** @param device open for writing; not owned, must outlive the writer */
+    /** Writes to a device. @param device open for writing; not owned, must outlive the writer */
     KPBX_EXPORT explicit XmlStreamWriter(QIODevice* device);
-    /** @param array appended to; not owned, must outlive the writer */
+    /** Writes UTF-8. @param array appended to; not owned, must outlive the writer */
     KPBX_EXPORT explicit XmlStreamWriter(QByteArray* array);
-    /** @param string appended to; not owned, must outlive the writer */
+    /** Writes text. @param string appended to; not owned, must outlive the writer */
     KPBX_EXPORT explicit XmlStreamWriter(QString* string);
 
+    /** Writes the attribute `name` with the text `value`. */
     KPBX_EXPORT void writeAttribute(QString const& name, QString value);
-    /** @param value UTF-8 text; null writes an empty value */
+    /** Likewise. @param value UTF-8 text; null writes an empty value */
     KPBX_EXPORT void writeAttribute(QString const& name, char const* value);
+    /** Writes `value` in decimal. */
     KPBX_EXPORT void writeAttribute(QString const& name, int value);
 };
 

@@ -25,21 +25,24 @@ public:
      */
     struct KpElement
     {
-        double x;
-        double y;
-        double reserved1;
-        double reserved2;
-        int type;
+        double x; ///< to the right
+        double y; ///< downwards
+        double reserved1; ///< carried, 0 in elements made here
+        double reserved2; ///< carried, 0 in elements made here
+        int type; ///< 0 to 4
     };
 
-    QVector<KpElement> elements;
+    QVector<KpElement> elements; ///< the only data of a path
 
+    /** Appends `element` as it is. */
     void append(KpElement const& element) { elements.append(element); }
+    /** How many elements there are. */
     int count() const { return elements.count(); }
-    /** @param index from 0 to count() - 1 */
+    /** The element at `index`. @param index from 0 to count() - 1 */
     KpElement const& at(int index) const { return elements.at(index); }
     /** The last element; the path must not be empty. */
     KpElement const& last() const { return elements.last(); }
+    /** Whether there is no element. */
     bool isEmpty() const { return elements.isEmpty(); }
 
     /**
