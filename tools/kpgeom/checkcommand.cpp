@@ -1,0 +1,53 @@
+#include "commandline.h"
+#include "inputoutput.h"
+#include "outlinecheck.h"
+#include "progress.h"
+
+namespace {
+
+QString toText(OutlineDocument& document, QVector<Finding> const& findings)
+{
+    QString const file = displayName(document.file());
+    QString text;
+    for (Finding const& finding : findings) {
+        text += QStringLiteral("%1:%2:%3: %4\n")
+                    .arg(file)
+                    .arg(finding.line)
+                    .arg(finding.column)
+                    .arg(finding.text);
+    }
+    return text
+        + QStringLiteral("%1: outlines: %2, warnings: %3\n")
+              .arg(file)
+              .arg(document.outlines().size())
+              .arg(findings.size());
+}
+
+} // namespace
+
+Outcome runCheck(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    if (auto const end = line.parse(arguments))
+        return *end;
+    if (line.files().isEmpty())
+        return line.misused(QStringLiteral("no file given"));
+
+    Outcome outcome = Outcome::Done;
+    Progress progress(line.files().size());
+    for (QString const& file : line.files()) {
+        progress.step();
+        auto document = OutlineDocument::load(file);
+        if (!document) {
+            outcome = Outcome::Failed;
+            continue;
+        }
+        QVector<Finding> const findings = checkOutlines(*document);
+        progress.clear();
+        if (!printOut(toText(*document, findings)))
+            return Outcome::Failed;
+        if (!findings.isEmpty())
+            outcome = worse(outcome, Outcome::Warned);
+    }
+    return outcome;
+}

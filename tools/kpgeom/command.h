@@ -1,0 +1,39 @@
+#ifndef COMMAND_H
+#define COMMAND_H
+
+#include <QString>
+#include <QStringList>
+
+/** How a command ends; the numbers are the exit codes of the tool. */
+enum class Outcome {
+    Done = 0,
+    Failed = 1, ///< bad input or a failed operation
+    Misused = 2, ///< wrong usage
+    Warned = 3 ///< done, with warnings
+};
+
+/** The worse of two outcomes: a failure outweighs warnings, these outweigh success. */
+inline Outcome worse(Outcome left, Outcome right)
+{
+    if (left == Outcome::Failed || right == Outcome::Failed)
+        return Outcome::Failed;
+    return left == Outcome::Done ? right : left;
+}
+
+/** A subcommand. */
+struct Command
+{
+    char const* name;
+    char const* syntax; ///< what follows the name
+    char const* summary; ///< one sentence
+    /** @param arguments those after the subcommand's name */
+    Outcome (*run)(Command const& command, QStringList const& arguments);
+};
+
+Outcome runInfo(Command const& command, QStringList const& arguments);
+Outcome runRender(Command const& command, QStringList const& arguments);
+Outcome runResize(Command const& command, QStringList const& arguments);
+Outcome runConvert(Command const& command, QStringList const& arguments);
+Outcome runCheck(Command const& command, QStringList const& arguments);
+
+#endif // COMMAND_H

@@ -1,0 +1,41 @@
+#ifndef COMMANDLINE_H
+#define COMMANDLINE_H
+
+#include "command.h"
+
+#include <QCommandLineParser>
+#include <QSizeF>
+
+#include <optional>
+
+/** The arguments of one subcommand. */
+class CommandLine
+{
+public:
+    explicit CommandLine(Command const& command);
+
+    void addOption(QCommandLineOption const& option) { m_parser.addOption(option); }
+
+    /** Reads the arguments. An outcome means that the command ends here: help or misuse. */
+    std::optional<Outcome> parse(QStringList const& arguments);
+
+    bool isSet(QString const& option) const { return m_parser.isSet(option); }
+    QString value(QString const& option) const { return m_parser.value(option); }
+    QStringList values(QString const& option) const { return m_parser.values(option); }
+    QStringList files() const { return m_parser.positionalArguments(); }
+
+    /** Tells the user how the command was misused. */
+    Outcome misused(QString const& what) const;
+
+private:
+    Command const& m_command;
+    QCommandLineParser m_parser;
+};
+
+/** "WxH", both greater than 0 and at most a million units. */
+std::optional<QSizeF> sizeFromText(QString const& text);
+
+/** A number greater than 0 and at most a million. */
+std::optional<double> factorFromText(QString const& text);
+
+#endif // COMMANDLINE_H

@@ -1,0 +1,99 @@
+#include "inputoutput.h"
+
+#include "boundedxml_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cstdio>
+
+namespace {
+
+QString const standardStream = QStringLiteral("-");
+
+/** Writes all of `content`; QSaveFile::commit() alone can miss a failed last flush. */
+bool writeAll(QFileDevice& device, QByteArray const& content)
+{
+    return device.write(content) == content.size() && device.flush()
+        && device.error() == QFileDevice::NoError;
+}
+
+bool writeStandardOutput(QByteArray const& content)
+{
+    QFile output;
+    return output.open(stdout, QIODevice::WriteOnly) && writeAll(output, content);
+}
+
+bool fail(QString const& file, QString const& what)
+{
+    printError(QStringLiteral("%1: %2").arg(displayName(file), what));
+    return false;
+}
+
+} // namespace
+
+QString displayName(QString const& file)
+{
+    return file == standardStream ? QStringLiteral("<stdin>") : file;
+}
+
+void printError(QString const& line)
+{
+    QByteArray const text = line.toUtf8() + '\n';
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
+}
+
+bool printOut(QString const& text)
+{
+    return writeOutput(standardStream, text.toUtf8());
+}
+
+std::optional<QByteArray> readInput(QString const& file)
+{
+    QFile input;
+    bool opened = false;
+    if (file == standardStream) {
+        opened = input.open(stdin, QIODevice::ReadOnly);
+    } else {
+        input.setFileName(file);
+        opened = input.open(QIODevice::ReadOnly);
+    }
+    if (!opened) {
+        fail(file, input.errorString());
+        return std::nullopt;
+    }
+    BoundedXml::Error error;
+    QByteArray const content = BoundedXml::read(input, error);
+    if (!error.isNull()) {
+        fail(file, error.message);
+        return std::nullopt;
+    }
+    return content;
+}
+
+bool writeOutput(QString const& file, QByteArray const& content)
+{
+    if (file == standardStream) {
+        return writeStandardOutput(content)
+            || fail(QStringLiteral("<stdout>"), QStringLiteral("cannot be written"));
+    }
+    QFileInfo const target(file);
+    if (target.isDir())
+        return fail(file, QStringLiteral("is a directory"));
+    if (target.exists() && !target.isFile()) {
+        QFile device(file);
+        return (device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+                   && writeAll(device, content))
+            || fail(file, device.errorString());
+    }
+    QSaveFile output(file);
+    if (!output.open(QIODevice::WriteOnly))
+        return fail(file, output.errorString());
+    if (!writeAll(output, content)) {
+        QString const reason = output.errorString();
+        output.cancelWriting();
+        return fail(file, reason);
+    }
+    return output.commit() || fail(file, output.errorString());
+}

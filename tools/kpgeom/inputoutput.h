@@ -1,0 +1,30 @@
+#ifndef INPUTOUTPUT_H
+#define INPUTOUTPUT_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/** The name of a file in messages: "-" is standard input. */
+QString displayName(QString const& file);
+
+/** Prints one line on standard error. */
+void printError(QString const& line);
+
+/** Prints `text` on standard output; false if it cannot be written. */
+bool printOut(QString const& text);
+
+/**
+ * All that the file holds, "-" being standard input. Nothing, after an error message, when it
+ * cannot be read or is larger than the tool takes.
+ */
+std::optional<QByteArray> readInput(QString const& file);
+
+/**
+ * Writes the file whole or not at all, "-" being standard output. A device or a pipe is
+ * written directly: it cannot be replaced. False, after an error message, on failure.
+ */
+bool writeOutput(QString const& file, QByteArray const& content);
+
+#endif // INPUTOUTPUT_H

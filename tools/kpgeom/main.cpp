@@ -1,0 +1,73 @@
+#include "command.h"
+#include "inputoutput.h"
+
+#include <QGuiApplication>
+#include <QHash>
+
+namespace {
+
+constexpr Command commands[] = {
+    {"info", "FILE...", "Says what outlines the documents hold.", runInfo},
+    {"render", "FILE... -o OUT.{svg,png,pdf}", "Draws outlines.", runRender},
+    {"resize", "FILE --from WxH --to WxH -o OUT.xml",
+        "Fits the outlines of a document to a box of another size.", runResize},
+    {"convert", "IN -o OUT.xml", "Makes a document of an SVG picture or of text in a font.",
+        runConvert},
+    {"check", "FILE...", "Says what reading, saving and undo change in outlines.", runCheck},
+};
+
+QString helpText()
+{
+    QString text = QStringLiteral("Usage: kpgeom COMMAND ...\n\n"
+                                  "Reads, draws, resizes, makes and checks outlines.\n\n"
+                                  "Commands:\n");
+    for (Command const& command : commands) {
+        text += QStringLiteral("  %1  %2\n")
+                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.summary));
+    }
+    return text
+        + QStringLiteral("\n\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input "
+                         "or output.\n"
+                         "Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, "
+                         "3 done with warnings.\n");
+}
+
+Outcome run(QStringList const& arguments)
+{
+    QString const name = arguments.value(0);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h"))
+        return printOut(helpText()) ? Outcome::Done : Outcome::Failed;
+    if (name == QLatin1String("--version")) {
+        return printOut(QStringLiteral("kpgeom " KPGEOM_VERSION "\n")) ? Outcome::Done
+                                                                       : Outcome::Failed;
+    }
+    for (Command const& command : commands) {
+        if (name == QLatin1String(command.name))
+            return command.run(command, arguments.mid(1));
+    }
+    printError(name.isEmpty()
+            ? QStringLiteral("kpgeom: no command given (see kpgeom --help)")
+            : QStringLiteral("kpgeom: unknown command '%1' (see kpgeom --help)").arg(name));
+    return Outcome::Misused;
+}
+
+/** Drops what Qt says of its surroundings: the tool itself reports every failure. */
+void ignoreMessage(
+    QtMsgType /*type*/, QMessageLogContext const& /*context*/, QString const& /*message*/)
+{
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qInstallMessageHandler(ignoreMessage);
+    // No window is ever opened, so no display is needed.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The same document is written with its attributes in the same order every time.
+    qSetGlobalQHashSeed(0);
+    QGuiApplication const application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("kpgeom"));
+    return static_cast<int>(run(QCoreApplication::arguments().mid(1)));
+}

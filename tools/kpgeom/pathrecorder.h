@@ -1,0 +1,74 @@
+#ifndef PATHRECORDER_H
+#define PATHRECORDER_H
+
+#include <QBrush>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QPointF>
+#include <QSizeF>
+#include <QTransform>
+
+#include <memory>
+#include <vector>
+
+/** One painted path, with all that paints it again. */
+struct RecordedPath
+{
+    QPainterPath path; ///< as recorded, in device units; its fill rule is the painted one
+    QTransform
+        transform; ///< from the painter's coordinates, those of pen and brush, to device units
+    QPen pen; ///< Qt::NoPen where no line was painted
+    QBrush brush; ///< Qt::NoBrush where nothing was filled
+    QPointF brushOrigin;
+    double fillOpacity = 1.0; ///< from 0 to 1, beside what the brush itself has
+    double lineOpacity = 1.0; ///< from 0 to 1, beside what the pen itself has
+    QPainter::CompositionMode compositionMode = QPainter::CompositionMode_SourceOver;
+    QPainter::RenderHints renderHints;
+    bool clipped = false; ///< painted under a clip, which is not recorded
+
+    /** Paints the path; the painter's coordinates are device units. The painter's state stays. */
+    void paint(QPainter& painter) const;
+    /** As paint(), but with `outline`, in device units, for the path. Its fill rule counts. */
+    void paint(QPainter& painter, QPainterPath const& outline) const;
+};
+
+/**
+ * A paint device that records the paths that are painted on it, and draws nothing.
+ *
+ * Every line, rectangle, ellipse, polygon and point is a path of its own; so is every text
+ * item, whose path holds the outlines of all its glyphs. Images are no paths: they are counted
+ * and left out. Clips are not applied.
+ *
+ * The device is as large as its logical size, at 96 dots an inch; the paths are recorded in
+ * device units, of which `scale` make a logical unit. Coordinates are not rounded.
+ */
+class PathRecorder : public QPaintDevice
+{
+public:
+    /** @param scale device units a logical unit; 1 records what the painter was given */
+    PathRecorder(QSizeF size, double scale);
+    ~PathRecorder() override;
+
+    /** In the order in which they were painted. Paths without an element are not recorded. */
+    std::vector<RecordedPath> const& paths() const { return m_paths; }
+    /** Images and pixmaps painted; a tiled one counts once. */
+    int imageCount() const { return m_imageCount; }
+
+    QPaintEngine* paintEngine() const override;
+
+protected:
+    int metric(PaintDeviceMetric metric) const override;
+
+private:
+    class Engine;
+
+    QSizeF m_size;
+    QTransform m_scale;
+    std::vector<RecordedPath> m_paths;
+    int m_imageCount = 0;
+    std::unique_ptr<Engine> m_engine;
+};
+
+#endif // PATHRECORDER_H

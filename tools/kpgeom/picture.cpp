@@ -1,0 +1,95 @@
+#include "picture.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include <cmath>
+
+namespace {
+
+constexpr double largestSide = 20000.0;
+constexpr double largestArea = 100e6;
+
+void paint(Picture const& picture, QPaintDevice& device)
+{
+    QPainter painter(&device);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(QRectF(QPointF(0.0, 0.0), picture.size), Qt::white);
+    picture.paint(painter);
+}
+
+QByteArray toPng(Picture const& picture)
+{
+    QImage image(picture.size.toSize(), QImage::Format_RGB32);
+    paint(picture, image);
+    QByteArray file;
+    QBuffer buffer(&file);
+    image.save(&buffer, "PNG");
+    return file;
+}
+
+QByteArray toSvg(Picture const& picture)
+{
+    QByteArray file;
+    QBuffer buffer(&file);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setSize(picture.size.toSize());
+    generator.setViewBox(QRectF(QPointF(0.0, 0.0), picture.size));
+    paint(picture, generator);
+    return file;
+}
+
+QByteArray toPdf(Picture const& picture)
+{
+    QByteArray file;
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    int const pointsAnInch = 72;
+    writer.setResolution(pointsAnInch);
+    writer.setPageSize(QPageSize(picture.size, QPageSize::Point, QString(), QPageSize::ExactMatch));
+    writer.setPageMargins(QMarginsF(0.0, 0.0, 0.0, 0.0));
+    paint(picture, writer);
+    return file;
+}
+
+} // namespace
+
+std::optional<PictureFormat> pictureFormat(QString const& name)
+{
+    if (name.compare(QLatin1String("svg"), Qt::CaseInsensitive) == 0)
+        return PictureFormat::Svg;
+    if (name.compare(QLatin1String("png"), Qt::CaseInsensitive) == 0)
+        return PictureFormat::Png;
+    if (name.compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0)
+        return PictureFormat::Pdf;
+    return std::nullopt;
+}
+
+std::optional<QByteArray> toFile(Picture const& picture, PictureFormat format, QString& error)
+{
+    double const width = std::ceil(picture.size.width());
+    double const height = std::ceil(picture.size.height());
+    // Written so that not-a-number fails.
+    if (!(width >= 1.0 && height >= 1.0 && width <= largestSide && height <= largestSide
+            && width * height <= largestArea)) {
+        error = QStringLiteral("a picture of %1 by %2 is too large")
+                    .arg(QString::number(width, 'g', 6), QString::number(height, 'g', 6));
+        return std::nullopt;
+    }
+    Picture const whole {QSizeF(width, height), picture.paint};
+    switch (format) {
+    case PictureFormat::Svg:
+        return toSvg(whole);
+    case PictureFormat::Png:
+        return toPng(whole);
+    case PictureFormat::Pdf:
+        return toPdf(whole);
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,39 @@
+#include "progress.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+constexpr int fewestSteps = 10;
+constexpr int barWidth = 40;
+
+} // namespace
+
+Progress::Progress(int total)
+    : m_total(total)
+    , m_isShown(total >= fewestSteps && isatty(STDERR_FILENO) != 0)
+{
+}
+
+Progress::~Progress()
+{
+    clear();
+}
+
+void Progress::step()
+{
+    ++m_step;
+    if (!m_isShown)
+        return;
+    int const filled = static_cast<int>(static_cast<qint64>(barWidth) * m_step / m_total);
+    QByteArray const bar = QByteArray(filled, '#') + QByteArray(barWidth - filled, ' ');
+    std::fprintf(stderr, "\r[%s] %d/%d", bar.constData(), m_step, m_total);
+    std::fflush(stderr);
+}
+
+void Progress::clear()
+{
+    if (m_isShown)
+        std::fputs("\r\033[K", stderr);
+}
