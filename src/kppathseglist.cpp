@@ -4,39 +4,50 @@
 #include "kppath.h"
 #include "undovalue_p.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <numeric>
 
 namespace {
 
+/** Indices at which searches ended, the latest first. */
+using Hints = std::array<int, 8>;
+
 /**
- * Where this thread's last searches ended, by list.
+ * Where this thread's last searches in `list` ended, and in those that share its entry.
  *
  * Neighbours are asked for one after the other, so the next search nearly always ends beside
- * the last one, and a walk needs no search over the list. An entry is only a place to look
- * first: it is checked against the list before it counts, so a stale one costs time and
- * nothing else.
+ * one of the last. A walk needs no search over the list then, nor do several walks in turn. A
+ * hint is only a place to look first: it is checked against the list before it counts, so a
+ * stale one costs time and nothing else.
  */
-int& lastFound(KpPathSegList const* list)
+Hints& hintsFor(KpPathSegList const* list)
 {
-    thread_local std::array<int, 16> indices {};
-    // Lists on the heap lie at least 32 bytes apart.
-    return indices[(reinterpret_cast<quintptr>(list) / 32) % indices.size()];
+    thread_local std::array<Hints, 64> hints {};
+    // Fibonacci hashing: lists lie beside each other or in even steps.
+    quint64 const hash = reinterpret_cast<quintptr>(list) * Q_UINT64_C(0x9E3779B97F4A7C15);
+    return hints[hash >> 58];
 }
 
 /** The index of `seg` in `list`, or -1. */
 int indexOf(KpPathSegList const* list, KpPathSeg* seg)
 {
     QVector<KpPathSeg*> const& segs = list->segs;
-    int& hint = lastFound(list);
-    for (int const index : {hint + 1, hint, hint - 1}) {
-        if (segs.value(index) == seg)
-            return hint = index;
+    Hints& hints = hintsFor(list);
+    for (auto hint = hints.begin(); hint != hints.end(); ++hint) {
+        for (int const index : {*hint + 1, *hint, *hint - 1}) {
+            if (segs.value(index) == seg) {
+                std::rotate(hints.begin(), hint, hint + 1);
+                return hints.front() = index;
+            }
+        }
     }
     int const index = segs.indexOf(seg);
-    if (index >= 0)
-        hint = index;
+    if (index >= 0) {
+        std::rotate(hints.begin(), hints.end() - 1, hints.end());
+        hints.front() = index;
+    }
     return index;
 }
 
