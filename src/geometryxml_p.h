@@ -66,9 +66,11 @@ template <class SetAttribute> void writeReal(KpReal const& real, SetAttribute se
     setAttribute(QStringLiteral("P"), NumberText::fromReal(real.rate));
 }
 
-/** Appends the element `name` to `parent` and returns it. */
+/** Appends the element `name` to `parent` and returns it: a null one to a null one. */
 inline QDomElement appendElement(QDomElement& parent, QString const& name)
 {
+    if (parent.isNull())
+        return QDomElement();
     QDomElement element = parent.ownerDocument().createElement(name);
     parent.appendChild(element);
     return element;
@@ -79,12 +81,11 @@ template <class Segment> void saveSegment(Segment& segment, QDomElement& geometr
 {
     QDomElement element = appendElement(geometry, SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        QDomElement child = element.ownerDocument().createElement(coordinate.letter);
+        QDomElement child = appendElement(element, coordinate.letter);
         writeReal(
             coordinate.real(segment), [&child](QString const& attribute, QString const& text) {
                 child.setAttribute(attribute, text);
             });
-        element.appendChild(child);
     }
 }
 
@@ -127,7 +128,8 @@ template <class Segment> void parseSegment(Segment& segment, QXmlStreamReader& r
 {
     QString const name = SegmentKind::elementName<Segment>();
     reader.readNextStartElement();
-    while (!reader.atEnd()) {
+    // On a device that promises more than it holds, a reader in error is not at the end.
+    while (!reader.atEnd() && !reader.hasError()) {
         if (reader.isStartElement()) {
             for (auto const& coordinate : SegmentKind::coordinates(segment)) {
                 if (reader.name() == coordinate.letter)

@@ -50,7 +50,7 @@ public:
      */
     virtual void setStartPt(QPointF point);
 
-    /** Appends the segment's own element to `geometry`, the element of its outline. */
+    /** Appends the segment's own element to `geometry`, its outline's; null takes nothing. */
     virtual void saveTo(QDomElement& geometry) = 0;
     /** Writes the segment's element at the writer's position. */
     virtual void saveTo(XmlStreamWriter& writer) = 0;

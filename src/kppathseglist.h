@@ -148,7 +148,7 @@ public:
     void fromUndoValue(QVector<int>& ints, QVector<double>& doubles, int& intPos, int& doublePos,
         int segmentCount);
 
-    /** Appends a `Geometry` element to `parent`. */
+    /** Appends a `Geometry` element to `parent`; a null parent takes nothing. */
     void saveTo(QDomElement& parent);
     /** Writes a `Geometry` element at the writer's position. */
     void saveTo(XmlStreamWriter& writer);
