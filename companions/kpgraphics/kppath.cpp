@@ -68,10 +68,14 @@ bool KpPath::isClockWise()
 {
     if (elements.isEmpty())
         return false;
+    // Seen from one of its own points, a small polygon far away loses no digits, and an upright
+    // or level line has no area at all.
+    QPointF const origin = point(elements.constFirst());
     double twiceArea = 0.0;
-    KpElement from = last();
-    for (KpElement const& to : qAsConst(elements)) {
-        twiceArea += from.x * to.y - to.x * from.y;
+    QPointF from = point(last()) - origin;
+    for (KpElement const& element : qAsConst(elements)) {
+        QPointF const to = point(element) - origin;
+        twiceArea += from.x() * to.y() - to.x() * from.y();
         from = to;
     }
     return twiceArea > 0.0;
