@@ -4,6 +4,7 @@
 #include <QIODevice>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <array>
 
 namespace BoundedXml {
@@ -14,6 +15,41 @@ void setError(Error& error, QXmlStreamReader const& reader, QString const& messa
 {
     error = {reader.lineNumber(), reader.columnNumber() + 1, message};
 }
+
+/** Counts what a reader goes through, and says when it is too much. */
+class Bounds
+{
+public:
+    explicit Bounds(QByteArray const& text)
+        : m_text(text)
+        , m_maximumNodes(std::max(text.size(), smallestNodeLimit))
+    {
+    }
+
+    /** What is too much with the token at which the reader is now; empty if nothing is. */
+    QString excess(QXmlStreamReader const& reader)
+    {
+        if (reader.isStartElement() && ++m_depth > maximumDepth)
+            return QStringLiteral("more than %1 nested elements").arg(maximumDepth);
+        if (reader.isEndElement())
+            --m_depth;
+        // Counted beforehand: Qt gathers all references of a text before it reports any of it.
+        if (reader.isDTD() && !reader.entityDeclarations().isEmpty()
+            && m_text.count('&') > maximumReferences)
+            return QStringLiteral("more than %1 references in a document that declares entities")
+                .arg(maximumReferences);
+        m_nodes += 1 + reader.attributes().size();
+        if (m_nodes > m_maximumNodes)
+            return QStringLiteral("expands to more than %1 nodes").arg(m_maximumNodes);
+        return QString();
+    }
+
+private:
+    QByteArray const& m_text;
+    int const m_maximumNodes;
+    int m_depth = 0;
+    int m_nodes = 0;
+};
 
 } // namespace
 
@@ -42,26 +78,16 @@ bool check(QByteArray const& text, Error& error)
     QXmlStreamReader reader(text);
     // An undeclared prefix is no fault of well-formedness.
     reader.setNamespaceProcessing(false);
-    int depth = 0;
+    Bounds bounds(text);
     while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            if (++depth > maximumDepth) {
-                setError(error, reader,
-                    QStringLiteral("more than %1 nested elements").arg(maximumDepth));
-                return false;
-            }
-            break;
-        case QXmlStreamReader::EndElement:
-            --depth;
-            break;
-        default:
-            break;
+        reader.readNext();
+        QString const fault = reader.hasError() ? reader.errorString() : bounds.excess(reader);
+        if (!fault.isEmpty()) {
+            setError(error, reader, fault);
+            return false;
         }
     }
-    if (reader.hasError())
-        setError(error, reader, reader.errorString());
-    return !reader.hasError();
+    return true;
 }
 
 bool parse(QByteArray const& text, QDomDocument& document, Error& error)

@@ -11,13 +11,21 @@ class QIODevice;
  * Reading XML that may be hostile.
  *
  * Qt's DOM recurses over the depth of a document when it is written or destroyed, so a deep
- * enough file overflows the stack. These functions refuse such a file before a tree of it
- * exists.
+ * enough file overflows the stack; and with a document type that declares entities or default
+ * attributes, a small file becomes a tree that fills the memory. These functions refuse such a
+ * file before a tree of it exists.
  */
 namespace BoundedXml {
 
 constexpr qint64 maximumBytes = 256LL * 1024 * 1024;
 constexpr int maximumDepth = 1000;
+/** Ampersands of a document that declares entities; in any other they cost nothing. */
+constexpr int maximumReferences = 10000;
+/**
+ * A document may have as many nodes (tags, attributes, texts) as it has bytes, which holds for
+ * all that do not expand, and a short one as many as this.
+ */
+constexpr int smallestNodeLimit = 100000;
 
 /** What is wrong with a text, and where: line and column count from 1, 0 is "nowhere". */
 struct Error

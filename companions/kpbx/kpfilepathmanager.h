@@ -22,7 +22,9 @@ public:
      *
      * @return false, with `document` empty, when the file is missing, cannot be read, is
      * not well-formed, or is out of bounds: more than 256 MiB, more than 1,000 nested
-     * elements, or an entity that expands to more than 4,096 characters.
+     * elements, an entity that expands to more than 4,096 characters, more than 10,000
+     * references beside declared entities, or an expansion to more nodes than the file has
+     * bytes (100,000 in a short file).
      */
     KPBX_EXPORT static bool loadXmlFile(QDomDocument& document, QString const& path);
 };
