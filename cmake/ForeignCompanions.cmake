@@ -3,7 +3,8 @@
 
 function(kpgeometry_import_companion name header)
   find_library(KPGEOMETRY_${name}_LIBRARY ${name}
-    PATHS ${KPGEOMETRY_COMPANIONS} PATH_SUFFIXES lib ${CMAKE_INSTALL_LIBDIR}
+    PATHS ${KPGEOMETRY_COMPANIONS}
+    PATH_SUFFIXES lib lib/${CMAKE_LIBRARY_ARCHITECTURE} ${CMAKE_INSTALL_LIBDIR}
     NO_DEFAULT_PATH REQUIRED)
   find_path(KPGEOMETRY_${name}_INCLUDE_DIR ${header}
     PATHS ${KPGEOMETRY_COMPANIONS} PATH_SUFFIXES include include/kpgeometry

@@ -2,7 +2,7 @@
 
 build_packages=(g++ cmake ninja-build qtbase5-dev libqt5svg5-dev)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
-test_packages=(binutils clang clang-format-14 clang-tidy-14 libclang-rt-14-dev man-db pkg-config)
+test_packages=(binutils clang clang-format-14 clang-tidy-14 git libclang-rt-14-dev man-db pkg-config)
 
 # Installs those of the named packages that are missing; silent when none is.
 install_missing() {

@@ -1,0 +1,74 @@
+# The layout, the vtables and the symbols that clients were built against, and the package
+# that new clients are built against.
+set(build_kind "")
+if(NOT KPGEOMETRY_COMPANIONS)
+  list(APPEND build_kind KPGEOMETRY_OWN_COMPANIONS)
+endif()
+if(KPGEOMETRY_SANITIZERS)
+  list(APPEND build_kind KPGEOMETRY_SANITIZED)
+endif()
+if(KPGEOMETRY_COVERAGE)
+  list(APPEND build_kind KPGEOMETRY_COVERAGE)
+endif()
+kpgeometry_add_test(tst_binaryinterface
+  LIBRARIES KpGeometry::kpgeometry ${CMAKE_DL_LIBS}
+  DEFINITIONS
+    KPGEOMETRY_LIBRARY="$<TARGET_FILE:kpgeometry>"
+    KPGEOMETRY_KPBX_LIBRARY="$<TARGET_FILE:KpGeometry::KPBX>"
+    KPGEOMETRY_KPGRAPHICS_LIBRARY="$<TARGET_FILE:KpGeometry::kpgraphics>"
+    KPGEOMETRY_NM="${CMAKE_NM}"
+    ${build_kind})
+
+# The package as a stranger uses it. What is installed from a build with sanitizers or with
+# companion libraries from elsewhere is not for strangers.
+if(KPGEOMETRY_SANITIZERS OR KPGEOMETRY_COMPANIONS)
+  message(STATUS "Sanitizers or foreign companion libraries: the package tests are left out")
+  return()
+endif()
+
+find_program(KPGEOMETRY_PKG_CONFIG pkg-config)
+find_program(KPGEOMETRY_GCC g++)
+find_program(KPGEOMETRY_CLANG clang++)
+
+set(package_work ${CMAKE_CURRENT_BINARY_DIR}/package)
+
+# kpgeometry_add_package_test(<name> <script> [CXX compiler])
+function(kpgeometry_add_package_test name script)
+  cmake_parse_arguments(arg "" "CXX" "" ${ARGN})
+  if(NOT arg_CXX)
+    set(arg_CXX ${CMAKE_CXX_COMPILER})
+  endif()
+  add_test(NAME ${name} COMMAND ${CMAKE_COMMAND}
+    -DSOURCE=${PROJECT_SOURCE_DIR}
+    -DBUILD=${PROJECT_BINARY_DIR}
+    -DWORK=${package_work}
+    -DPREFIX=${package_work}/prefix
+    -DCOMPANIONS_PREFIX=${package_work}/companions-prefix
+    -DCONSUMER=${PROJECT_SOURCE_DIR}/tests/package/consumer
+    -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
+    -DVERSION=${PROJECT_VERSION}
+    -DGENERATOR=${CMAKE_GENERATOR}
+    -DCXX=${arg_CXX}
+    -DPKG_CONFIG=$<$<BOOL:${KPGEOMETRY_PKG_CONFIG}>:${KPGEOMETRY_PKG_CONFIG}>
+    -DNM=${CMAKE_NM}
+    -DREADELF=${CMAKE_READELF}
+    -P ${PROJECT_SOURCE_DIR}/tests/package/${script}.cmake)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
+
+kpgeometry_add_package_test(package_install install)
+set_tests_properties(package_install PROPERTIES FIXTURES_SETUP installed_package)
+kpgeometry_add_package_test(package_findpackage findpackage)
+kpgeometry_add_package_test(package_pkgconfig pkgconfig)
+kpgeometry_add_package_test(package_foreigncompanions foreigncompanions)
+set(package_tests package_findpackage package_pkgconfig package_foreigncompanions)
+foreach(compiler IN ITEMS GCC CLANG)
+  if(KPGEOMETRY_${compiler})
+    string(TOLOWER package_headers_${compiler} name)
+    kpgeometry_add_package_test(${name} headers CXX ${KPGEOMETRY_${compiler}})
+    list(APPEND package_tests ${name})
+  else()
+    message(STATUS "No ${compiler} found: public headers are not compiled with it")
+  endif()
+endforeach()
+set_tests_properties(${package_tests} PROPERTIES FIXTURES_REQUIRED installed_package)

@@ -1,0 +1,11 @@
+# The tests of the companion libraries as they stand in companions/. Another build of them
+# is tested where it comes from; what the library needs of it the tests of outlines see.
+if(KPGEOMETRY_COMPANIONS)
+  message(STATUS "Companion libraries from ${KPGEOMETRY_COMPANIONS}: their tests are left out")
+else()
+  kpgeometry_add_test(tst_kppath LIBRARIES KpGeometry::kpgraphics KpGeometry::kpgeometry)
+  kpgeometry_add_test(tst_xmlstreamwriter LIBRARIES KpGeometry::KPBX)
+  kpgeometry_add_test(tst_quarkmanager LIBRARIES KpGeometry::KPBX)
+  kpgeometry_add_test(tst_kpfilepathmanager LIBRARIES KpGeometry::KPBX)
+endif()
+kpgeometry_add_test(tst_boundedxml LIBRARIES kpboundedxml)
