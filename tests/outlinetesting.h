@@ -13,10 +13,15 @@
 #include <QRandomGenerator>
 #include <QString>
 #include <QStringList>
+#include <QXmlStreamReader>
 #include <QtTest>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <memory>
 
 /** What the tests of outlines share: exact comparison, exact text, random outlines. */
 namespace OutlineTesting {
@@ -98,12 +103,80 @@ inline QDomDocument domXml(KpPathSegList& list)
     return document;
 }
 
-/** The first element of `xml`, read as a DOM. */
-inline QDomElement domElement(QByteArray const& xml)
+/** `xml` as a DOM. */
+inline QDomDocument domDocument(QByteArray const& xml)
 {
     QDomDocument document;
     document.setContent(xml);
-    return document.documentElement();
+    return document;
+}
+
+/** The first element of `xml`, read as a DOM. It has outlived its document: for reading only. */
+inline QDomElement domElement(QByteArray const& xml)
+{
+    return domDocument(xml).documentElement();
+}
+
+/** Names, attributes (sorted) and child elements of a tree: what does not change between runs. */
+inline QString meaning(QDomElement const& element)
+{
+    QStringList attributes;
+    QDomNamedNodeMap const nodes = element.attributes();
+    for (int i = 0; i < nodes.count(); ++i)
+        attributes << nodes.item(i).nodeName() + QLatin1Char('=') + nodes.item(i).nodeValue();
+    attributes.sort();
+    QString text =
+        element.tagName() + QLatin1Char('[') + attributes.join(QLatin1Char(' ')) + QLatin1Char(']');
+    QStringList children;
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement())
+        children << meaning(child);
+    if (!children.isEmpty())
+        text += QLatin1Char('(') + children.join(QLatin1Char(' ')) + QLatin1Char(')');
+    return text;
+}
+
+/** Reads an outline or a segment from the first element of `xml` in the stream form. */
+template <class Readable>
+bool parseStream(Readable& readable, QByteArray const& xml, unsigned int context = 0)
+{
+    QXmlStreamReader reader(xml);
+    reader.readNextStartElement();
+    return readable.parse(reader, context);
+}
+
+/** Reads an outline or a segment from the first element of `xml` in the DOM form. */
+template <class Readable>
+bool parseDom(Readable& readable, QByteArray const& xml, unsigned int context = 0)
+{
+    QDomDocument const document = domDocument(xml);
+    return readable.parse(document.documentElement(), context);
+}
+
+/** Bytes without a terminator in memory of just their size: one byte too far is seen. */
+class ExactlySized
+{
+public:
+    explicit ExactlySized(QByteArray const& bytes)
+        : memory(new char[size_t(bytes.size())])
+        , size(bytes.size())
+    {
+        std::copy(bytes.begin(), bytes.end(), memory.get());
+    }
+
+    /** The bytes, valid as long as this object. */
+    QByteArray bytes() const { return QByteArray::fromRawData(memory.get(), size); }
+
+private:
+    std::unique_ptr<char[]> memory;
+    int size;
+};
+
+/** A generator whose seed stands in the log. */
+inline QRandomGenerator seededRandom(quint32 seed)
+{
+    qInfo("random seed %u", seed);
+    return QRandomGenerator(seed);
 }
 
 /** A number that is often awkward: any bit pattern, a tie, a power of ten, a special value. */
@@ -134,8 +207,8 @@ inline double awkwardReal(QRandomGenerator& random)
 
 inline KpReal randomReal(QRandomGenerator& random)
 {
-    qint16 const base = random.bounded(8) == 0 ? qint16(random.bounded(-32768, 32768))
-                                               : qint16(random.bounded(8));
+    qint16 const base =
+        random.bounded(8) == 0 ? qint16(random.bounded(-32768, 32768)) : qint16(random.bounded(8));
     return KpReal(base, awkwardReal(random), awkwardReal(random));
 }
 

@@ -73,6 +73,35 @@ private:
 
 MessageCollector* MessageCollector::s_current = nullptr;
 
+QString localName(QString const& name)
+{
+    return name.mid(name.indexOf(QLatin1Char(':')) + 1);
+}
+
+QString imageName()
+{
+    return QStringLiteral("image");
+}
+
+/** The text without image elements and processing instructions. */
+QByteArray withoutReferences(QByteArray const& svg)
+{
+    QByteArray result;
+    QXmlStreamReader reader(svg);
+    reader.setNamespaceProcessing(false);
+    QXmlStreamWriter writer(&result);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement()
+            && localName(reader.qualifiedName().toString()) == imageName()) {
+            reader.skipCurrentElement();
+        } else if (!reader.isProcessingInstruction()) {
+            writer.writeCurrentToken(reader);
+        }
+    }
+    return result;
+}
+
 /**
  * The elements of an SVG text, as far as they decide how much there is to paint.
  *
@@ -96,6 +125,9 @@ public:
             case QXmlStreamReader::EndElement:
                 parent = element(parent).parent;
                 break;
+            case QXmlStreamReader::ProcessingInstruction:
+                m_hasInstructions = true;
+                break;
             default:
                 break;
             }
@@ -117,13 +149,20 @@ public:
         return error.isEmpty();
     }
 
-    /** A warning for each kind of element that is there and has no effect. */
-    QStringList ignoredElements() const
+    /** Whether Qt SVG might open other files, or decode images that are as large as they please. */
+    bool refersToOthers() const { return m_hasInstructions || m_images > 0; }
+
+    /** A warning for each kind of element that is there and that becomes no outline. */
+    QStringList warnings() const
     {
-        QStringList warnings;
-        for (auto it = m_ignored.constBegin(); it != m_ignored.constEnd(); ++it)
-            warnings << QStringLiteral("%1 %2: without effect").arg(it.value()).arg(it.key());
-        return warnings;
+        QStringList result;
+        for (auto it = m_unknown.constBegin(); it != m_unknown.constEnd(); ++it)
+            result << QStringLiteral("%1 %2: without effect, shapes in it may be painted")
+                          .arg(it.value())
+                          .arg(it.key());
+        if (m_images > 0)
+            result << QStringLiteral("%1 image: left out").arg(m_images);
+        return result;
     }
 
 private:
@@ -150,14 +189,9 @@ private:
         return extent.characters > qMax(16.0 * 1024 * 1024, 2.0 * m_characters);
     }
 
-    static QString localName(QString const& name)
-    {
-        return name.mid(name.indexOf(QLatin1Char(':')) + 1);
-    }
-
     int add(QXmlStreamReader const& reader, int parent)
     {
-        static QStringList const ignored {QStringLiteral("clipPath"), QStringLiteral("filter"),
+        static QStringList const unknown {QStringLiteral("clipPath"), QStringLiteral("filter"),
             QStringLiteral("foreignObject"), QStringLiteral("marker"), QStringLiteral("mask"),
             QStringLiteral("pattern"), QStringLiteral("symbol"), QStringLiteral("textPath")};
         // What an element costs beside its text.
@@ -180,8 +214,10 @@ private:
             element(parent).children << index;
         else
             m_rootName = name;
-        if (ignored.contains(name))
-            ++m_ignored[name];
+        if (unknown.contains(name))
+            ++m_unknown[name];
+        if (name == imageName())
+            ++m_images;
         return index;
     }
 
@@ -214,7 +250,9 @@ private:
     QString m_rootName;
     std::vector<Element> m_elements;
     QHash<QString, QVector<int>> m_byId;
-    QMap<QString, int> m_ignored;
+    QMap<QString, int> m_unknown;
+    int m_images = 0;
+    bool m_hasInstructions = false;
     double m_characters = 0.0;
 };
 
@@ -312,15 +350,10 @@ void addShapes(ImportedPicture& picture, PathRecorder const& recorder)
     std::vector<RecordedPath> const painted = shapes(recorder.paths());
     for (std::size_t i = 0; i < painted.size(); ++i)
         addOutline(picture, painted[i], QStringLiteral("path %1").arg(i + 1));
-    auto const clipped = std::count_if(
-        painted.begin(), painted.end(), [](RecordedPath const& path) { return path.clipped; });
-    if (clipped > 0)
-        picture.warnings << QStringLiteral("%1 paths are clipped: imported whole").arg(clipped);
-    if (recorder.imageCount() > 0)
-        picture.warnings << QStringLiteral("%1 images: left out").arg(recorder.imageCount());
 }
 
-bool checkSvgText(QByteArray const& svg, QStringList& warnings, QString& error)
+/** Whether Qt SVG may be given `svg`, which loses what must not be given to it. */
+bool prepareSvgText(QByteArray& svg, QStringList& warnings, QString& error)
 {
     if (svg.isEmpty()) {
         error = QStringLiteral("the picture is empty");
@@ -342,7 +375,9 @@ bool checkSvgText(QByteArray const& svg, QStringList& warnings, QString& error)
     if (!elements.isSvg())
         error = QStringLiteral("not an SVG picture");
     else if (elements.check(error))
-        warnings = elements.ignoredElements();
+        warnings = elements.warnings();
+    if (error.isEmpty() && elements.refersToOthers())
+        svg = withoutReferences(svg);
     return error.isEmpty();
 }
 
@@ -398,12 +433,13 @@ ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error)
         return {};
     }
     ImportedPicture picture;
-    if (!checkSvgText(svg, picture.warnings, error))
+    QByteArray text = svg;
+    if (!prepareSvgText(text, picture.warnings, error))
         return {};
 
     MessageCollector const collector;
     QSvgRenderer renderer;
-    if (!renderer.load(svg)) {
+    if (!renderer.load(text)) {
         error = QStringLiteral("not an SVG picture that can be read");
         if (!collector.messages().isEmpty())
             error += QStringLiteral(": ") + collector.messages().constFirst();

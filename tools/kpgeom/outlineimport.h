@@ -46,9 +46,13 @@ constexpr double maximumPictureSide = 1e6;
 
 /**
  * The outlines of an SVG picture as Qt SVG paints them: SVG Tiny 1.2, so clip paths, masks,
- * filters and patterns have no effect; each that occurs is named in a warning. One outline a
- * painted shape: `noFill` and `noLine` tell what of it was painted, possibly nothing. The user
- * unit is that of the view box, whose corner becomes the origin.
+ * filters, patterns and the like have no effect, and the shapes in them may be painted; each
+ * kind that occurs is named in a warning. One outline a painted shape: `noFill` and `noLine`
+ * tell what of it was painted, possibly nothing. The user unit is that of the view box, whose
+ * corner becomes the origin.
+ *
+ * No other file is opened: images are left out, with a warning, and references to style sheets
+ * are ignored.
  *
  * On failure `error` is one line, and nothing is imported. That is the case for text that is
  * not well-formed XML or no SVG, for compressed pictures, for a size that is empty or above

@@ -141,7 +141,7 @@ private:
 
     void record(QPainterPath const& path, QPen const& pen, QBrush const& brush)
     {
-        if (path.elementCount() == 0)
+        if (path.isEmpty())
             return;
         RecordedPath recorded;
         recorded.transform = painter()->deviceTransform() * m_recorder.m_scale;

@@ -51,7 +51,7 @@ public:
     PathRecorder(QSizeF size, double scale);
     ~PathRecorder() override;
 
-    /** In the order in which they were painted. Paths without an element are not recorded. */
+    /** In the order in which they were painted. Paths without a line or a curve are not recorded. */
     std::vector<RecordedPath> const& paths() const { return m_paths; }
     /** Images and pixmaps painted; a tiled one counts once. */
     int imageCount() const { return m_imageCount; }

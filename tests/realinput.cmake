@@ -1,0 +1,7 @@
+# The import of pictures and fonts, and the library with what others have drawn.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
+
+kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomtool)
+kpgeometry_add_test(tst_outlineimport LIBRARIES kpgeomtool)
+# Every glyph and every icon: minutes under the sanitizers and in a debug build.
+kpgeometry_add_test(tst_realinput LIBRARIES kpgeomtool TIMEOUT 900)
