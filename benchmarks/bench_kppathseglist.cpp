@@ -188,6 +188,18 @@ void saveDom(benchmark::State& state)
     segments(state);
 }
 
+/** Qt's own copy of the same tree. */
+void saveDomPeerTreeCopy(benchmark::State& state)
+{
+    KpPathSegList source;
+    fill(source, countOf(state));
+    QDomDocument document;
+    document.setContent(saved(source));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(document.cloneNode(true));
+    segments(state);
+}
+
 void parseDom(benchmark::State& state)
 {
     KpPathSegList source;
@@ -277,6 +289,7 @@ OUTLINE_BENCHMARK(saveStreamPeerBareWriter);
 OUTLINE_BENCHMARK(parseStream);
 OUTLINE_BENCHMARK(parseStreamPeerBareReader);
 OUTLINE_BENCHMARK(saveDom);
+OUTLINE_BENCHMARK(saveDomPeerTreeCopy);
 OUTLINE_BENCHMARK(parseDom);
 OUTLINE_BENCHMARK(undoThereAndBack);
 OUTLINE_BENCHMARK(toPath);

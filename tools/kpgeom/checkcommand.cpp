@@ -43,7 +43,7 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
             continue;
         }
         QVector<Finding> const findings = checkOutlines(*document);
-        progress.clear();
+        Progress::clear();
         if (!printOut(toText(*document, findings)))
             return Outcome::Failed;
         if (!findings.isEmpty())

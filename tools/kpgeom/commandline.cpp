@@ -8,10 +8,9 @@ CommandLine::CommandLine(Command const& command)
     m_parser.setApplicationDescription(QString::fromUtf8(command.summary));
     m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")},
         QStringLiteral("Print this help and exit.")});
-    QString const syntax = QString::fromUtf8(command.syntax);
-    m_parser.addPositionalArgument(syntax.section(QLatin1Char(' '), 0, 0),
-        QStringLiteral("\"-\" is standard input."),
-        QStringLiteral("%1 %2").arg(QString::fromUtf8(command.name), syntax));
+    m_parser.addPositionalArgument(
+        QString::fromUtf8(command.syntax).section(QLatin1Char(' '), 0, 0),
+        QStringLiteral("\"-\" is standard input."));
 }
 
 std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
@@ -19,10 +18,19 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     bool const understood =
         m_parser.parse(QStringList(QString::fromUtf8(m_command.name)) + arguments);
     if (m_parser.isSet(QStringLiteral("help")))
-        return printOut(m_parser.helpText()) ? Outcome::Done : Outcome::Failed;
+        return printOut(helpText()) ? Outcome::Done : Outcome::Failed;
     if (!understood)
         return misused(m_parser.errorText());
     return std::nullopt;
+}
+
+QString CommandLine::helpText() const
+{
+    // The parser knows nothing of subcommands and would have the options before the name.
+    QString const options = m_parser.helpText();
+    return QStringLiteral("Usage: kpgeom %1 [options] %2")
+               .arg(QString::fromUtf8(m_command.name), QString::fromUtf8(m_command.syntax))
+        + options.mid(options.indexOf(QLatin1Char('\n')));
 }
 
 Outcome CommandLine::misused(QString const& what) const

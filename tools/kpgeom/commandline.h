@@ -28,6 +28,8 @@ public:
     Outcome misused(QString const& what) const;
 
 private:
+    QString helpText() const;
+
     Command const& m_command;
     QCommandLineParser m_parser;
 };

@@ -101,7 +101,7 @@ private:
     {
         QRectF const& bounds = band.bounds.at(index);
         if (!isDrawable(bounds)) {
-            drawText(QStringLiteral("too large to draw"), cell, Qt::red);
+            drawText(QStringLiteral("cannot be drawn"), cell, Qt::red);
             return;
         }
         QPointF const origin = cell.center() - scale * bounds.center();
@@ -136,6 +136,8 @@ QRectF boundsOf(Figure const& figure, OutlineStyle const& style)
     QRectF bounds;
     for (auto const& list : figure.outlines) {
         QRectF const drawn = drawnBounds(*list, style);
+        if (drawn.isNull())
+            continue;
         // United by hand: QRectF::united leaves out a rectangle without height or width.
         bounds = bounds.isNull() ? drawn
                                  : QRectF(QPointF(std::min(bounds.left(), drawn.left()),
@@ -159,11 +161,8 @@ Figure resized(Figure const& figure, QSizeF const& box)
 
 bool isDrawable(QRectF const& bounds)
 {
-    // Beyond this, scaling to a cell would leave the range in which Qt draws.
-    double const largest = 1e100;
-    auto const isSmall = [largest](double number) { return std::abs(number) < largest; };
-    return isSmall(bounds.left()) && isSmall(bounds.top()) && isSmall(bounds.right())
-        && isSmall(bounds.bottom());
+    return isDrawable(bounds.left()) && isDrawable(bounds.top()) && isDrawable(bounds.right())
+        && isDrawable(bounds.bottom());
 }
 
 Picture contactSheet(

@@ -18,7 +18,7 @@ struct Figure
     std::vector<std::shared_ptr<KpPathSegList>> outlines;
 };
 
-/** What the figure covers, with the box around it if there is one; may be not finite. */
+/** What the figure covers; without bounds if a coordinate of it cannot be drawn. */
 QRectF boundsOf(Figure const& figure, OutlineStyle const& style);
 
 /** A copy of the figure, its coordinates recomputed for the box. */

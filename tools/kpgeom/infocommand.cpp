@@ -18,7 +18,7 @@ constexpr int longestCaption = 40;
 
 QString shortCaption(Outline const& outline)
 {
-    QString const text = caption(outline);
+    QString const text = printable(caption(outline));
     return text.size() <= longestCaption ? text : text.left(longestCaption - 1) + QChar(0x2026);
 }
 
@@ -113,8 +113,7 @@ QJsonObject toJson(OutlineDocument& document)
     QJsonArray outlines;
     for (Outline const& outline : document.outlines())
         outlines.append(toJson(outline));
-    return {{QStringLiteral("file"), displayName(document.file())},
-        {QStringLiteral("outlines"), outlines}};
+    return {{QStringLiteral("file"), document.file()}, {QStringLiteral("outlines"), outlines}};
 }
 
 } // namespace
@@ -142,7 +141,7 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
         else
             texts << toText(*document);
     }
-    progress.clear();
+    Progress::clear();
     QString const output = line.isSet(QStringLiteral("json"))
         ? QString::fromUtf8(QJsonDocument(json).toJson())
         : texts.join(QLatin1Char('\n'));

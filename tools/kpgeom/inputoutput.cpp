@@ -1,6 +1,7 @@
 #include "inputoutput.h"
 
 #include "boundedxml_p.h"
+#include "progress.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -33,14 +34,25 @@ bool fail(QString const& file, QString const& what)
 
 } // namespace
 
+QString printable(QString const& text)
+{
+    QString result = text;
+    for (QChar& character : result) {
+        if (character.category() == QChar::Other_Control)
+            character = QChar::ReplacementCharacter;
+    }
+    return result;
+}
+
 QString displayName(QString const& file)
 {
-    return file == standardStream ? QStringLiteral("<stdin>") : file;
+    return file == standardStream ? QStringLiteral("<stdin>") : printable(file);
 }
 
 void printError(QString const& line)
 {
-    QByteArray const text = line.toUtf8() + '\n';
+    Progress::clear();
+    QByteArray const text = printable(line).toUtf8() + '\n';
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
 }
 

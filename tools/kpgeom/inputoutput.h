@@ -6,7 +6,10 @@
 
 #include <optional>
 
-/** The name of a file in messages: "-" is standard input. */
+/** The text without control characters: it stays on one line and does nothing to a terminal. */
+QString printable(QString const& text);
+
+/** The name of a file in messages, printable: "-" is standard input. */
 QString displayName(QString const& file);
 
 /** Prints one line on standard error. */

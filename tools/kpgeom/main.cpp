@@ -4,6 +4,12 @@
 #include <QGuiApplication>
 #include <QHash>
 
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
+
 namespace {
 
 constexpr Command commands[] = {
@@ -58,10 +64,34 @@ void ignoreMessage(
 {
 }
 
+/**
+ * Makes a failed write an error like any other: as a signal it would end the tool without a
+ * word, and could leave a temporary file behind.
+ */
+void ignoreWriteSignals()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+/**
+ * Puts a descriptor that fails in the place of each standard stream that is closed, lest the
+ * next file to be opened takes its number and what is printed.
+ */
+void occupyStandardStreams()
+{
+    for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) < 0)
+            open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
-{
+try {
+    ignoreWriteSignals();
+    occupyStandardStreams();
     qInstallMessageHandler(ignoreMessage);
     // No window is ever opened, so no display is needed.
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -70,4 +100,7 @@ int main(int argc, char** argv)
     QGuiApplication const application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kpgeom"));
     return static_cast<int>(run(QCoreApplication::arguments().mid(1)));
+} catch (std::bad_alloc const&) {
+    std::fputs("kpgeom: out of memory\n", stderr);
+    return static_cast<int>(Outcome::Failed);
 }

@@ -1,6 +1,7 @@
 #include "outlineaudit.h"
 
 #include "bindingrule.h"
+#include "inputoutput.h"
 #include "numbertext_p.h"
 #include "segmentkind_p.h"
 
@@ -15,7 +16,7 @@ constexpr int longestQuote = 40;
 
 QString quote(QString const& text)
 {
-    QString const line = text.simplified();
+    QString const line = printable(text.simplified());
     return line.size() <= longestQuote ? line : line.left(longestQuote - 1) + QChar(0x2026);
 }
 

@@ -3,8 +3,6 @@
 #include "boundedxml_p.h"
 #include "inputoutput.h"
 
-#include <QTextStream>
-
 namespace {
 
 /** The element that follows `element` in document order, or a null one. */
@@ -48,16 +46,6 @@ std::optional<OutlineDocument> OutlineDocument::load(QString const& file)
         document.m_outlines.push_back({++index, name, element, std::move(list)});
     }
     return document;
-}
-
-QByteArray OutlineDocument::toXml() const
-{
-    QByteArray xml;
-    QTextStream stream(&xml, QIODevice::WriteOnly);
-    stream.setCodec("UTF-8");
-    m_tree.save(stream, 1, QDomNode::EncodingFromTextStream);
-    stream.flush();
-    return xml;
 }
 
 QString caption(Outline const& outline)

@@ -32,11 +32,7 @@ public:
     QString const& file() const { return m_file; }
     /** The bytes as read. */
     QByteArray const& text() const { return m_text; }
-    QDomDocument& tree() { return m_tree; }
     std::vector<Outline>& outlines() { return m_outlines; }
-
-    /** The document as UTF-8 XML, indented by one blank. */
-    QByteArray toXml() const;
 
 private:
     OutlineDocument() = default;

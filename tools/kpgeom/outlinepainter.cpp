@@ -8,6 +8,10 @@
 #include <QFont>
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace {
 
 constexpr QRgb ink = 0xff1f3a5f;
@@ -151,8 +155,24 @@ QPainterPath painterPathOf(KpPathSegList const& list)
     return path.toPainterPath();
 }
 
+bool isDrawable(double number)
+{
+    // Beyond this, scaling to a picture would leave the range in which Qt draws.
+    return std::abs(number) < 1e100;
+}
+
 QRectF drawnBounds(KpPathSegList& list, OutlineStyle const& style)
 {
-    QPainterPath const path = painterPathOf(list);
+    KpPath drawing;
+    list.toPath(drawing);
+    auto const isBad = [](KpPath::KpElement const& element) {
+        return !isDrawable(element.x) || !isDrawable(element.y);
+    };
+    // A painter path would leave such an element out without a word.
+    if (std::any_of(drawing.elements.cbegin(), drawing.elements.cend(), isBad)) {
+        double const endless = std::numeric_limits<double>::infinity();
+        return QRectF(QPointF(-endless, -endless), QPointF(endless, endless));
+    }
+    QPainterPath const path = drawing.toPainterPath();
     return style.showsPoints ? path.controlPointRect() : path.boundingRect();
 }

@@ -42,7 +42,13 @@ private:
 /** The drawing of an outline in its own units. */
 QPainterPath painterPathOf(KpPathSegList const& list);
 
-/** What the drawing covers, control points included if they are shown. */
+/** Whether a coordinate is such that it can be drawn. */
+bool isDrawable(double number);
+
+/**
+ * What the drawing covers, control points included if they are shown; without bounds if a
+ * coordinate of it cannot be drawn.
+ */
 QRectF drawnBounds(KpPathSegList& list, OutlineStyle const& style);
 
 #endif // OUTLINEPAINTER_H

@@ -25,6 +25,8 @@ void paint(Picture const& picture, QPaintDevice& device)
 QByteArray toPng(Picture const& picture)
 {
     QImage image(picture.size.toSize(), QImage::Format_RGB32);
+    if (image.isNull())
+        return QByteArray();
     paint(picture, image);
     QByteArray file;
     QBuffer buffer(&file);
@@ -58,6 +60,20 @@ QByteArray toPdf(Picture const& picture)
     return file;
 }
 
+/** Empty if there is no memory for it. */
+QByteArray encoded(Picture const& picture, PictureFormat format)
+{
+    switch (format) {
+    case PictureFormat::Svg:
+        return toSvg(picture);
+    case PictureFormat::Png:
+        return toPng(picture);
+    case PictureFormat::Pdf:
+        return toPdf(picture);
+    }
+    return QByteArray();
+}
+
 } // namespace
 
 std::optional<PictureFormat> pictureFormat(QString const& name)
@@ -75,7 +91,10 @@ std::optional<QByteArray> toFile(Picture const& picture, PictureFormat format, Q
 {
     double const width = std::ceil(picture.size.width());
     double const height = std::ceil(picture.size.height());
-    // Written so that not-a-number fails.
+    if (!std::isfinite(width) || !std::isfinite(height)) {
+        error = QStringLiteral("a coordinate is too large or no number and cannot be drawn");
+        return std::nullopt;
+    }
     if (!(width >= 1.0 && height >= 1.0 && width <= largestSide && height <= largestSide
             && width * height <= largestArea)) {
         error = QStringLiteral("a picture of %1 by %2 is too large")
@@ -83,13 +102,10 @@ std::optional<QByteArray> toFile(Picture const& picture, PictureFormat format, Q
         return std::nullopt;
     }
     Picture const whole {QSizeF(width, height), picture.paint};
-    switch (format) {
-    case PictureFormat::Svg:
-        return toSvg(whole);
-    case PictureFormat::Png:
-        return toPng(whole);
-    case PictureFormat::Pdf:
-        return toPdf(whole);
+    QByteArray const file = encoded(whole, format);
+    if (file.isEmpty()) {
+        error = QStringLiteral("there is no memory for the picture");
+        return std::nullopt;
     }
-    return std::nullopt;
+    return file;
 }

@@ -10,6 +10,8 @@ constexpr int barWidth = 40;
 
 } // namespace
 
+bool Progress::s_isOnScreen = false;
+
 Progress::Progress(int total)
     : m_total(total)
     , m_isShown(total >= fewestSteps && isatty(STDERR_FILENO) != 0)
@@ -30,10 +32,12 @@ void Progress::step()
     QByteArray const bar = QByteArray(filled, '#') + QByteArray(barWidth - filled, ' ');
     std::fprintf(stderr, "\r[%s] %d/%d", bar.constData(), m_step, m_total);
     std::fflush(stderr);
+    s_isOnScreen = true;
 }
 
 void Progress::clear()
 {
-    if (m_isShown)
+    if (s_isOnScreen)
         std::fputs("\r\033[K", stderr);
+    s_isOnScreen = false;
 }

@@ -17,8 +17,8 @@ public:
 
     /** Another step begins. */
     void step();
-    /** Takes the bar away before other output; the next step brings it back. */
-    void clear();
+    /** Takes the bar away, if one is shown, before other output; the next step brings it back. */
+    static void clear();
 
 private:
     Q_DISABLE_COPY(Progress)
@@ -26,6 +26,7 @@ private:
     int const m_total;
     int m_step = 0;
     bool const m_isShown;
+    static bool s_isOnScreen;
 };
 
 #endif // PROGRESS_H

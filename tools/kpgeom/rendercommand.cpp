@@ -197,7 +197,9 @@ Outcome runRender(Command const& command, QStringList const& arguments)
     QString error;
     auto const content = toFile(picture, options.format, error);
     if (!content) {
-        printError(QStringLiteral("%1: %2").arg(displayName(line.files().first()), error));
+        QString const source = line.files().size() == 1 ? displayName(line.files().first())
+                                                        : QStringLiteral("kpgeom render");
+        printError(QStringLiteral("%1: %2").arg(source, error));
         return Outcome::Failed;
     }
     return writeOutput(options.output, *content) ? Outcome::Done : Outcome::Failed;

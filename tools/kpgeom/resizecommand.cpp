@@ -1,55 +1,228 @@
 #include "commandline.h"
 #include "inputoutput.h"
+#include "numbertext_p.h"
 #include "outlinedocument.h"
 #include "segmentkind_p.h"
+#include "xmlstreamwriter.h"
+
+#include <QXmlStreamReader>
+
+#include <cmath>
 
 namespace {
 
-/** Whether the element is one that the readers make a segment of. */
-bool isSegment(QDomElement const& element)
-{
-    return SegmentKind::find([&element](SegmentKind::Kind const& kind) {
-        return kind.name == element.tagName();
-    }) != nullptr;
-}
+// The attributes of a coordinate.
+QString const value = QStringLiteral("V");
+QString const base = QStringLiteral("B");
+QString const rate = QStringLiteral("P");
 
 /**
- * Writes down the rule of absolute reals, which the document format leaves out: without it
- * they would be read back bound in proportion to the box.
- *
- * @param element what the segment has written
+ * Copies a document token by token, with the coordinates of its outlines as they stand in their
+ * lists. Whatever else there is stays: foreign elements and attributes, comments, white space,
+ * the document type.
  */
-void keepAbsolute(KpPathSeg& seg, QDomElement const& element)
+class DocumentCopy
 {
-    QDomElement coordinate = element.firstChildElement();
-    SegmentKind::forEachReal(seg, [&coordinate](KpReal const& real) {
-        if (real.base == KpReal::Absolute)
-            coordinate.setAttribute(QStringLiteral("B"), QStringLiteral("0"));
-        coordinate = coordinate.nextSiblingElement();
-    });
-}
-
-/**
- * Puts the segments of the outline in the place of those in its element. Whatever else stands
- * there, and the element's attributes, stay where they are.
- */
-void replaceSegments(Outline& outline)
-{
-    QDomDocument document = outline.element.ownerDocument();
-    int next = 0;
-    QDomElement child = outline.element.firstChildElement();
-    while (!child.isNull()) {
-        QDomElement const current = child;
-        child = child.nextSiblingElement();
-        if (!isSegment(current))
-            continue;
-        KpPathSeg& seg = *outline.list->segs.at(next++);
-        QDomElement holder = document.createElement(QStringLiteral("Holder"));
-        seg.saveTo(holder);
-        QDomElement const replacement = holder.firstChildElement();
-        keepAbsolute(seg, replacement);
-        outline.element.replaceChild(replacement, current);
+public:
+    explicit DocumentCopy(OutlineDocument& document)
+        : m_reader(document.text())
+        , m_writer(&m_copy)
+        , m_nextOutline(document.outlines().cbegin())
+    {
+        // As when the outlines were read.
+        m_reader.setNamespaceProcessing(false);
     }
+
+    QByteArray make()
+    {
+        while (m_reader.readNext() != QXmlStreamReader::EndDocument && !m_reader.atEnd()) {
+            if (m_reader.isStartDocument())
+                startDocument();
+            else if (m_reader.isStartElement())
+                copyElement();
+            else if (m_reader.isDTD())
+                m_writer.writeDTD(m_reader.text().trimmed().toString());
+            else
+                m_writer.writeCurrentToken(m_reader);
+            // White space outside the root element is no token.
+            m_writer.writeCharacters(QStringLiteral("\n"));
+        }
+        return m_copy;
+    }
+
+private:
+    void startDocument()
+    {
+        QString const version = QStringLiteral("1.0");
+        if (m_reader.isStandaloneDocument())
+            m_writer.writeStartDocument(version, true);
+        else
+            m_writer.writeStartDocument(version);
+    }
+
+    /** From the start tag to the end tag; `copyChild` copies the element at whose start it is. */
+    template <class CopyChild> void copyContent(CopyChild copyChild)
+    {
+        while (m_reader.readNext() != QXmlStreamReader::EndElement && !m_reader.atEnd()) {
+            if (m_reader.isStartElement())
+                copyChild();
+            else
+                copyText();
+        }
+    }
+
+    void copyText()
+    {
+        if (!m_reader.isCharacters() || m_reader.isCDATA()) {
+            m_writer.writeCurrentToken(m_reader);
+            return;
+        }
+        // A carriage return in a text was a character reference; as such it would become a
+        // line feed when the copy is read.
+        QStringList const parts = m_reader.text().toString().split(QLatin1Char('\r'));
+        for (int i = 0; i < parts.size(); ++i) {
+            if (i > 0)
+                m_writer.writeEntityReference(QStringLiteral("#13"));
+            m_writer.writeCharacters(parts.at(i));
+        }
+    }
+
+    /** As writeCurrentToken(), which would leave out a prefix here. */
+    void startElement()
+    {
+        m_writer.writeStartElement(m_reader.qualifiedName().toString());
+        m_writer.writeAttributes(m_reader.attributes());
+    }
+
+    void copyElement()
+    {
+        if (m_reader.qualifiedName() == QLatin1String("Geometry")) {
+            copyOutline();
+            return;
+        }
+        startElement();
+        copyContent([this] { copyElement(); });
+        m_writer.writeEndElement();
+    }
+
+    void copyOutline()
+    {
+        QVector<KpPathSeg*> const& segs = m_nextOutline++->list->segs;
+        int next = 0;
+        startElement();
+        copyContent([&] {
+            QStringRef const name = m_reader.qualifiedName();
+            if (SegmentKind::find([&name](auto const& kind) { return kind.name == name; }))
+                copySegment(*segs.at(next++));
+            else
+                copyElement();
+        });
+        m_writer.writeEndElement();
+    }
+
+    void copySegment(KpPathSeg& seg)
+    {
+        startElement();
+        QStringList missing;
+        SegmentKind::forEachCoordinate(
+            seg, [&missing](QString const& letter, KpReal const&) { missing << letter; });
+        copyContent([&] {
+            QString const name = m_reader.qualifiedName().toString();
+            missing.removeAll(name);
+            bool isCoordinate = false;
+            SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
+                if (letter != name)
+                    return;
+                isCoordinate = true;
+                copyCoordinate(real);
+            });
+            if (!isCoordinate)
+                copyElement();
+        });
+        SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
+            if (missing.contains(letter)) {
+                m_writer.writeStartElement(letter);
+                writeAttributes(real, {});
+                m_writer.writeEndElement();
+            }
+        });
+        m_writer.writeEndElement();
+    }
+
+    void copyCoordinate(KpReal const& real)
+    {
+        m_writer.writeStartElement(m_reader.qualifiedName().toString());
+        writeAttributes(real, m_reader.attributes());
+        copyContent([this] { copyElement(); });
+        m_writer.writeEndElement();
+    }
+
+    /**
+     * The attributes as they are if they read as the real does, and the real's in their place
+     * if not. The rule of an absolute real is written down, which the document format leaves
+     * out: without it it would be read back bound in proportion to the box.
+     */
+    void writeAttributes(KpReal const& real, QXmlStreamAttributes const& given)
+    {
+        QXmlStreamAttributes attributes;
+        for (QXmlStreamAttribute const& attribute : given) {
+            QString const name = attribute.qualifiedName().toString();
+            if (readsAs(real, name, attribute.value()))
+                attributes.append(attribute);
+            else
+                attributes.append(name, textOf(real, name));
+        }
+        for (QString const& name : {value, base, rate}) {
+            bool const isNeeded = name != rate || real.base != KpReal::Absolute;
+            if (isNeeded && !given.hasAttribute(name))
+                attributes.append(name, textOf(real, name));
+        }
+        m_writer.writeAttributes(attributes);
+    }
+
+    /** True also for an attribute that is none of a coordinate's. */
+    static bool readsAs(KpReal const& real, QString const& name, QStringRef const& text)
+    {
+        if (name == base)
+            return !text.isEmpty() && NumberText::toBase(text) == real.base;
+        if (name != value && name != rate)
+            return true;
+        double const number = name == value ? real.value : real.rate;
+        double const read = NumberText::toReal(text);
+        return !text.isEmpty() && std::isnan(read) == std::isnan(number) && !(read < number)
+            && !(read > number);
+    }
+
+    static QString textOf(KpReal const& real, QString const& name)
+    {
+        return name == base ? NumberText::fromBase(real.base)
+                            : NumberText::fromReal(name == value ? real.value : real.rate);
+    }
+
+    QByteArray m_copy;
+    QXmlStreamReader m_reader;
+    XmlStreamWriter m_writer;
+    std::vector<Outline>::const_iterator m_nextOutline;
+};
+
+/** How many coordinates of the outline are infinite or not a number. */
+int countNotFinite(KpPathSegList const& list)
+{
+    int count = 0;
+    for (KpPathSeg* const seg : list.segs) {
+        SegmentKind::forEachReal(
+            *seg, [&count](KpReal const& real) { count += std::isfinite(real.value) ? 0 : 1; });
+    }
+    return count;
+}
+
+/** False, with the outline as it is then, if a number of it becomes too large. */
+bool resize(KpPathSegList& list, QSizeF const& from, QSizeF const& to)
+{
+    int const before = countNotFinite(list);
+    list.updateRate(from.width(), from.height());
+    list.updateValue(to.width(), to.height());
+    return countNotFinite(list) <= before;
 }
 
 } // namespace
@@ -73,17 +246,21 @@ Outcome runResize(Command const& command, QStringList const& arguments)
         return line.misused(QStringLiteral("--from and --to take a box like 240x160"));
     if (line.files().size() != 1)
         return line.misused(QStringLiteral("exactly one file is needed"));
-    if (!line.isSet(QStringLiteral("output")))
+    QString const output = line.value(QStringLiteral("output"));
+    if (output.isEmpty())
         return line.misused(QStringLiteral("no output file given (-o)"));
 
     auto document = OutlineDocument::load(line.files().first());
     if (!document)
         return Outcome::Failed;
     for (Outline& outline : document->outlines()) {
-        outline.list->updateRate(from->width(), from->height());
-        outline.list->updateValue(to->width(), to->height());
-        replaceSegments(outline);
+        if (!resize(*outline.list, *from, *to)) {
+            printError(QStringLiteral("%1: a coordinate of outline %2 becomes too large")
+                           .arg(displayName(document->file()))
+                           .arg(outline.index));
+            return Outcome::Failed;
+        }
     }
-    bool const isWritten = writeOutput(line.value(QStringLiteral("output")), document->toXml());
+    bool const isWritten = writeOutput(output, DocumentCopy(*document).make());
     return isWritten ? Outcome::Done : Outcome::Failed;
 }
