@@ -1,0 +1,145 @@
+#ifndef KPGEOMTESTING_H
+#define KPGEOMTESTING_H
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+/** What the tests of the command-line tool share: an empty folder to run it in. */
+namespace KpgeomTesting {
+
+/** How a run of the tool ended. */
+struct Result
+{
+    bool exited; ///< false after a crash, and when it took too long
+    int code;
+    QByteArray out;
+    QByteArray err;
+};
+
+/** A process that is prepared between fork and exec by `setUp`. */
+class PreparedProcess : public QProcess
+{
+public:
+    std::function<void()> setUp;
+
+protected:
+    void setupChildProcess() override
+    {
+        if (setUp)
+            setUp();
+    }
+};
+
+/** A fresh folder, which is the tool's current one: file names in messages are short. */
+class Workplace
+{
+public:
+    /** How the tool is started, beside its arguments. */
+    struct Start
+    {
+        QByteArray input {}; ///< on standard input, which is then closed
+        QString outputFile {}; ///< standard output, instead of `Result::out`
+        std::function<void()> setUp {}; ///< called in the child before the tool begins
+        QString locale = QStringLiteral("C.UTF-8");
+    };
+
+    Result run(QStringList const& arguments) const { return run(arguments, Start()); }
+
+    Result run(QStringList const& arguments, Start const& start) const
+    {
+        PreparedProcess process;
+        process.setUp = start.setUp;
+        process.setWorkingDirectory(m_directory.path());
+        process.setProcessEnvironment(environment(start.locale));
+        if (!start.outputFile.isEmpty())
+            process.setStandardOutputFile(start.outputFile);
+        process.start(KPGEOM_EXECUTABLE, arguments);
+        process.write(start.input);
+        process.closeWriteChannel();
+        int const longestRun = 120 * 1000;
+        if (!process.waitForFinished(longestRun)) {
+            process.kill();
+            process.waitForFinished();
+            return {false, -1, QByteArray(), "it did not end in time"};
+        }
+        return {process.exitStatus() == QProcess::NormalExit, process.exitCode(),
+            process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+
+    QString path(QString const& name = QString()) const { return m_directory.filePath(name); }
+
+    void write(QString const& name, QByteArray const& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("%s cannot be written", qPrintable(file.fileName()));
+    }
+
+    /** The content of a file, empty if there is none. */
+    QByteArray read(QString const& name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /** The names of all files and folders in the folder, hidden ones too. */
+    QStringList entries() const
+    {
+        return QDir(m_directory.path())
+            .entryList(
+                QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    }
+
+private:
+    /** Nothing of the surroundings but what the sanitizers need. */
+    QProcessEnvironment environment(QString const& locale) const
+    {
+        QProcessEnvironment const outer = QProcessEnvironment::systemEnvironment();
+        QProcessEnvironment result;
+        for (QString const& name : {QStringLiteral("ASAN_OPTIONS"), QStringLiteral("LSAN_OPTIONS"),
+                 QStringLiteral("UBSAN_OPTIONS"), QStringLiteral("PATH"), QStringLiteral("HOME")}) {
+            if (outer.contains(name))
+                result.insert(name, outer.value(name));
+        }
+        result.insert(QStringLiteral("LC_ALL"), locale);
+        return result;
+    }
+
+    QTemporaryDir m_directory;
+};
+
+/** A box of 100 by 60 units, clockwise, its corners bound to the width and the height. */
+inline QByteArray boxGeometry(QByteArray const& flags = "Closed=\"1\"")
+{
+    return "<Geometry " + flags
+        + "><MoveTo><X V=\"0\" B=\"1\" P=\"0\"/><Y V=\"0\" B=\"2\" P=\"0\"/></MoveTo>"
+          "<LineTo><X V=\"100\" B=\"1\" P=\"1\"/><Y V=\"0\" B=\"2\" P=\"0\"/></LineTo>"
+          "<LineTo><X V=\"100\" B=\"1\" P=\"1\"/><Y V=\"60\" B=\"2\" P=\"1\"/></LineTo>"
+          "<LineTo><X V=\"0\" B=\"1\" P=\"0\"/><Y V=\"60\" B=\"2\" P=\"1\"/></LineTo></Geometry>";
+}
+
+} // namespace KpgeomTesting
+
+/** The tool ended by itself with this code; if not, the log shows what it said. */
+#define COMPARE_EXIT(result, expected)                                                             \
+    do {                                                                                           \
+        QVERIFY2((result).exited, (result).err.constData());                                       \
+        QVERIFY2((result).code == (expected),                                                      \
+            QByteArray(QByteArray::number((result).code) + " is not " #expected ": "               \
+                + (result).err + (result).out.left(2000)));                                        \
+    } while (false)
+
+/** The tool failed with this code and one line on standard error, and printed nothing else. */
+#define COMPARE_FAILURE(result, expected, line)                                                    \
+    do {                                                                                           \
+        COMPARE_EXIT(result, expected);                                                            \
+        QCOMPARE((result).err, QByteArray(line) + '\n');                                           \
+        QCOMPARE((result).out, QByteArray());                                                      \
+    } while (false)
+
+#endif // KPGEOMTESTING_H

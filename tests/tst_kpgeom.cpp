@@ -1,0 +1,430 @@
+#include "kpgeomtesting.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+using namespace KpgeomTesting;
+
+/** The tool itself: usage, help, `info` and the manual. */
+class TestKpgeom : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wrongUsageIsToldInOneLine_data();
+    void wrongUsageIsToldInOneLine();
+    void helpIsPrinted();
+    void helpOfCommandIsPrinted_data();
+    void helpOfCommandIsPrinted();
+    void versionIsPrinted();
+    void infoAlignsItsTable();
+    void infoOfDocumentsWithoutOutlines();
+    void infoSeparatesFiles();
+    void infoFindsNestedOutlines();
+    void infoCutsLongNames();
+    void infoGoesOnAfterBadFile();
+    void infoReadsStandardInput();
+    void infoAsJson();
+    void infoAsJsonStaysValid_data();
+    void infoAsJsonStaysValid();
+    void manualIsFreeOfWarnings();
+    void manualNamesEveryOption_data();
+    void manualNamesEveryOption();
+};
+
+namespace {
+
+QStringList const commands {QStringLiteral("info"), QStringLiteral("render"),
+    QStringLiteral("resize"), QStringLiteral("convert"), QStringLiteral("check")};
+
+QJsonArray jsonOf(QByteArray const& text)
+{
+    QJsonParseError error;
+    QJsonDocument const document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError)
+        qFatal("no JSON: %s", text.constData());
+    return document.array();
+}
+
+QJsonObject outlineOf(QJsonArray const& files, int file, int outline)
+{
+    return files.at(file).toObject().value("outlines").toArray().at(outline).toObject();
+}
+
+} // namespace
+
+void TestKpgeom::wrongUsageIsToldInOneLine_data()
+{
+    QTest::addColumn<QString>("arguments"); // separated by blanks, "''" is an empty one
+    QTest::addColumn<QByteArray>("line");
+
+    auto const row = [](char const* arguments, QByteArray const& line) {
+        QTest::newRow(qPrintable("kpgeom " + QString(arguments))) << QString(arguments) << line;
+    };
+    auto const rowOf = [&row](char const* arguments, QByteArray const& fault) {
+        QByteArray const command = QByteArray(arguments).split(' ').first();
+        row(arguments, "kpgeom " + command + ": " + fault + " (see kpgeom " + command + " --help)");
+    };
+    row("", "kpgeom: no command given (see kpgeom --help)");
+    row("''", "kpgeom: no command given (see kpgeom --help)");
+    row("draw", "kpgeom: unknown command 'draw' (see kpgeom --help)");
+    row("Info", "kpgeom: unknown command 'Info' (see kpgeom --help)");
+    row("--json", "kpgeom: unknown command '--json' (see kpgeom --help)");
+
+    rowOf("info", "no file given");
+    rowOf("info --nonsense a.xml", "Unknown option 'nonsense'.");
+    rowOf("info --json=yes a.xml", "Unexpected value after '--json'.");
+    rowOf("check", "no file given");
+    rowOf("check --json a.xml", "Unknown option 'json'.");
+
+    rowOf("render -o a.svg", "no file given");
+    rowOf("render a.xml", "no output file given (-o)");
+    rowOf("render a.xml -o", "Missing value after '-o'.");
+    rowOf("render a.xml -o ''", "no output file given (-o)");
+    rowOf("render a.xml -o -", "the picture's format is none of svg, png and pdf");
+    rowOf("render a.xml -o a.gif", "the picture's format is none of svg, png and pdf");
+    rowOf("render a.xml -o svg", "the picture's format is none of svg, png and pdf");
+    rowOf("render a.xml -o a.svg --format gif", "the picture's format is none of svg, png and pdf");
+    rowOf("render a.xml -o a.svg --index 0", "--index takes a number from 1, not '0'");
+    rowOf("render a.xml -o a.svg --index -1", "--index takes a number from 1, not '-1'");
+    rowOf("render a.xml -o a.svg --index 1.5", "--index takes a number from 1, not '1.5'");
+    rowOf("render a.xml -o a.svg --index 99999999999",
+        "--index takes a number from 1, not '99999999999'");
+    rowOf("render a.xml -o a.svg --scale 0", "--scale takes a number greater than 0");
+    rowOf("render a.xml -o a.svg --scale nan", "--scale takes a number greater than 0");
+    rowOf("render a.xml -o a.svg --scale inf", "--scale takes a number greater than 0");
+    rowOf("render a.xml -o a.svg --scale 2,5", "--scale takes a number greater than 0");
+    rowOf("render a.xml -o a.svg --scale 2 --sheet",
+        "--scale does not go with --sheet: figures fill their cells");
+    rowOf(
+        "render a.xml -o a.svg --fill-rule odd", "--fill-rule takes nonzero or evenodd, not 'odd'");
+    rowOf("render a.xml -o a.svg --whole-files", "--whole-files goes with --sheet");
+    rowOf("render a.xml -o a.svg --size 1x1 --size 2x2", "several sizes need --sheet");
+    for (QByteArray const size : {"0x0", "1e9x1", "nanxnan", "-1x5", "10", "10x", "x10", "10x10x10",
+             "10X10", "infx1", "1x-0", "\303\2275x5"}) {
+        rowOf("render a.xml -o a.svg --size " + size,
+            "--size takes a box like 240x160, not '" + size + "'");
+        rowOf("resize a.xml -o a.xml --to 1x1 --from " + size,
+            "--from and --to take a box like 240x160");
+        rowOf("resize a.xml -o a.xml --from 1x1 --to " + size,
+            "--from and --to take a box like 240x160");
+    }
+
+    rowOf("resize", "--from and --to take a box like 240x160");
+    rowOf("resize a.xml -o b.xml --from 1x1", "--from and --to take a box like 240x160");
+    rowOf("resize a.xml -o b.xml --to 1x1", "--from and --to take a box like 240x160");
+    rowOf("resize -o b.xml --from 1x1 --to 1x1", "exactly one file is needed");
+    rowOf("resize a.xml c.xml -o b.xml --from 1x1 --to 1x1", "exactly one file is needed");
+    rowOf("resize a.xml --from 1x1 --to 1x1", "no output file given (-o)");
+    rowOf("resize a.xml --from 1x1 --to 1x1 -o ''", "no output file given (-o)");
+
+    rowOf("convert", "exactly one input file is needed");
+    rowOf("convert a.svg b.svg -o c.xml", "exactly one input file is needed");
+    rowOf("convert a.svg", "no output file given (-o)");
+    rowOf("convert a.svg -o ''", "no output file given (-o)");
+    rowOf("convert --font a.ttf -o c.xml", "--font and --text go together");
+    rowOf("convert --text abc -o c.xml", "--font and --text go together");
+    rowOf("convert --font a.ttf --text '' -o c.xml", "--font and --text go together");
+    rowOf("convert a.svg --font a.ttf --text abc -o c.xml", "--font and --text take no input file");
+    rowOf("convert a.svg --scale 0 -o c.xml",
+        "--scale takes a number greater than 0, and an SVG file");
+    rowOf("convert --font a.ttf --text abc --scale 1 -o c.xml",
+        "--scale takes a number greater than 0, and an SVG file");
+    rowOf("convert --font a.ttf --text abc --em -5 -o c.xml",
+        "--em takes a number greater than 0, and a font");
+    rowOf("convert a.svg --em 5 -o c.xml", "--em takes a number greater than 0, and a font");
+    rowOf("convert a.svg --form sax -o c.xml", "--form takes dom or stream, not 'sax'");
+}
+
+void TestKpgeom::wrongUsageIsToldInOneLine()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QByteArray, line);
+
+    Workplace const place;
+    place.write("a.xml", "<D>" + boxGeometry() + "</D>");
+    QStringList list = arguments.split(' ', Qt::SkipEmptyParts);
+    list.replaceInStrings("''", "");
+    COMPARE_FAILURE(place.run(list), 2, line);
+    QCOMPARE(place.entries(), QStringList("a.xml"));
+}
+
+void TestKpgeom::helpIsPrinted()
+{
+    Workplace const place;
+    Result const result = place.run({"--help"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.out,
+        QByteArray("Usage: kpgeom COMMAND ...\n"
+                   "\n"
+                   "Reads, draws, resizes, makes and checks outlines.\n"
+                   "\n"
+                   "Commands:\n"
+                   "  info      Says what outlines the documents hold.\n"
+                   "  render    Draws outlines.\n"
+                   "  resize    Fits the outlines of a document to a box of another size.\n"
+                   "  convert   Makes a document of an SVG picture or of text in a font.\n"
+                   "  check     Says what reading, saving and undo change in outlines.\n"
+                   "\n"
+                   "\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input or "
+                   "output.\n"
+                   "Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done "
+                   "with warnings.\n"));
+    QCOMPARE(place.run({"-h"}).out, result.out);
+}
+
+void TestKpgeom::helpOfCommandIsPrinted_data()
+{
+    QTest::addColumn<QByteArray>("usage");
+
+    QTest::newRow("info") << QByteArray("Usage: kpgeom info [options] FILE...\n");
+    QTest::newRow("render") << QByteArray(
+        "Usage: kpgeom render [options] FILE... -o OUT.{svg,png,pdf}\n");
+    QTest::newRow("resize") << QByteArray(
+        "Usage: kpgeom resize [options] FILE --from WxH --to WxH -o OUT.xml\n");
+    QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN -o OUT.xml\n");
+    QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
+}
+
+void TestKpgeom::helpOfCommandIsPrinted()
+{
+    QFETCH(QByteArray, usage);
+
+    Workplace const place;
+    for (QString const& option : {QString("--help"), QString("-h")}) {
+        Result const result = place.run({QTest::currentDataTag(), option});
+        COMPARE_EXIT(result, 0);
+        QCOMPARE(result.err, QByteArray());
+        QCOMPARE(result.out.left(usage.size()), usage);
+        QVERIFY2(result.out.contains("\n  -h, --help"), result.out);
+    }
+}
+
+void TestKpgeom::versionIsPrinted()
+{
+    Result const result = Workplace().run({"--version"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out, QByteArray("kpgeom " KPGEOM_VERSION "\n"));
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeom::infoAlignsItsTable()
+{
+    Workplace const place;
+    place.write("a.xml",
+        "<D><S Name=\"Box\">" + boxGeometry()
+            + "</S>"
+              "<S Name=\" two \n words \"><Geometry Closed=\"0\" NoFill=\"1\" NoLine=\"1\">"
+              "<MoveTo><X V=\"-12.5\" B=\"0\"/><Y V=\"0\" B=\"3\"/></MoveTo>"
+              "<LineTo><X V=\"-12.5\" B=\"4\"/><Y V=\"10\" B=\"5\"/></LineTo>"
+              "<CurveTo><X V=\"10\" B=\"6\"/><Y V=\"10\" B=\"7\"/><A V=\"0\"/><B V=\"10\"/>"
+              "<C V=\"5\"/><D V=\"10\"/></CurveTo>"
+              "<Ellipse><X V=\"0\" B=\"8\"/><Y V=\"0\" B=\"-1\"/><A V=\"1\"/><B V=\"2\"/></Ellipse>"
+              "</Geometry></S><Geometry/></D>");
+    Result const result = place.run({"info", "a.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(QString::fromUtf8(result.out),
+        // clang-format off
+        QString("a.xml: 3 outlines\n"
+                "#  name       flags          move  line  curve  ellipse  bounds            direction         coordinates by rule\n"
+                "1  Box        closed            1     3      0        0  0,0 100x60        clockwise         width 4, height 4\n"
+                "2  two words  nofill,noline     1     1      1        1  -12.5,-2 22.5x12  counterclockwise  "
+                "absolute 1, width 3, height 3, right 1, bottom 1, side 1, right-side 1, bottom-side 1, unknown 2\n"
+                "3  #3         -                 0     0      0        0  -                 none              -\n"));
+    // clang-format on
+}
+
+void TestKpgeom::infoOfDocumentsWithoutOutlines()
+{
+    Workplace const place;
+    place.write("a.xml", "<D/>");
+    Result const result = place.run({"info", "a.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out, QByteArray("a.xml: 0 outlines\n"));
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeom::infoSeparatesFiles()
+{
+    Workplace const place;
+    place.write("a.xml", "<D/>");
+    place.write("b.xml", boxGeometry());
+    Result const result = place.run({"info", "a.xml", "b.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out,
+        QByteArray("a.xml: 0 outlines\n"
+                   "\n"
+                   "b.xml: 1 outline\n"
+                   "#  name  flags   move  line  curve  ellipse  bounds      direction  "
+                   "coordinates by rule\n"
+                   "1  #1    closed     1     3      0        0  0,0 100x60  clockwise  "
+                   "width 4, height 4\n"));
+}
+
+void TestKpgeom::infoFindsNestedOutlines()
+{
+    Workplace const place;
+    place.write("a.xml",
+        "<Geometry Closed=\"1\"><Other><Geometry Closed=\"0\"/></Other><MoveTo><Geometry/>"
+        "</MoveTo></Geometry>");
+    QJsonArray const files = jsonOf(place.run({"info", "--json", "a.xml"}).out);
+    QCOMPARE(files.at(0).toObject().value("outlines").toArray().count(), 3);
+    QCOMPARE(outlineOf(files, 0, 0).value("closed").toBool(), true);
+    QCOMPARE(outlineOf(files, 0, 1).value("closed").toBool(), false);
+    QCOMPARE(outlineOf(files, 0, 2).value("index").toInt(), 3);
+}
+
+void TestKpgeom::infoCutsLongNames()
+{
+    Workplace const place;
+    place.write("a.xml",
+        "<D><S Name=\"" + QByteArray(40, 'a') + "\"><Geometry/></S><S Name=\"" + QByteArray(41, 'b')
+            + "\"><Geometry/></S><S Name=\"\302\233[31m\"><Geometry/></S></D>");
+    QString const text = QString::fromUtf8(place.run({"info", "a.xml"}).out);
+    QVERIFY2(text.contains("\n1  " + QString(40, 'a') + "  -"), qPrintable(text));
+    QVERIFY2(text.contains("\n2  " + QString(39, 'b') + QChar(0x2026) + "  -"), qPrintable(text));
+    // A terminal takes the character for the start of a command.
+    QVERIFY2(text.contains(QStringLiteral("\n3  ") + QChar(0xfffd) + "[31m  "), qPrintable(text));
+}
+
+void TestKpgeom::infoGoesOnAfterBadFile()
+{
+    Workplace const place;
+    place.write("a.xml", "<D>\n");
+    place.write("b.xml", "<D/>");
+    Result const result = place.run({"info", "a.xml", "missing.xml", "b.xml"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.out, QByteArray("b.xml: 0 outlines\n"));
+    QCOMPARE(result.err,
+        QByteArray("a.xml:2:1: Premature end of document.\n"
+                   "missing.xml: No such file or directory\n"));
+}
+
+void TestKpgeom::infoReadsStandardInput()
+{
+    Workplace const place;
+    Result const result = place.run({"info", "-"}, {"<D/>"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out, QByteArray("<stdin>: 0 outlines\n"));
+    COMPARE_FAILURE(place.run({"info", "-"}, {"<D>\n</E>"}), 1,
+        "<stdin>:2:5: Opening and ending tag mismatch.");
+}
+
+void TestKpgeom::infoAsJson()
+{
+    Workplace const place;
+    place.write("a.xml",
+        "<D><S Name=\"Box \303\251 &quot;\">" + boxGeometry("Closed=\"1\" NoLine=\"1\"")
+            + "</S><Geometry NoFill=\"1\"/></D>");
+    place.write("b.xml", "<D/>");
+    Result const result = place.run({"info", "--json", "a.xml", "b.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QJsonArray const expected = jsonOf(R"json([
+        {"file": "a.xml", "outlines": [
+            {"index": 1, "name": "Box é \"", "closed": true, "noFill": false, "noLine": true,
+             "segments": {"moveTo": 1, "lineTo": 3, "curveTo": 0, "ellipse": 0},
+             "bounds": {"x": 0, "y": 0, "width": 100, "height": 60},
+             "direction": "clockwise",
+             "rules": {"absolute": 0, "width": 4, "height": 4, "right": 0, "bottom": 0,
+                       "side": 0, "rightLessSide": 0, "bottomLessSide": 0, "unknown": 0}},
+            {"index": 2, "name": "", "closed": false, "noFill": true, "noLine": false,
+             "segments": {"moveTo": 0, "lineTo": 0, "curveTo": 0, "ellipse": 0},
+             "bounds": null,
+             "direction": "none",
+             "rules": {"absolute": 0, "width": 0, "height": 0, "right": 0, "bottom": 0,
+                       "side": 0, "rightLessSide": 0, "bottomLessSide": 0, "unknown": 0}}]},
+        {"file": "b.xml", "outlines": []}])json");
+    QCOMPARE(jsonOf(result.out), expected);
+}
+
+void TestKpgeom::infoAsJsonStaysValid_data()
+{
+    QTest::addColumn<QByteArray>("x");
+
+    for (char const* const x : {"nan", "inf", "-inf", "1e308", "-1e308", "1e127", "1e129", "5e-324",
+             "abc", "", "1e999", "0x10"})
+        QTest::newRow(*x ? x : "empty") << QByteArray(x);
+}
+
+void TestKpgeom::infoAsJsonStaysValid()
+{
+    QFETCH(QByteArray, x);
+
+    Workplace const place;
+    QByteArray const coordinates = "<X V=\"" + x + "\"/><Y V=\"1\"/><A V=\"" + x + "\"/><B V=\"" + x
+        + "\"/><C V=\"5\"/><D V=\"6\"/>";
+    place.write("a.xml",
+        "<Geometry Closed=\"1\"><MoveTo>" + coordinates + "</MoveTo><LineTo>" + coordinates
+            + "</LineTo><CurveTo>" + coordinates + "</CurveTo><Ellipse>" + coordinates
+            + "</Ellipse><LineTo><X V=\"7\"/></LineTo></Geometry>");
+    Result const result = place.run({"info", "--json", "a.xml"});
+    COMPARE_EXIT(result, 0);
+    QJsonArray const files = jsonOf(result.out);
+    QCOMPARE(outlineOf(files, 0, 0).value("segments").toObject().value("lineTo").toInt(), 2);
+    QJsonValue const bounds = outlineOf(files, 0, 0).value("bounds");
+    QVERIFY(bounds.isNull() || bounds.isObject());
+    for (QJsonValue const& number : bounds.toObject())
+        QVERIFY2(number.isDouble() || number.isNull(), result.out);
+}
+
+void TestKpgeom::manualIsFreeOfWarnings()
+{
+    QString const man = QStandardPaths::findExecutable("man");
+    QVERIFY2(!man.isEmpty(), "the man program is not installed");
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("MANWIDTH", "80");
+    environment.insert("MANROFFSEQ", "");
+    environment.insert("LC_ALL", "C.UTF-8");
+    process.setProcessEnvironment(environment);
+    process.start(man, {"--warnings", "-E", "UTF-8", "-l", KPGEOM_MANUAL});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(process.readAllStandardError(), QByteArray());
+    QVERIFY(process.readAllStandardOutput().contains("EXIT STATUS"));
+}
+
+void TestKpgeom::manualNamesEveryOption_data()
+{
+    QTest::addColumn<QString>("command");
+
+    for (QString const& command : commands)
+        QTest::newRow(qPrintable(command)) << command;
+}
+
+void TestKpgeom::manualNamesEveryOption()
+{
+    QFETCH(QString, command);
+
+    QFile manual(KPGEOM_MANUAL);
+    QVERIFY(manual.open(QIODevice::ReadOnly));
+    QString text = QString::fromUtf8(manual.readAll()).remove('\\');
+    // The section of the command, then what holds for all of them.
+    int const start = text.indexOf("\n.SS " + command + "\n");
+    QVERIFY(start > 0);
+    int const end = text.indexOf("\n.S", start + 1);
+    QString const section =
+        text.mid(start, end - start) + text.mid(text.indexOf("\n.SH OPTIONS\n"));
+    QVERIFY(text.contains("kpgeom " + command));
+
+    QString const help = QString::fromUtf8(Workplace().run({command, "--help"}).out);
+    QRegularExpression const option(
+        "^  (?:-\\w, )?(--[a-z-]+)", QRegularExpression::MultilineOption);
+    int count = 0;
+    for (auto match = option.globalMatch(help); match.hasNext(); ++count) {
+        QString const name = match.next().captured(1);
+        QRegularExpression const word(QRegularExpression::escape(name) + "(?![a-z-])");
+        QVERIFY2(section.contains(word), qPrintable(name));
+    }
+    QVERIFY(count > 0);
+}
+
+QTEST_GUILESS_MAIN(TestKpgeom)
+
+#include "tst_kpgeom.moc"
