@@ -120,7 +120,6 @@ void saveStream(benchmark::State& state)
     segments(state);
 }
 
-/** The same elements and attributes, without an outline behind them. */
 /** A tag as it is handed to a writer: a start tag, or an end tag if it has no name. */
 struct Tag
 {
