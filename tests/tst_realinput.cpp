@@ -507,9 +507,9 @@ void TestRealInput::icons()
         QFile file(QStringLiteral("%1/%2.svg").arg(iconFolder, name));
         QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(name));
         QByteArray const svg = file.readAll();
-        QString error;
+        BoundedXml::Error error;
         ImportedPicture const picture = importSvg(svg, 0.0, error);
-        QVERIFY2(error.isEmpty(), qPrintable(name + QStringLiteral(": ") + error));
+        QVERIFY2(error.isNull(), qPrintable(name + QStringLiteral(": ") + error.message));
 
         QString fault;
         for (std::size_t k = 0; k < picture.outlines.size() && fault.isEmpty(); ++k)

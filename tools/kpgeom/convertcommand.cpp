@@ -111,9 +111,9 @@ QString readOptions(CommandLine const& line, ConvertOptions& options)
 /** Nothing, after an error message, if there is no picture to be had. */
 std::optional<ImportedPicture> import(ConvertOptions const& options)
 {
-    QString error;
+    BoundedXml::Error error;
     ImportedPicture picture;
-    QString const source = options.input.isEmpty() ? options.font : displayName(options.input);
+    QString const source = options.input.isEmpty() ? options.font : options.input;
     if (options.input.isEmpty()) {
         picture = importText(options.font, options.text, options.emSize, error);
     } else {
@@ -123,11 +123,11 @@ std::optional<ImportedPicture> import(ConvertOptions const& options)
         picture = importSvg(*svg, options.scale, error);
     }
     for (QString const& warning : qAsConst(picture.warnings))
-        printError(QStringLiteral("%1: %2").arg(source, warning));
-    if (error.isEmpty() && picture.outlines.empty())
-        error = QStringLiteral("nothing in it becomes an outline");
-    if (!error.isEmpty()) {
-        printError(QStringLiteral("%1: %2").arg(source, error));
+        printError(QStringLiteral("%1: %2").arg(displayName(source), warning));
+    if (error.isNull() && picture.outlines.empty())
+        error.message = QStringLiteral("nothing in it becomes an outline");
+    if (!error.isNull()) {
+        printError(source, error);
         return std::nullopt;
     }
     return picture;

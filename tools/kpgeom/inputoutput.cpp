@@ -1,12 +1,12 @@
 #include "inputoutput.h"
 
-#include "boundedxml_p.h"
 #include "progress.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace {
@@ -56,6 +56,14 @@ void printError(QString const& line)
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
 }
 
+void printError(QString const& file, BoundedXml::Error const& error)
+{
+    QString place = displayName(file);
+    if (error.line > 0)
+        place += QStringLiteral(":%1:%2").arg(error.line).arg(error.column);
+    printError(QStringLiteral("%1: %2").arg(place, error.message.simplified()));
+}
+
 bool printOut(QString const& text)
 {
     return writeOutput(standardStream, text.toUtf8());
@@ -78,7 +86,7 @@ std::optional<QByteArray> readInput(QString const& file)
     BoundedXml::Error error;
     QByteArray const content = BoundedXml::read(input, error);
     if (!error.isNull()) {
-        fail(file, error.message);
+        printError(file, error);
         return std::nullopt;
     }
     return content;
@@ -102,8 +110,10 @@ bool writeOutput(QString const& file, QByteArray const& content)
     QSaveFile output(file);
     if (!output.open(QIODevice::WriteOnly))
         return fail(file, output.errorString());
+    errno = 0;
     if (!writeAll(output, content)) {
-        QString const reason = output.errorString();
+        // Qt does not say why if a part could be written.
+        QString const reason = errno == 0 ? output.errorString() : qt_error_string(errno);
         output.cancelWriting();
         return fail(file, reason);
     }

@@ -1,6 +1,8 @@
 #ifndef INPUTOUTPUT_H
 #define INPUTOUTPUT_H
 
+#include "boundedxml_p.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -14,6 +16,9 @@ QString displayName(QString const& file);
 
 /** Prints one line on standard error. */
 void printError(QString const& line);
+
+/** Prints what is wrong with a file, as FILE:LINE:COLUMN: what if the place is known. */
+void printError(QString const& file, BoundedXml::Error const& error);
 
 /** Prints `text` on standard output; false if it cannot be written. */
 bool printOut(QString const& text);

@@ -1,6 +1,5 @@
 #include "outlinedocument.h"
 
-#include "boundedxml_p.h"
 #include "inputoutput.h"
 
 namespace {
@@ -27,11 +26,7 @@ std::optional<OutlineDocument> OutlineDocument::load(QString const& file)
     document.m_text = *text;
     BoundedXml::Error error;
     if (!BoundedXml::parse(document.m_text, document.m_tree, error)) {
-        printError(QStringLiteral("%1:%2:%3: %4")
-                       .arg(displayName(file))
-                       .arg(error.line)
-                       .arg(error.column)
-                       .arg(error.message));
+        printError(file, error);
         return std::nullopt;
     }
     int index = 0;

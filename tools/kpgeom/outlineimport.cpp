@@ -1,6 +1,5 @@
 #include "outlineimport.h"
 
-#include "boundedxml_p.h"
 #include "kppath.h"
 
 #include <QHash>
@@ -353,32 +352,26 @@ void addShapes(ImportedPicture& picture, PathRecorder const& recorder)
 }
 
 /** Whether Qt SVG may be given `svg`, which loses what must not be given to it. */
-bool prepareSvgText(QByteArray& svg, QStringList& warnings, QString& error)
+bool prepareSvgText(QByteArray& svg, QStringList& warnings, BoundedXml::Error& error)
 {
     if (svg.isEmpty()) {
-        error = QStringLiteral("the picture is empty");
+        error.message = QStringLiteral("the picture is empty");
         return false;
     }
     if (svg.startsWith("\x1f\x8b")) {
-        error = QStringLiteral("the picture is compressed (svgz); unpack it first");
+        error.message = QStringLiteral("the picture is compressed (svgz); unpack it first");
         return false;
     }
-    BoundedXml::Error xmlError;
-    if (!BoundedXml::check(svg, xmlError)) {
-        error = QStringLiteral("line %1, column %2: %3")
-                    .arg(xmlError.line)
-                    .arg(xmlError.column)
-                    .arg(xmlError.message.simplified());
+    if (!BoundedXml::check(svg, error))
         return false;
-    }
     SvgElements elements(svg);
     if (!elements.isSvg())
-        error = QStringLiteral("not an SVG picture");
-    else if (elements.check(error))
+        error.message = QStringLiteral("not an SVG picture");
+    else if (elements.check(error.message))
         warnings = elements.warnings();
-    if (error.isEmpty() && elements.refersToOthers())
+    if (error.isNull() && elements.refersToOthers())
         svg = withoutReferences(svg);
-    return error.isEmpty();
+    return error.isNull();
 }
 
 QString describe(uint character)
@@ -425,11 +418,11 @@ std::unique_ptr<KpPathSegList> outlineOf(RecordedPath const& painted, QSizeF siz
     return outline;
 }
 
-ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error)
+ImportedPicture importSvg(QByteArray const& svg, double scale, BoundedXml::Error& error)
 {
-    error.clear();
+    error = {};
     if (!(std::isfinite(scale) && scale >= 0.0)) {
-        error = QStringLiteral("the scale must be a number and not negative");
+        error.message = QStringLiteral("the scale must be a number and not negative");
         return {};
     }
     ImportedPicture picture;
@@ -440,16 +433,16 @@ ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error)
     MessageCollector const collector;
     QSvgRenderer renderer;
     if (!renderer.load(text)) {
-        error = QStringLiteral("not an SVG picture that can be read");
+        error.message = QStringLiteral("not an SVG picture that can be read");
         if (!collector.messages().isEmpty())
-            error += QStringLiteral(": ") + collector.messages().constFirst();
+            error.message += QStringLiteral(": ") + collector.messages().constFirst();
         return {};
     }
     QSizeF const userSize = renderer.viewBoxF().size();
     double const longerSide = qMax(userSize.width(), userSize.height());
     double const unitsPerUserUnit = scale > 0.0 ? scale : defaultPictureSide / longerSide;
     picture.size = userSize * unitsPerUserUnit;
-    if (!checkSize(picture.size, error))
+    if (!checkSize(picture.size, error.message))
         return {};
 
     PathRecorder recorder(userSize, unitsPerUserUnit);
@@ -462,20 +455,20 @@ ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error)
 }
 
 ImportedPicture importText(
-    QString const& fontFile, QString const& text, double emSize, QString& error)
+    QString const& fontFile, QString const& text, double emSize, BoundedXml::Error& error)
 {
-    error.clear();
+    error = {};
     if (!isPositive(emSize))
-        error = QStringLiteral("the size of an em must be a number above 0");
+        error.message = QStringLiteral("the size of an em must be a number above 0");
     else if (text.isEmpty())
-        error = QStringLiteral("the text is empty");
-    if (!error.isEmpty())
+        error.message = QStringLiteral("the text is empty");
+    if (!error.isNull())
         return {};
 
     MessageCollector const collector;
     QRawFont font(fontFile, 1.0, QFont::PreferNoHinting);
     if (!font.isValid() || !isPositive(font.unitsPerEm())) {
-        error = QStringLiteral("%1: not a font file that can be read").arg(fontFile);
+        error.message = QStringLiteral("not a font file that can be read");
         return {};
     }
     font.setPixelSize(font.unitsPerEm());
@@ -500,7 +493,7 @@ ImportedPicture importText(
     }
 
     picture.size = QSizeF(typesetter.x, (font.ascent() + font.descent()) * typesetter.scale);
-    if (!checkSize(picture.size, error))
+    if (!checkSize(picture.size, error.message))
         return {};
     for (std::size_t i = 0; i < glyphs.size(); ++i)
         addOutline(picture, glyphs[i], names.at(int(i)));

@@ -1,6 +1,7 @@
 #ifndef OUTLINEIMPORT_H
 #define OUTLINEIMPORT_H
 
+#include "boundedxml_p.h"
 #include "kppathseglist.h"
 #include "pathrecorder.h"
 
@@ -54,7 +55,7 @@ constexpr double maximumPictureSide = 1e6;
  * No other file is opened: images are left out, with a warning, and references to style sheets
  * are ignored.
  *
- * On failure `error` is one line, and nothing is imported. That is the case for text that is
+ * On failure `error` is set, and nothing is imported. That is the case for text that is
  * not well-formed XML or no SVG, for compressed pictures, for a size that is empty or above
  * maximumPictureSide, and for pictures whose nested elements, or whose `use` elements when they
  * are followed, go too deep or repeat too much.
@@ -65,7 +66,7 @@ constexpr double maximumPictureSide = 1e6;
  * @param scale outline units a user unit: finite, not negative; 0 makes the longer side
  * defaultPictureSide units long
  */
-ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error);
+ImportedPicture importSvg(QByteArray const& svg, double scale, BoundedXml::Error& error);
 
 /**
  * The glyphs of a text, one outline a character with ink, side by side on one baseline at the
@@ -74,7 +75,7 @@ ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error);
  * Glyphs are filled and have no line; their fill rule is nonzero winding. Coordinates are those
  * of the font's design, unhinted, scaled to `emSize`.
  *
- * On failure `error` is one line, and nothing is imported. A character without a glyph takes no
+ * On failure `error` is set, and nothing is imported. A character without a glyph takes no
  * room and gives a warning.
  *
  * Needs a QGuiApplication, for which the offscreen platform serves, and the same care with
@@ -84,7 +85,7 @@ ImportedPicture importSvg(QByteArray const& svg, double scale, QString& error);
  * @param emSize outline units an em: finite and above 0
  */
 ImportedPicture importText(
-    QString const& fontFile, QString const& text, double emSize, QString& error);
+    QString const& fontFile, QString const& text, double emSize, BoundedXml::Error& error);
 
 /**
  * The outline of one painted path, bound to the box (0, 0, size); see ImportedPicture. Null if
