@@ -128,18 +128,20 @@ inline QByteArray boxGeometry(QByteArray const& flags = "Closed=\"1\"")
 /** The tool ended by itself with this code; if not, the log shows what it said. */
 #define COMPARE_EXIT(result, expected)                                                             \
     do {                                                                                           \
-        QVERIFY2((result).exited, (result).err.constData());                                       \
-        QVERIFY2((result).code == (expected),                                                      \
-            QByteArray(QByteArray::number((result).code) + " is not " #expected ": "               \
-                + (result).err + (result).out.left(2000)));                                        \
+        KpgeomTesting::Result const& ended = (result); /* a run is not repeated */                 \
+        QVERIFY2(ended.exited, ended.err.constData());                                             \
+        QVERIFY2(ended.code == (expected),                                                         \
+            QByteArray(QByteArray::number(ended.code) + " is not " #expected ": " + ended.err      \
+                + ended.out.left(2000)));                                                          \
     } while (false)
 
 /** The tool failed with this code and one line on standard error, and printed nothing else. */
 #define COMPARE_FAILURE(result, expected, line)                                                    \
     do {                                                                                           \
-        COMPARE_EXIT(result, expected);                                                            \
-        QCOMPARE((result).err, QByteArray(line) + '\n');                                           \
-        QCOMPARE((result).out, QByteArray());                                                      \
+        KpgeomTesting::Result const& failed = (result); /* a run is not repeated */                \
+        COMPARE_EXIT(failed, expected);                                                            \
+        QCOMPARE(failed.err, QByteArray(line) + '\n');                                             \
+        QCOMPARE(failed.out, QByteArray());                                                        \
     } while (false)
 
 #endif // KPGEOMTESTING_H

@@ -11,16 +11,13 @@ QString toText(OutlineDocument& document, QVector<Finding> const& findings)
     QString text;
     for (Finding const& finding : findings) {
         text += QStringLiteral("%1:%2:%3: %4\n")
-                    .arg(file)
-                    .arg(finding.line)
-                    .arg(finding.column)
-                    .arg(finding.text);
+                    .arg(file, QString::number(finding.line), QString::number(finding.column),
+                        finding.text);
     }
     return text
         + QStringLiteral("%1: outlines: %2, warnings: %3\n")
-              .arg(file)
-              .arg(document.outlines().size())
-              .arg(findings.size());
+              .arg(file, QString::number(document.outlines().size()),
+                  QString::number(findings.size()));
 }
 
 } // namespace

@@ -62,9 +62,8 @@ QString toText(OutlineDocument& document)
 {
     std::size_t const count = document.outlines().size();
     QString heading = QStringLiteral("%1: %2 outline%3\n")
-                          .arg(displayName(document.file()))
-                          .arg(count)
-                          .arg(QLatin1String(count == 1 ? "" : "s"));
+                          .arg(displayName(document.file()), QString::number(count),
+                              QLatin1String(count == 1 ? "" : "s"));
     if (count == 0)
         return heading;
     TextTable table({QStringLiteral(">#"), QStringLiteral("name"), QStringLiteral("flags"),

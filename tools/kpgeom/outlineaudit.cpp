@@ -144,7 +144,7 @@ void OutlineAudit::base(QDomElement const& coordinate) const
     else if (!isNumber)
         m_report(coordinate, QStringLiteral("%1 is no number and reads as 0").arg(shown));
     else if (number != base)
-        m_report(coordinate, QStringLiteral("%1 reads as %2").arg(shown).arg(base));
+        m_report(coordinate, QStringLiteral("%1 reads as %2").arg(shown, QString::number(base)));
     else if (ruleOf(base) == unknownRule)
         m_report(coordinate, QStringLiteral("%1 is no binding rule").arg(shown));
 }

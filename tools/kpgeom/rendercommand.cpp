@@ -110,9 +110,7 @@ bool appendFigures(QString const& file, RenderOptions const& options, std::vecto
     for (int const index : options.indices) {
         if (index > count) {
             printError(QStringLiteral("%1: there is no outline %2 among its %3")
-                           .arg(displayName(file))
-                           .arg(index)
-                           .arg(count));
+                           .arg(displayName(file), QString::number(index), QString::number(count)));
             return false;
         }
     }

@@ -256,8 +256,7 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     for (Outline& outline : document->outlines()) {
         if (!resize(*outline.list, *from, *to)) {
             printError(QStringLiteral("%1: a coordinate of outline %2 becomes too large")
-                           .arg(displayName(document->file()))
-                           .arg(outline.index));
+                           .arg(displayName(document->file()), QString::number(outline.index)));
             return Outcome::Failed;
         }
     }
