@@ -1,1 +1,595 @@
-int main() { }
+#include "kpgeomtesting.h"
+#include "outlinetesting.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextCodec>
+
+using namespace KpgeomTesting;
+
+namespace {
+
+QString const sans = QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
+
+QByteArray svg(QByteArray const& content)
+{
+    return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+           "viewBox='0 0 100 50'>"
+        + content + "</svg>";
+}
+
+QStringList resizing(QString const& from, QString const& to)
+{
+    return {"resize", "in.xml", "--from", from, "--to", to, "-o", "out.xml"};
+}
+
+/** A document with the outline around `segments`. */
+QByteArray outline(QByteArray const& segments)
+{
+    return "<D><Geometry Closed=\"1\">" + segments + "</Geometry></D>";
+}
+
+/** An outline of one line. */
+QByteArray line(QByteArray const& coordinates)
+{
+    return outline("<LineTo>" + coordinates + "</LineTo>");
+}
+
+/** The outlines of a document that the tool has written, each as text, read by both readers. */
+QStringList readOutlines(QByteArray const& xml)
+{
+    QStringList outlines;
+    QXmlStreamReader reader(xml);
+    QDomDocument const document = OutlineTesting::domDocument(xml);
+    QDomNodeList const elements = document.elementsByTagName("Geometry");
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement() || reader.name() != QLatin1String("Geometry"))
+            continue;
+        KpPathSegList fromStream;
+        KpPathSegList fromDom;
+        fromStream.parse(reader, 0);
+        fromDom.parse(elements.at(outlines.size()).toElement(), 0);
+        QString const text = OutlineTesting::exact(fromStream);
+        outlines << (text == OutlineTesting::exact(fromDom) ? text : "the readers differ");
+    }
+    return outlines.size() == elements.size() && !reader.hasError() ? outlines : QStringList();
+}
+
+/** What `info` says of the only outline of a file. */
+QJsonObject infoOf(Workplace const& place, QString const& file)
+{
+    Result const result = place.run({"info", "--json", file});
+    QJsonArray const outlines =
+        QJsonDocument::fromJson(result.out).array().at(0).toObject().value("outlines").toArray();
+    return outlines.size() == 1 ? outlines.at(0).toObject() : QJsonObject();
+}
+
+} // namespace
+
+class TestKpgeomDocuments : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void resizeFollowsTheRule_data();
+    void resizeFollowsTheRule();
+    void resizeReachesEveryCoordinate();
+    void resizeReachesEveryOutline();
+    void resizeKeepsWhatIsForeign();
+    void resizeKeepsTheSpellingOfWhatStays();
+    void resizeWritesDownWhatTheFormatLeavesOut();
+    void resizeReadsEveryEncoding_data();
+    void resizeReadsEveryEncoding();
+    void resizeThereAndBackKeepsTheNumbers();
+    void resizeIsTheSameEveryTime();
+    void resizeRefusesWhatBecomesTooLarge();
+    void resizeReadsStandardInput();
+    void wrongUsageOfResizeIsTold_data();
+    void wrongUsageOfResizeIsTold();
+
+    void convertTellsHowPathsArePainted_data();
+    void convertTellsHowPathsArePainted();
+    void convertAppliesTransforms();
+    void convertKeepsTheOrder();
+    void convertFitsThePictureToLargeUnits();
+    void bothFormsHoldTheSameOutlines_data();
+    void bothFormsHoldTheSameOutlines();
+    void convertedPictureIsClean();
+    void convertSaysWhatIsLeftOut();
+    void textBecomesAnOutlineForEachGlyph();
+    void textWithoutGlyphsIsTold();
+    void convertReadsStandardInput();
+    void whatCannotBeConvertedIsTold_data();
+    void whatCannotBeConvertedIsTold();
+    void wrongUsageOfConvertIsTold_data();
+    void wrongUsageOfConvertIsTold();
+};
+
+void TestKpgeomDocuments::resizeFollowsTheRule_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    // From a box of 100 by 60 to one of 300 by 40, whose smaller side is 40.
+    QTest::newRow("0: keeps its place")
+        << QByteArray("V=\"30\" B=\"0\" P=\"7\"") << QByteArray("V=\"30\" B=\"0\" P=\"7\"");
+    QTest::newRow("1: part of the width, taken from the value")
+        << QByteArray("V=\"30\" B=\"1\" P=\"7\"") << QByteArray("V=\"90\" B=\"1\" P=\"0.3\"");
+    QTest::newRow("2: part of the height, taken from the value")
+        << QByteArray("V=\"30\" B=\"2\" P=\"7\"") << QByteArray("V=\"20\" B=\"2\" P=\"0.5\"");
+    QTest::newRow("3: distance from the right")
+        << QByteArray("V=\"30\" B=\"3\" P=\"7\"") << QByteArray("V=\"293\" B=\"3\" P=\"7\"");
+    QTest::newRow("4: distance from the bottom")
+        << QByteArray("V=\"30\" B=\"4\" P=\"7\"") << QByteArray("V=\"33\" B=\"4\" P=\"7\"");
+    QTest::newRow("5: part of the smaller side")
+        << QByteArray("V=\"30\" B=\"5\" P=\"0.25\"") << QByteArray("V=\"10\" B=\"5\" P=\"0.25\"");
+    QTest::newRow("6: the same from the right")
+        << QByteArray("V=\"30\" B=\"6\" P=\"0.25\"") << QByteArray("V=\"290\" B=\"6\" P=\"0.25\"");
+    QTest::newRow("7: the same from the bottom")
+        << QByteArray("V=\"30\" B=\"7\" P=\"0.25\"") << QByteArray("V=\"30\" B=\"7\" P=\"0.25\"");
+    QTest::newRow("8: no rule") << QByteArray("V=\"30\" B=\"8\" P=\"7\"")
+                                << QByteArray("V=\"30\" B=\"8\" P=\"7\"");
+    QTest::newRow("-5: no rule") << QByteArray("V=\"30\" B=\"-5\" P=\"7\"")
+                                 << QByteArray("V=\"30\" B=\"-5\" P=\"7\"");
+    QTest::newRow("six digits") << QByteArray("V=\"1\" B=\"1\" P=\"0\"")
+                                << QByteArray("V=\"3\" B=\"1\" P=\"0.01\"");
+}
+
+void TestKpgeomDocuments::resizeFollowsTheRule()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    Workplace const place;
+    QByteArray const y = "<Y V=\"0\" B=\"0\" P=\"0\"/>";
+    place.write("in.xml", line("<X " + before + "/>" + y));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x40")), 0);
+    QCOMPARE(place.read("out.xml"),
+        QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + line("<X " + after + "/>" + y)
+            + "\n"));
+}
+
+void TestKpgeomDocuments::resizeReachesEveryCoordinate()
+{
+    auto const segments = [](QByteArray const& x, QByteArray const& y) {
+        QByteArray const horizontal = " V=\"" + x + "\" B=\"1\" P=\"0.5\"/>";
+        QByteArray const vertical = " V=\"" + y + "\" B=\"2\" P=\"0.5\"/>";
+        QByteArray const point = "<X" + horizontal + "<Y" + vertical;
+        return outline("<MoveTo>" + point + "</MoveTo><LineTo>" + point + "</LineTo><CurveTo>"
+            + point + "<A" + horizontal + "<B" + vertical + "<C" + horizontal + "<D" + vertical
+            + "</CurveTo><Ellipse>" + point + "<A" + horizontal + "<B" + vertical + "</Ellipse>");
+    };
+    Workplace const place;
+    place.write("in.xml", segments("50", "30"));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x40")), 0);
+    QVERIFY(place.read("out.xml").contains(segments("150", "20")));
+}
+
+void TestKpgeomDocuments::resizeReachesEveryOutline()
+{
+    Workplace const place;
+    place.write("in.xml",
+        "<D><Page><Shape>" + boxGeometry() + "</Shape>" + boxGeometry("Closed=\"0\"")
+            + "</Page><Group><Group>" + boxGeometry("NoFill=\"1\"")
+            + "</Group></Group><Geometry Closed=\"1\">" + boxGeometry() + "</Geometry></D>");
+    COMPARE_EXIT(place.run(resizing("100x60", "7x9")), 0);
+    QByteArray const out = place.read("out.xml");
+    // An outline within an outline is not read by the outer one, and is one of its own.
+    QCOMPARE(out.count("V=\"100\""), 0);
+    QCOMPARE(out.count("V=\"7\""), 8);
+    QCOMPARE(out.count("V=\"9\""), 8);
+    QCOMPARE(out.count("<Geometry"), 5);
+}
+
+void TestKpgeomDocuments::resizeKeepsWhatIsForeign()
+{
+    QByteArray const before =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+        "<?style of=\"old\"?>\n"
+        "<!-- before -->\n"
+        "<!DOCTYPE D SYSTEM \"d.dtd\" [<!ENTITY e \"text\">]>\n"
+        "<D z=\"1\" a=\"2\" m=\"&lt;&amp;&quot;\"><!-- within --><?go on?>\n"
+        "  <p:Title xmlns:p=\"urn:p\" p:k=\"v\">A &amp; B &lt; C\t<![CDATA[<&]]></p:Title>\n"
+        "  <Geometry Closed=\"TRUE\" Name=\"box\" NoFill=\"no\">\n"
+        "    <!-- first -->\n"
+        "    <MoveTo id=\"m\"> <X unit=\"px\" V=\"0\" B=\"1\" P=\"0\"/> text"
+        " <Y V=\"0\" B=\"2\" P=\"0\"><Note/></Y><Z V=\"50\"/></MoveTo>\n"
+        "    <Arc><X V=\"50\" B=\"1\" P=\"0.5\"/></Arc>\n"
+        "    <LineTo><X V=\"50\" B=\"1\" P=\"0.5\"/><Y V=\"0\" B=\"2\" P=\"0\"/></LineTo>\n"
+        "  </Geometry>\n"
+        "  <LineTo><X V=\"50\" B=\"1\" P=\"0.5\"/></LineTo>\n"
+        "</D>\n"
+        "<!-- after -->\n";
+    QByteArray after = before;
+    int const moved = after.lastIndexOf("<X V=\"50\"", after.indexOf("</Geometry>"));
+    after.replace(moved, 9, "<X V=\"10\"");
+    Workplace const place;
+    place.write("in.xml", before);
+    COMPARE_EXIT(place.run(resizing("100x60", "20x60")), 0);
+    QCOMPARE(QString::fromUtf8(place.read("out.xml")), QString::fromUtf8(after));
+}
+
+void TestKpgeomDocuments::resizeKeepsTheSpellingOfWhatStays()
+{
+    QByteArray const text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        + line("<X V=\" 3.0E1 \" B=\"00\" P=\"+7\"/><Y V=\"0.0078125\" B=\"+4\" "
+               "P=\"59.9921875\"/>")
+        + "\n";
+    Workplace const place;
+    place.write("in.xml", text);
+    COMPARE_EXIT(place.run(resizing("100x60", "300x60")), 0);
+    QCOMPARE(place.read("out.xml"), text);
+}
+
+void TestKpgeomDocuments::resizeWritesDownWhatTheFormatLeavesOut()
+{
+    Workplace const place;
+    // A base of 0 is read back as bound unless it is there; so are coordinates that are missing.
+    place.write("in.xml", line("<X V=\"30\"/>"));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x60")), 0);
+    QVERIFY2(place.read("out.xml").contains(
+                 line("<X V=\"90\" B=\"1\" P=\"0.3\"/><Y V=\"0\" B=\"2\" P=\"0\"/>")),
+        place.read("out.xml").constData());
+    place.write("in.xml", line("<X V=\"30\" B=\"0\"/><Y V=\"\" B=\"0\"/>"));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x60")), 0);
+    QVERIFY2(place.read("out.xml").contains(line("<X V=\"30\" B=\"0\"/><Y V=\"0\" B=\"0\"/>")),
+        place.read("out.xml").constData());
+}
+
+void TestKpgeomDocuments::resizeReadsEveryEncoding_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::newRow("UTF-8") << QByteArray("UTF-8");
+    QTest::newRow("Latin 1") << QByteArray("ISO-8859-1");
+    QTest::newRow("UTF-16") << QByteArray("UTF-16");
+}
+
+void TestKpgeomDocuments::resizeReadsEveryEncoding()
+{
+    QFETCH(QByteArray, codec);
+    QString const body = QString::fromUtf8("\n<D n=\"\xc3\xa4\">\xc3\xb6\xc3\xbc"
+                                           "<Geometry Closed=\"1\"/></D>\n");
+    QString const text =
+        QString("<?xml version=\"1.0\" encoding=\"%1\"?>").arg(QString(codec)) + body;
+    Workplace const place;
+    place.write("in.xml", QTextCodec::codecForName(codec)->fromUnicode(text));
+    COMPARE_EXIT(place.run(resizing("1x1", "2x2")), 0);
+    QCOMPARE(QString::fromUtf8(place.read("out.xml")),
+        QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>") + body);
+}
+
+void TestKpgeomDocuments::resizeThereAndBackKeepsTheNumbers()
+{
+    Workplace const place;
+    place.write("in.xml",
+        outline("<MoveTo><X V=\"12.5\" B=\"1\" P=\"0.125\"/><Y V=\"45\" B=\"4\" P=\"15\"/></MoveTo>"
+                "<LineTo><X V=\"90\" B=\"3\" P=\"10\"/><Y V=\"15\" B=\"5\" P=\"0.25\"/></LineTo>"
+                "<LineTo><X V=\"85\" B=\"6\" P=\"0.25\"/><Y V=\"45\" B=\"7\" "
+                "P=\"0.25\"/></LineTo>"));
+    COMPARE_EXIT(place.run(resizing("100x60", "1000x70")), 0);
+    QVERIFY(!place.read("out.xml").contains("V=\"12.5\""));
+    COMPARE_EXIT(
+        place.run({"resize", "out.xml", "--from", "1000x70", "--to", "100x60", "-o", "back.xml"}),
+        0);
+    QCOMPARE(readOutlines(place.read("back.xml")), readOutlines(place.read("in.xml")));
+    QCOMPARE(readOutlines(place.read("back.xml")).size(), 1);
+}
+
+void TestKpgeomDocuments::resizeIsTheSameEveryTime()
+{
+    Workplace const place;
+    place.write("in.xml",
+        line("<X h=\"1\" g=\"2\" f=\"3\" V=\"1\" e=\"4\" d=\"5\"/><Y V=\"1\" B=\"2\" P=\"1\"/>"));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x40")), 0);
+    QByteArray const first = place.read("out.xml");
+    QVERIFY(
+        first.contains("<X h=\"1\" g=\"2\" f=\"3\" V=\"3\" e=\"4\" d=\"5\" B=\"1\" P=\"0.01\"/>"));
+    for (int i = 0; i < 3; ++i) {
+        COMPARE_EXIT(place.run(resizing("100x60", "300x40")), 0);
+        QCOMPARE(place.read("out.xml"), first);
+    }
+}
+
+void TestKpgeomDocuments::resizeRefusesWhatBecomesTooLarge()
+{
+    Workplace const place;
+    place.write("in.xml",
+        "<D>" + boxGeometry() + line("<X V=\"1e308\" B=\"1\" P=\"0\"/><Y V=\"0\"/>") + "</D>");
+    COMPARE_FAILURE(place.run(resizing("1x1", "100x100")), 1,
+        "in.xml: a coordinate of outline 2 becomes too large");
+    QCOMPARE(place.entries(), QStringList {"in.xml"});
+}
+
+void TestKpgeomDocuments::resizeReadsStandardInput()
+{
+    Workplace const place;
+    Workplace::Start start;
+    start.input = boxGeometry();
+    Result const result =
+        place.run({"resize", "-", "--from", "100x60", "--to", "7x9", "-o", "-"}, start);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out.count("V=\"7\""), 2);
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeomDocuments::wrongUsageOfResizeIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("what");
+    QByteArray const boxes = "--from and --to take a box like 240x160";
+    auto const sizes = [](QString const& from, QString const& to) {
+        return QStringList {"in.xml", "-o", "out.xml", "--from", from, "--to", to};
+    };
+    QTest::newRow("no box") << QStringList {"in.xml", "-o", "out.xml"} << boxes;
+    QTest::newRow("one box") << QStringList {"in.xml", "-o", "out.xml", "--from", "1x1"} << boxes;
+    QTest::newRow("one side") << sizes("10", "1x1") << boxes;
+    QTest::newRow("three sides") << sizes("1x1", "1x1x1") << boxes;
+    QTest::newRow("no width") << sizes("0x1", "1x1") << boxes;
+    QTest::newRow("no height") << sizes("1x1", "1x0") << boxes;
+    QTest::newRow("negative side") << sizes("1x1", "1x-1") << boxes;
+    QTest::newRow("letters") << sizes("axb", "1x1") << boxes;
+    QTest::newRow("infinite") << sizes("infx1", "1x1") << boxes;
+    QTest::newRow("not a number") << sizes("nanx1", "1x1") << boxes;
+    QTest::newRow("too large") << sizes("1e7x1", "1x1") << boxes;
+    QTest::newRow("no file") << QStringList {"--from", "1x1", "--to", "1x1", "-o", "out.xml"}
+                             << QByteArray("exactly one file is needed");
+    QTest::newRow("two files") << sizes("1x1", "1x1") + QStringList {"in.xml"}
+                               << QByteArray("exactly one file is needed");
+    QTest::newRow("no output") << QStringList {"in.xml", "--from", "1x1", "--to", "1x1"}
+                               << QByteArray("no output file given (-o)");
+}
+
+void TestKpgeomDocuments::wrongUsageOfResizeIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, what);
+    Workplace const place;
+    place.write("in.xml", boxGeometry());
+    COMPARE_FAILURE(place.run(QStringList {"resize"} + arguments), 2,
+        "kpgeom resize: " + what + " (see kpgeom resize --help)");
+    QCOMPARE(place.entries(), QStringList {"in.xml"});
+}
+
+void TestKpgeomDocuments::convertTellsHowPathsArePainted_data()
+{
+    QTest::addColumn<QByteArray>("paint");
+    QTest::addColumn<bool>("noFill");
+    QTest::addColumn<bool>("noLine");
+    QTest::newRow("filled by default") << QByteArray("") << false << true;
+    QTest::newRow("filled") << QByteArray("fill='red'") << false << true;
+    QTest::newRow("stroked") << QByteArray("fill='none' stroke='red'") << true << false;
+    QTest::newRow("both") << QByteArray("fill='red' stroke='blue'") << false << false;
+    QTest::newRow("neither") << QByteArray("fill='none'") << true << true;
+    QTest::newRow("by style") << QByteArray("style='fill:none;stroke:#00f'") << true << false;
+}
+
+void TestKpgeomDocuments::convertTellsHowPathsArePainted()
+{
+    QFETCH(QByteArray, paint);
+    QFETCH(bool, noFill);
+    QFETCH(bool, noLine);
+    Workplace const place;
+    place.write("in.svg", svg("<path d='M1 1L9 1L9 9Z' " + paint + "/>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "-o", "out.xml"}), 0);
+    QJsonObject const info = infoOf(place, "out.xml");
+    QCOMPARE(info.value("noFill").toBool(), noFill);
+    QCOMPARE(info.value("noLine").toBool(), noLine);
+    QCOMPARE(info.value("closed").toBool(), true);
+}
+
+void TestKpgeomDocuments::convertAppliesTransforms()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<g transform='translate(20 10)'><rect transform='scale(2)' x='1' y='1' width='10' "
+            "height='5'/></g>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "--scale", "1", "-o", "out.xml"}), 0);
+    QJsonObject const bounds = infoOf(place, "out.xml").value("bounds").toObject();
+    QCOMPARE(bounds, (QJsonObject {{"x", 22.0}, {"y", 12.0}, {"width", 20.0}, {"height", 10.0}}));
+}
+
+void TestKpgeomDocuments::convertKeepsTheOrder()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<rect width='10' height='10'/><circle cx='50' cy='25' r='5'/>"
+            "<path d='M0 0C0 10 10 10 10 0M20 0A5 5 0 0 1 30 0'/>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "-o", "out.xml"}), 0);
+    Result const info = place.run({"info", "--json", "out.xml"});
+    QJsonArray const outlines =
+        QJsonDocument::fromJson(info.out).array().at(0).toObject().value("outlines").toArray();
+    QCOMPARE(outlines.size(), 3);
+    QStringList names;
+    QVector<int> curves;
+    for (QJsonValue const& outline : outlines) {
+        names << outline.toObject().value("name").toString();
+        curves << outline.toObject().value("segments").toObject().value("curveTo").toInt();
+    }
+    QCOMPARE(names, (QStringList {"path 1", "path 2", "path 3"}));
+    // A circle is four curves, the half circle of the last path two.
+    QCOMPARE(curves, (QVector<int> {0, 4, 3}));
+}
+
+void TestKpgeomDocuments::convertFitsThePictureToLargeUnits()
+{
+    Workplace const place;
+    place.write("in.svg", svg("<rect x='25' width='50' height='50'/>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "-o", "out.xml"}), 0);
+    QByteArray const out = place.read("out.xml");
+    QVERIFY(out.contains("<Shape Name=\"path 1\" Width=\"10000\" Height=\"5000\">"));
+    QVERIFY(out.contains("<X V=\"2500\" B=\"1\" P=\"0.25\"/>"));
+    QVERIFY(out.contains("<Y V=\"5000\" B=\"2\" P=\"1\"/>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "--scale", "2", "-o", "out.xml"}), 0);
+    QVERIFY(place.read("out.xml").contains("Width=\"200\" Height=\"100\""));
+    QVERIFY(place.read("out.xml").contains("<X V=\"50\" B=\"1\" P=\"0.25\"/>"));
+}
+
+void TestKpgeomDocuments::bothFormsHoldTheSameOutlines_data()
+{
+    QTest::addColumn<QStringList>("source");
+    QTest::addColumn<int>("count");
+    QTest::newRow("picture") << QStringList {"in.svg"} << 3;
+    QTest::newRow("text") << QStringList {"--font", sans, "--text", "Agß@"} << 4;
+}
+
+void TestKpgeomDocuments::bothFormsHoldTheSameOutlines()
+{
+    QFETCH(QStringList, source);
+    QFETCH(int, count);
+    Workplace const place;
+    place.write("in.svg",
+        svg("<rect width='10' height='10' fill='none'/><ellipse cx='50' cy='25' rx='5' ry='9'/>"
+            "<path d='M0 0C0 10 10 10 10 0M20 0A5 5 0 0 1 30 0' stroke='red'/>"));
+    COMPARE_EXIT(
+        place.run(QStringList {"convert"} + source + QStringList {"--form", "dom", "-o", "dom"}),
+        0);
+    COMPARE_EXIT(place.run(QStringList {"convert"} + source
+                     + QStringList {"--form", "stream", "-o", "stream"}),
+        0);
+    QStringList const fromStream = readOutlines(place.read("stream"));
+    QCOMPARE(fromStream.size(), count);
+    QCOMPARE(readOutlines(place.read("dom")), fromStream);
+    // The stream form is the one that is written unless another is asked for.
+    COMPARE_EXIT(place.run(QStringList {"convert"} + source + QStringList {"-o", "plain"}), 0);
+    QVERIFY(place.read("plain") == place.read("stream"));
+}
+
+void TestKpgeomDocuments::convertedPictureIsClean()
+{
+    Workplace const place;
+    place.write("in.svg", svg("<rect width='10' height='10'/><circle cx='50' cy='25' r='5'/>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "-o", "out.xml"}), 0);
+    Result const check = place.run({"check", "out.xml"});
+    COMPARE_EXIT(check, 0);
+    QCOMPARE(check.out, QByteArray("out.xml: outlines: 2, warnings: 0\n"));
+}
+
+void TestKpgeomDocuments::convertSaysWhatIsLeftOut()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<clipPath id='c'><rect width='5' height='5'/></clipPath>"
+            "<rect width='10' height='10' clip-path='url(#c)'/>"
+            "<image width='9' height='9' xlink:href='other.png'/>"));
+    Result const result = place.run({"convert", "in.svg", "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err,
+        QByteArray("in.svg: 1 clipPath: without effect, shapes in it may be painted\n"
+                   "in.svg: 1 image: left out\n"));
+    QVERIFY(place.read("out.xml").contains("<Geometry"));
+}
+
+void TestKpgeomDocuments::textBecomesAnOutlineForEachGlyph()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"convert", "--font", sans, "--text", QString::fromUtf8("l \xc3\x84l"),
+                     "-o", "out.xml"}),
+        0);
+    QByteArray const out = place.read("out.xml");
+    QCOMPARE(readOutlines(out).size(), 3);
+    QVERIFY(out.indexOf("Name=\"l\"") < out.indexOf("Name=\"\xc3\x84\""));
+    QCOMPARE(out.count("Name=\"l\""), 2);
+    // The stem of an l is 184 of 2048 units of this face wide and starts at 193.
+    QVERIFY(out.contains("<X V=\"193\" "));
+    QVERIFY(out.contains("<X V=\"377\" "));
+    COMPARE_EXIT(
+        place.run({"convert", "--font", sans, "--text", "l", "--em", "4096", "-o", "out.xml"}), 0);
+    QVERIFY(place.read("out.xml").contains("<X V=\"386\" "));
+}
+
+void TestKpgeomDocuments::textWithoutGlyphsIsTold()
+{
+    Workplace const place;
+    Result const some = place.run(
+        {"convert", "--font", sans, "--text", QString::fromUtf8("l\xe4\xb8\xad"), "-o", "out.xml"});
+    COMPARE_EXIT(some, 0);
+    QCOMPARE(some.err, (sans + ": no glyph for U+4E2D\n").toUtf8());
+    QCOMPARE(readOutlines(place.read("out.xml")).size(), 1);
+    QVERIFY(QFile::remove(place.path("out.xml")));
+    COMPARE_FAILURE(place.run({"convert", "--font", sans, "--text", "   ", "-o", "out.xml"}), 1,
+        sans.toUtf8() + ": nothing in it becomes an outline");
+    QCOMPARE(place.entries(), QStringList());
+}
+
+void TestKpgeomDocuments::convertReadsStandardInput()
+{
+    Workplace const place;
+    Workplace::Start start;
+    start.input = svg("<rect width='10' height='10'/>");
+    Result const result = place.run({"convert", "-", "-o", "-"}, start);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(readOutlines(result.out).size(), 1);
+    start.input = "<svg>\n</D>";
+    COMPARE_FAILURE(place.run({"convert", "-", "-o", "-"}, start), 1,
+        "<stdin>:2:5: Opening and ending tag mismatch.");
+}
+
+void TestKpgeomDocuments::whatCannotBeConvertedIsTold_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("malformed") << QByteArray("<svg>\n</D>")
+                               << QByteArray("in.svg:2:5: Opening and ending tag mismatch.");
+    QTest::newRow("truncated") << QByteArray("<svg>\n<rect")
+                               << QByteArray("in.svg:2:6: Premature end of document.");
+    QTest::newRow("empty") << QByteArray() << QByteArray("in.svg: the picture is empty");
+    QTest::newRow("another document")
+        << QByteArray("<html/>") << QByteArray("in.svg: not an SVG picture");
+    QTest::newRow("nothing painted")
+        << svg("<defs><rect/></defs>") << QByteArray("in.svg: nothing in it becomes an outline");
+    QTest::newRow("compressed") << QByteArray(
+        "\x1f\x8b\x08") << QByteArray("in.svg: the picture is compressed (svgz); unpack it first");
+    QTest::newRow("no size") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>")
+                             << QByteArray("in.svg: the picture has no size");
+}
+
+void TestKpgeomDocuments::whatCannotBeConvertedIsTold()
+{
+    QFETCH(QByteArray, picture);
+    QFETCH(QByteArray, line);
+    Workplace const place;
+    place.write("in.svg", picture);
+    COMPARE_FAILURE(place.run({"convert", "in.svg", "-o", "out.xml"}), 1, line);
+    QCOMPARE(place.entries(), QStringList {"in.svg"});
+}
+
+void TestKpgeomDocuments::wrongUsageOfConvertIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("what");
+    QByteArray const together = "--font and --text go together";
+    QTest::newRow("nothing") << QStringList {"-o", "out.xml"}
+                             << QByteArray("exactly one input file is needed");
+    QTest::newRow("two pictures") << QStringList {"in.svg", "in.svg", "-o", "out.xml"}
+                                  << QByteArray("exactly one input file is needed");
+    QTest::newRow("no output") << QStringList {"in.svg"} << QByteArray("no output file given (-o)");
+    QTest::newRow("font alone") << QStringList {"--font", sans, "-o", "out.xml"} << together;
+    QTest::newRow("text alone") << QStringList {"--text", "a", "-o", "out.xml"} << together;
+    QTest::newRow("empty text") << QStringList {"--font", sans, "--text", "", "-o", "out.xml"}
+                                << together;
+    QTest::newRow("picture and text") << QStringList {"in.svg", "--font", sans, "--text", "a", "-o",
+        "out.xml"} << QByteArray("--font and --text take no input file");
+    QTest::newRow("unknown form") << QStringList {"in.svg", "--form", "json", "-o", "out.xml"}
+                                  << QByteArray("--form takes dom or stream, not 'json'");
+    QTest::newRow("scale of nothing") << QStringList {"in.svg", "--scale", "0", "-o",
+        "out.xml"} << QByteArray("--scale takes a number greater than 0, and an SVG file");
+    QTest::newRow("scale of text") << QStringList {"--font", sans, "--text", "a", "--scale", "2",
+        "-o", "out.xml"} << QByteArray("--scale takes a number greater than 0, and an SVG file");
+    QTest::newRow("em of a picture") << QStringList {"in.svg", "--em", "9", "-o",
+        "out.xml"} << QByteArray("--em takes a number greater than 0, and a font");
+}
+
+void TestKpgeomDocuments::wrongUsageOfConvertIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, what);
+    Workplace const place;
+    place.write("in.svg", svg("<rect width='10' height='10'/>"));
+    COMPARE_FAILURE(place.run(QStringList {"convert"} + arguments), 2,
+        "kpgeom convert: " + what + " (see kpgeom convert --help)");
+    QCOMPARE(place.entries(), QStringList {"in.svg"});
+}
+
+QTEST_GUILESS_MAIN(TestKpgeomDocuments)
+
+#include "tst_kpgeom_documents.moc"
