@@ -9,6 +9,10 @@
 
 #include <functional>
 
+#include <fcntl.h>
+#include <pty.h>
+#include <unistd.h>
+
 /** What the tests of the command-line tool share: an empty folder to run it in. */
 namespace KpgeomTesting {
 
@@ -111,6 +115,43 @@ private:
     }
 
     QTemporaryDir m_directory;
+};
+
+/** What a program prints on a pseudo terminal that stands for one of its streams. */
+class Terminal
+{
+public:
+    Terminal()
+    {
+        if (openpty(&m_screen, &m_terminal, nullptr, nullptr, nullptr) != 0)
+            qFatal("there is no pseudo terminal");
+    }
+    ~Terminal()
+    {
+        close(m_terminal);
+        close(m_screen);
+    }
+    Terminal(Terminal const&) = delete;
+    Terminal& operator=(Terminal const&) = delete;
+
+    /** What puts the terminal in the place of a stream: a setUp of Workplace::Start. */
+    std::function<void()> replacing(int stream) const
+    {
+        return [terminal = m_terminal, stream] { dup2(terminal, stream); };
+    }
+
+    /** What has been shown so far. */
+    QByteArray text() const
+    {
+        QByteArray text(65536, '\0');
+        fcntl(m_screen, F_SETFL, O_NONBLOCK);
+        text.truncate(int(qMax<ssize_t>(0, read(m_screen, text.data(), size_t(text.size())))));
+        return text;
+    }
+
+private:
+    int m_screen = -1;
+    int m_terminal = -1;
 };
 
 /** A box of 100 by 60 units, clockwise, its corners bound to the width and the height. */

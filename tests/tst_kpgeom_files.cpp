@@ -3,8 +3,6 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <fcntl.h>
-#include <pty.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -69,39 +67,15 @@ long mostKilobytesOfRuns()
     return usage.ru_maxrss;
 }
 
-/** What a program prints on a pseudo terminal that stands for one of its streams. */
-class Terminal
+/** What the tool shows on a terminal that is its standard error. */
+QByteArray shownOnTerminal(Workplace const& place, QStringList const& arguments, int expectedCode)
 {
-public:
-    Terminal() { m_isOpen = openpty(&m_screen, &m_terminal, nullptr, nullptr, nullptr) == 0; }
-    ~Terminal()
-    {
-        close(m_terminal);
-        close(m_screen);
-    }
-    Terminal(Terminal const&) = delete;
-    Terminal& operator=(Terminal const&) = delete;
-
-    bool isOpen() const { return m_isOpen; }
-
-    std::function<void()> replacing(int stream) const
-    {
-        return [terminal = m_terminal, stream] { dup2(terminal, stream); };
-    }
-
-    QByteArray text() const
-    {
-        QByteArray text(65536, '\0');
-        fcntl(m_screen, F_SETFL, O_NONBLOCK);
-        text.truncate(int(qMax<ssize_t>(0, read(m_screen, text.data(), size_t(text.size())))));
-        return text;
-    }
-
-private:
-    int m_screen = -1;
-    int m_terminal = -1;
-    bool m_isOpen = false;
-};
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = terminal.replacing(STDERR_FILENO);
+    Result const result = place.run(arguments, start);
+    return result.exited && result.code == expectedCode ? terminal.text() : "another end";
+}
 
 } // namespace
 
@@ -699,15 +673,10 @@ void TestKpgeomFiles::progressIsShownOnATerminal()
 {
     Workplace const place;
     place.write("a", boxGeometry());
-    Terminal const terminal;
-    QVERIFY(terminal.isOpen());
-    Workplace::Start start;
-    start.setUp = terminal.replacing(STDERR_FILENO);
-    Result const result =
-        place.run(QStringList {"info"} + QVector<QString>(10, "a").toList(), start);
-    COMPARE_EXIT(result, 0);
-    QByteArray const shown = terminal.text();
-    QVERIFY(shown.startsWith("\r[####                                    ] 1/10\r["));
+    QByteArray const shown =
+        shownOnTerminal(place, QStringList {"info"} + QVector<QString>(10, "a").toList(), 0);
+    QVERIFY2(shown.startsWith("\r[####                                    ] 1/10\r["),
+        shown.constData());
     QVERIFY(shown.contains("\r[####################                    ] 5/10\r["));
     QVERIFY(shown.endsWith("\r[########################################] 10/10\r\x1b[K"));
     QCOMPARE(shown.count("\x1b[K"), 1);
@@ -717,15 +686,9 @@ void TestKpgeomFiles::messagesStandBesideTheProgress()
 {
     Workplace const place;
     place.write("a", boxGeometry());
-    Terminal const terminal;
-    QVERIFY(terminal.isOpen());
-    Workplace::Start start;
-    start.setUp = terminal.replacing(STDERR_FILENO);
     QStringList files = QVector<QString>(10, "a").toList();
     files[4] = "missing";
-    Result const result = place.run(QStringList {"info"} + files, start);
-    COMPARE_EXIT(result, 1);
-    QByteArray const shown = terminal.text();
+    QByteArray const shown = shownOnTerminal(place, QStringList {"info"} + files, 1);
     QVERIFY2(shown.contains(" 5/10\r\x1b[Kmissing: No such file or directory\r\n\r["),
         shown.constData());
     QVERIFY(shown.endsWith(" 10/10\r\x1b[K"));
@@ -735,12 +698,8 @@ void TestKpgeomFiles::fewFilesShowNoProgress()
 {
     Workplace const place;
     place.write("a", boxGeometry());
-    Terminal const terminal;
-    QVERIFY(terminal.isOpen());
-    Workplace::Start start;
-    start.setUp = terminal.replacing(STDERR_FILENO);
-    COMPARE_EXIT(place.run(QStringList {"info"} + QVector<QString>(9, "a").toList(), start), 0);
-    QCOMPARE(terminal.text(), QByteArray());
+    QCOMPARE(shownOnTerminal(place, QStringList {"info"} + QVector<QString>(9, "a").toList(), 0),
+        QByteArray());
 }
 
 void TestKpgeomFiles::noProgressElsewhere()
