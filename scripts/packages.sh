@@ -2,7 +2,9 @@
 
 build_packages=(g++ cmake ninja-build qtbase5-dev libqt5svg5-dev)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
-test_packages=(binutils clang clang-format-14 clang-tidy-14 git libclang-rt-14-dev man-db pkg-config)
+# llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
+test_packages=(binutils clang clang-format-14 clang-tidy-14 git libclang-rt-14-dev llvm-14
+    man-db pkg-config)
 
 # Installs those of the named packages that are missing; silent when none is.
 install_missing() {
