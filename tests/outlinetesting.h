@@ -23,6 +23,15 @@
 #include <limits>
 #include <memory>
 
+/** Defined where a sanitizer slows everything down. */
+#if defined(__SANITIZE_ADDRESS__)
+#define OUTLINETESTING_SANITIZED
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define OUTLINETESTING_SANITIZED
+#endif
+#endif
+
 /** What the tests of outlines share: exact comparison, exact text, random outlines. */
 namespace OutlineTesting {
 

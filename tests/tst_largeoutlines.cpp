@@ -9,15 +9,7 @@ using OutlineTesting::exact;
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-#define LARGEOUTLINES_SANITIZED
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define LARGEOUTLINES_SANITIZED
-#endif
-#endif
-
-#ifdef LARGEOUTLINES_SANITIZED
+#ifdef OUTLINETESTING_SANITIZED
 int const largeCount = 300000;
 int const xmlCount = 40000;
 int const domCount = 15000;
