@@ -3,6 +3,9 @@
 
 #include <QtGlobal>
 
+#include <cmath>
+#include <limits>
+
 /** Conversions between number types for which the language leaves a case open. */
 namespace Conversion {
 
@@ -16,6 +19,24 @@ constexpr qint16 lowSixteenBits(int number) noexcept
 constexpr int wrappingNext(int number) noexcept
 {
     return static_cast<int>(static_cast<unsigned int>(number) + 1U);
+}
+
+/** Toward zero. Beyond the range of int it is the nearer end, not-a-number is 0. */
+inline int truncated(double number) noexcept
+{
+    if (std::isnan(number))
+        return 0;
+    if (number >= static_cast<double>(std::numeric_limits<int>::max()))
+        return std::numeric_limits<int>::max();
+    if (number <= static_cast<double>(std::numeric_limits<int>::min()))
+        return std::numeric_limits<int>::min();
+    return static_cast<int>(number);
+}
+
+/** To the nearest integer, halves upward as qRound does: -2.5 gives -2. Ends as truncated(). */
+inline int rounded(double number) noexcept
+{
+    return truncated(std::floor(number + 0.5));
 }
 
 } // namespace Conversion
