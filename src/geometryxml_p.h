@@ -4,6 +4,7 @@
 #include "numbertext_p.h"
 #include "quarkmanager.h"
 #include "segmentkind_p.h"
+#include "xmlattribute_p.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomElement>
@@ -23,26 +24,14 @@
  */
 namespace GeometryXml {
 
-/** An attribute of a DOM element counts unless it is absent or empty. */
-inline bool isGiven(QString const& text)
-{
-    return !text.isEmpty();
-}
-
-/** An attribute of a start tag in the stream counts unless it is absent. */
-inline bool isGiven(QStringRef const& text)
-{
-    return !text.isNull();
-}
-
 /** @param attribute gives the text of an attribute by its name */
 template <class Attribute> void readReal(KpReal& real, Attribute attribute)
 {
-    if (auto const value = attribute(QStringLiteral("V")); isGiven(value))
+    if (auto const value = attribute(QStringLiteral("V")); XmlAttribute::isGiven(value))
         real.value = NumberText::toReal(value);
-    if (auto const base = attribute(QStringLiteral("B")); isGiven(base))
+    if (auto const base = attribute(QStringLiteral("B")); XmlAttribute::isGiven(base))
         real.base = NumberText::toBase(base);
-    if (auto const rate = attribute(QStringLiteral("P")); isGiven(rate))
+    if (auto const rate = attribute(QStringLiteral("P")); XmlAttribute::isGiven(rate))
         real.rate = NumberText::toReal(rate);
 }
 

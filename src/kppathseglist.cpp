@@ -63,7 +63,7 @@ template <class Visitor> void forEachSegment(KpPathSegList const& list, Visitor 
 /** A flag's text: "1" and, in any letter case, "TRUE" are true; everything else is false. */
 template <class Text> void readFlag(bool& flag, Text const& text)
 {
-    if (GeometryXml::isGiven(text)) {
+    if (XmlAttribute::isGiven(text)) {
         flag = text == QLatin1String("1")
             || text.compare(QLatin1String("TRUE"), Qt::CaseInsensitive) == 0;
     }

@@ -1,0 +1,164 @@
+#ifndef COLORUTIL_H
+#define COLORUTIL_H
+
+#include "kpgeometry_export.h"
+
+#include <QColor>
+#include <QMap>
+#include <QString>
+
+class KpColor;
+
+/**
+ * The named colour transforms of documents, tint and shade in linear light, colour texts, and the
+ * colours of the editor's aids.
+ *
+ * The transforms have the names of the DrawingML colour transforms (ECMA-376) and take plain
+ * fractions: 1 is 100 %, or a full channel. They change the QColor part of a KpColor only. None
+ * fails or logs: a channel is clamped to 0...255, and a hue, saturation or lightness that QColor
+ * would refuse leaves the colour as it is. A number too large for an int counts as the nearest
+ * one, and not-a-number as 0.
+ *
+ * Everything here belongs to the GUI thread.
+ */
+namespace ColorUtil {
+
+/** A named transform. */
+using ColorFunc = void (*)(KpColor& colour, double value);
+
+/**
+ * Tint and shade, towards white and towards black in linear light: each intensity x becomes
+ * x * (1 - value) + value or x * (1 - value). 0 leaves the colour and 1 gives white or black;
+ * a DrawingML `val` runs the other way, value = 1 - val / 100000. Alpha stays.
+ */
+KPGEOMETRY_EXPORT void tint(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void shade(KpColor& colour, double value);
+
+/**
+ * Complement. Leaves every colour as it is, deliberately: it adds 180 degrees to a hue that
+ * counts from 0 to 1, which QColor refuses, and documents are drawn so.
+ */
+KPGEOMETRY_EXPORT void comp(KpColor& colour, double value);
+/** Each channel becomes 255 less it; `value` is not used. */
+KPGEOMETRY_EXPORT void inv(KpColor& colour, double value);
+/** As toGray(); `value` is not used. */
+KPGEOMETRY_EXPORT void gray(KpColor& colour, double value);
+
+/**
+ * Alpha set to `value`, clamped to 0...1; with `value` added; multiplied by it. The last two are
+ * rounded, while the colour channels below are truncated: deliberate.
+ */
+KPGEOMETRY_EXPORT void alpha(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void alphaOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void alphaMod(KpColor& colour, double value);
+
+/**
+ * The hue, a fraction of the circle, set, added to or multiplied. -1 is no hue, and nothing
+ * wraps: beyond 1 the colour stays as it is. Alpha stays.
+ */
+KPGEOMETRY_EXPORT void hue(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void hueOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void hueMod(KpColor& colour, double value);
+
+/** The HSL saturation set, added to or multiplied, clamped to 0...1. Alpha stays. */
+KPGEOMETRY_EXPORT void sat(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void satOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void satMod(KpColor& colour, double value);
+
+/** The HSL lightness set, added to or multiplied, clamped to 0...1. Alpha stays. */
+KPGEOMETRY_EXPORT void lum(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void lumOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void lumMod(KpColor& colour, double value);
+
+/** A channel set, added to or multiplied, 1 being 255; truncated and clamped. */
+KPGEOMETRY_EXPORT void red(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void redOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void redMod(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void green(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void greenOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void greenMod(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void blue(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void blueOff(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void blueMod(KpColor& colour, double value);
+
+/** Change nothing. They have entries of their own, so that documents naming them are read. */
+KPGEOMETRY_EXPORT void gamma(KpColor& colour, double value);
+KPGEOMETRY_EXPORT void invGamma(KpColor& colour, double value);
+
+/** The transforms by name. Empty until initColorFunctionMap(). */
+extern KPGEOMETRY_EXPORT QMap<QString, ColorFunc> mapColorFuncs;
+/** Whether mapColorFuncs is filled. */
+extern KPGEOMETRY_EXPORT bool initedColorFuncMap;
+
+/** Fills mapColorFuncs, once. */
+KPGEOMETRY_EXPORT void initColorFunctionMap();
+/** The transform called `name` (case-sensitive), or null. Fills the table if need be. */
+KPGEOMETRY_EXPORT ColorFunc getColorFunc(QString name);
+
+/**
+ * One channel from gamma-encoded sRGB to linear light and back, both 0...1 (IEC 61966-2-1);
+ * beyond, the nearer end.
+ */
+KPGEOMETRY_EXPORT double SRGB_To_SCRGB(double v);
+KPGEOMETRY_EXPORT double SCRGB_To_SRGB(double v);
+
+/** A colour as intensities of linear light, each 0...1; without alpha. */
+struct SCRGB
+{
+    double red;
+    double green;
+    double blue;
+
+    KPGEOMETRY_EXPORT SCRGB(KpColor colour);
+    KPGEOMETRY_EXPORT SCRGB(QColor colour);
+
+    /** Writes the intensities into the channels of `c`, rounded and clamped. Its alpha stays. */
+    KPGEOMETRY_EXPORT void toSRGB(KpColor& c);
+    KPGEOMETRY_EXPORT void toColor(QColor& c);
+};
+
+/**
+ * Tint and shade as above. A `value` of 0 returns `c`; any other returns an opaque colour whatever
+ * the alpha of `c` was, deliberately: who needs it restores it.
+ */
+KPGEOMETRY_EXPORT QColor tint(QColor const& c, double value);
+KPGEOMETRY_EXPORT QColor shade(QColor const& c, double value);
+
+/**
+ * The colour that tint or shade with `value` has made `c` of, as far as 8 bits a channel tell;
+ * dark levels may come back some off. Alpha stays. A `value` of 1 divides by zero: each channel
+ * becomes 0 or 255.
+ */
+KPGEOMETRY_EXPORT QColor invertTint(QColor c, double value);
+KPGEOMETRY_EXPORT QColor invertShade(QColor c, double value);
+
+/** 0.3 red + 0.59 green + 0.11 blue, truncated, in all three channels. Alpha stays. */
+KPGEOMETRY_EXPORT QColor toGray(QColor c);
+
+/** "#RRGGBB", upper case. */
+KPGEOMETRY_EXPORT QString RGBToString(QColor c);
+/** "RRGGBB", upper case. */
+KPGEOMETRY_EXPORT QString RGBToStringPPT(QColor c);
+/** "#AARRGGBB", upper case: alpha comes first. */
+KPGEOMETRY_EXPORT QString RGBToString4(QColor c);
+
+// The editor's aids. Ordinary variables: the application may change them, the library does not.
+extern KPGEOMETRY_EXPORT QColor s_reversible;
+extern KPGEOMETRY_EXPORT QColor s_alignBox;
+extern KPGEOMETRY_EXPORT QColor s_subAlignBox;
+extern KPGEOMETRY_EXPORT QColor s_anchorDock;
+extern KPGEOMETRY_EXPORT QColor s_mouseDot;
+extern KPGEOMETRY_EXPORT QColor s_virLine;
+extern KPGEOMETRY_EXPORT QColor s_adisLine;
+extern KPGEOMETRY_EXPORT QColor s_editText;
+extern KPGEOMETRY_EXPORT QColor s_editTextGray;
+extern KPGEOMETRY_EXPORT QColor s_selectMMRefShape;
+extern KPGEOMETRY_EXPORT QColor s_selectMMShape;
+extern KPGEOMETRY_EXPORT QColor s_hoverMMShape;
+extern KPGEOMETRY_EXPORT QColor s_hoverMarkLine;
+extern KPGEOMETRY_EXPORT QColor s_hoverFloatBtn; ///< translucent
+extern KPGEOMETRY_EXPORT QColor s_hoverDarkFloatBtn; ///< translucent
+
+} // namespace ColorUtil
+
+#endif // COLORUTIL_H
