@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMap>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -50,6 +51,7 @@ public:
         QString outputFile {}; ///< standard output, instead of `Result::out`
         std::function<void()> setUp {}; ///< called in the child before the tool begins
         QString locale = QStringLiteral("C.UTF-8");
+        QMap<QString, QString> variables {}; ///< of the environment, besides the usual ones
     };
 
     Result run(QStringList const& arguments) const { return run(arguments, Start()); }
@@ -59,7 +61,7 @@ public:
         PreparedProcess process;
         process.setUp = start.setUp;
         process.setWorkingDirectory(m_directory.path());
-        process.setProcessEnvironment(environment(start.locale));
+        process.setProcessEnvironment(environment(start));
         if (!start.outputFile.isEmpty())
             process.setStandardOutputFile(start.outputFile);
         process.start(KPGEOM_EXECUTABLE, arguments);
@@ -101,7 +103,7 @@ public:
 
 private:
     /** Nothing of the surroundings but what the sanitizers need. */
-    QProcessEnvironment environment(QString const& locale) const
+    QProcessEnvironment environment(Start const& start) const
     {
         QProcessEnvironment const outer = QProcessEnvironment::systemEnvironment();
         QProcessEnvironment result;
@@ -110,7 +112,9 @@ private:
             if (outer.contains(name))
                 result.insert(name, outer.value(name));
         }
-        result.insert(QStringLiteral("LC_ALL"), locale);
+        result.insert(QStringLiteral("LC_ALL"), start.locale);
+        for (auto it = start.variables.cbegin(); it != start.variables.cend(); ++it)
+            result.insert(it.key(), it.value());
         return result;
     }
 

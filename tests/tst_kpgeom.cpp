@@ -161,7 +161,8 @@ void TestKpgeom::helpIsPrinted()
     QCOMPARE(result.out,
         QByteArray("Usage: kpgeom COMMAND ...\n"
                    "\n"
-                   "Reads, draws, resizes, makes and checks outlines.\n"
+                   "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
+                   "converts lengths.\n"
                    "\n"
                    "Commands:\n"
                    "  info      Says what outlines the documents hold.\n"
@@ -169,6 +170,9 @@ void TestKpgeom::helpIsPrinted()
                    "  resize    Fits the outlines of a document to a box of another size.\n"
                    "  convert   Makes a document of an SVG picture or of text in a font.\n"
                    "  check     Says what reading, saving and undo change in outlines.\n"
+                   "  colour    Applies colour transforms in order.\n"
+                   "  units     Converts a length to another unit, or to all.\n"
+                   "  pages     Lists the predefined page sizes.\n"
                    "\n"
                    "\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input or "
                    "output.\n"
@@ -188,6 +192,10 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
         "Usage: kpgeom resize [options] FILE --from WxH --to WxH -o OUT.xml\n");
     QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN -o OUT.xml\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
+    QTest::newRow("colour") << QByteArray(
+        "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
+    QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");
+    QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options]\n");
 }
 
 void TestKpgeom::helpOfCommandIsPrinted()

@@ -25,6 +25,7 @@ struct Command
 {
     char const* name;
     char const* syntax; ///< what follows the name
+    char const* operandHelp; ///< what the first word of the syntax may be
     char const* summary; ///< one sentence
     /** @param arguments those after the subcommand's name */
     Outcome (*run)(Command const& command, QStringList const& arguments);
@@ -35,5 +36,8 @@ Outcome runRender(Command const& command, QStringList const& arguments);
 Outcome runResize(Command const& command, QStringList const& arguments);
 Outcome runConvert(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
+Outcome runColour(Command const& command, QStringList const& arguments);
+Outcome runUnits(Command const& command, QStringList const& arguments);
+Outcome runPages(Command const& command, QStringList const& arguments);
 
 #endif // COMMAND_H

@@ -8,9 +8,11 @@ CommandLine::CommandLine(Command const& command)
     m_parser.setApplicationDescription(QString::fromUtf8(command.summary));
     m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")},
         QStringLiteral("Print this help and exit.")});
-    m_parser.addPositionalArgument(
-        QString::fromUtf8(command.syntax).section(QLatin1Char(' '), 0, 0),
-        QStringLiteral("\"-\" is standard input."));
+    if (*command.syntax != '\0') {
+        m_parser.addPositionalArgument(
+            QString::fromUtf8(command.syntax).section(QLatin1Char(' '), 0, 0),
+            QString::fromUtf8(command.operandHelp));
+    }
 }
 
 std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
@@ -30,6 +32,7 @@ QString CommandLine::helpText() const
     QString const options = m_parser.helpText();
     return QStringLiteral("Usage: kpgeom %1 [options] %2")
                .arg(QString::fromUtf8(m_command.name), QString::fromUtf8(m_command.syntax))
+               .trimmed()
         + options.mid(options.indexOf(QLatin1Char('\n')));
 }
 

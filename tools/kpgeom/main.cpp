@@ -12,21 +12,32 @@
 
 namespace {
 
+constexpr char fileHelp[] = "\"-\" is standard input.";
+
 constexpr Command commands[] = {
-    {"info", "FILE...", "Says what outlines the documents hold.", runInfo},
-    {"render", "FILE... -o OUT.{svg,png,pdf}", "Draws outlines.", runRender},
-    {"resize", "FILE --from WxH --to WxH -o OUT.xml",
+    {"info", "FILE...", fileHelp, "Says what outlines the documents hold.", runInfo},
+    {"render", "FILE... -o OUT.{svg,png,pdf}", fileHelp, "Draws outlines.", runRender},
+    {"resize", "FILE --from WxH --to WxH -o OUT.xml", fileHelp,
         "Fits the outlines of a document to a box of another size.", runResize},
-    {"convert", "IN -o OUT.xml", "Makes a document of an SVG picture or of text in a font.",
-        runConvert},
-    {"check", "FILE...", "Says what reading, saving and undo change in outlines.", runCheck},
+    {"convert", "IN -o OUT.xml", fileHelp,
+        "Makes a document of an SVG picture or of text in a font.", runConvert},
+    {"check", "FILE...", fileHelp, "Says what reading, saving and undo change in outlines.",
+        runCheck},
+    {"colour", "COLOUR... [TRANSFORM=VALUE...]",
+        "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.",
+        "Applies colour transforms in order.", runColour},
+    {"units", "VALUE UNIT [UNIT]", "A number; options stand before a negative one.",
+        "Converts a length to another unit, or to all.", runUnits},
+    {"pages", "", "", "Lists the predefined page sizes.", runPages},
 };
 
 QString helpText()
 {
-    QString text = QStringLiteral("Usage: kpgeom COMMAND ...\n\n"
-                                  "Reads, draws, resizes, makes and checks outlines.\n\n"
-                                  "Commands:\n");
+    QString text = QStringLiteral(
+        "Usage: kpgeom COMMAND ...\n\n"
+        "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
+        "converts lengths.\n\n"
+        "Commands:\n");
     for (Command const& command : commands) {
         text += QStringLiteral("  %1  %2\n")
                     .arg(QLatin1String(command.name), -8)

@@ -1,0 +1,287 @@
+#include "kpgeomtesting.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace KpgeomTesting;
+
+class TestKpgeomColour : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void transformsAreAppliedInOrder();
+    void everyColourIsTransformed();
+    void coloursAreReadInEveryForm_data();
+    void coloursAreReadInEveryForm();
+    void everyTransformIsKnown_data();
+    void everyTransformIsKnown();
+    void greyHasNoHue();
+    void jsonHoldsEveryStep();
+    void wrongUsageIsTold_data();
+    void wrongUsageIsTold();
+    void swatchesShowTintsAndShades();
+    void swatchesStandBesideMixesOfEncodedValues();
+    void swatchesComeInEveryFormat_data();
+    void swatchesComeInEveryFormat();
+    void swatchesThatCannotBeWrittenFail();
+    void terminalShowsSwatches_data();
+    void terminalShowsSwatches();
+};
+
+void TestKpgeomColour::transformsAreAppliedInOrder()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "#4472c4", "shade=0.5", "alpha=0.5", "inv=0"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(QString::fromUtf8(result.out),
+        QString::fromUtf8(
+            "step       #RRGGBB  RRGGBB  #AARRGGBB     hue  saturation  lightness    alpha\n"
+            "#ff4472c4  #4472C4  4472C4  #FF4472C4  218.4\302\260      52.0 %     51.8 %  100.0 %\n"
+            "shade=0.5  #2F528F  2F528F  #FF2F528F  218.1\302\260      50.5 %     37.3 %  100.0 %\n"
+            "alpha=0.5  #2F528F  2F528F  #802F528F  218.1\302\260      50.5 %     37.3 %   50.0 %\n"
+            "inv=0      #D0AD70  D0AD70  #80D0AD70   38.1\302\260      50.5 %     62.7 %   50.0 "
+            "%\n"));
+    QCOMPARE(result.err, QByteArray());
+
+    Result const otherOrder = place.run({"colour", "#4472c4", "inv=0", "shade=0.5"});
+    COMPARE_EXIT(otherOrder, 0);
+    QVERIFY(otherOrder.out.contains("\nshade=0.5  #"));
+    QVERIFY(!otherOrder.out.contains("D0AD70"));
+}
+
+void TestKpgeomColour::everyColourIsTransformed()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "red", "inv=0", "blue"});
+    COMPARE_EXIT(result, 0);
+    QByteArrayList const lines = result.out.split('\n');
+    QCOMPARE(lines.size(), 6);
+    QVERIFY(lines.at(1).startsWith("#ffff0000  #FF0000"));
+    QVERIFY(lines.at(2).startsWith("inv=0      #00FFFF"));
+    QVERIFY(lines.at(3).startsWith("#ff0000ff  #0000FF"));
+    QVERIFY(lines.at(4).startsWith("inv=0      #FFFF00"));
+}
+
+void TestKpgeomColour::coloursAreReadInEveryForm_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("argb");
+    QTest::newRow("three digits") << "#47c" << QByteArray("#FF4477CC");
+    QTest::newRow("six digits") << "#4472c4" << QByteArray("#FF4472C4");
+    QTest::newRow("six digits without the sign") << "4472C4" << QByteArray("#FF4472C4");
+    QTest::newRow("alpha first") << "#804472c4" << QByteArray("#804472C4");
+    QTest::newRow("name") << "steelblue" << QByteArray("#FF4682B4");
+    QTest::newRow("name of six letters") << "orange" << QByteArray("#FFFFA500");
+}
+
+void TestKpgeomColour::coloursAreReadInEveryForm()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArray, argb);
+    Workplace const place;
+    Result const result = place.run({"colour", text});
+    COMPARE_EXIT(result, 0);
+    QVERIFY2(result.out.contains("  " + argb + "  "), result.out.constData());
+}
+
+void TestKpgeomColour::everyTransformIsKnown_data()
+{
+    QTest::addColumn<QString>("name");
+    for (char const* const name : {"tint", "shade", "comp", "inv", "gray", "alpha", "alphaOff",
+             "alphaMod", "hue", "hueOff", "hueMod", "sat", "satOff", "satMod", "lum", "lumOff",
+             "lumMod", "red", "redOff", "redMod", "green", "greenOff", "greenMod", "blue",
+             "blueOff", "blueMod", "gamma", "invGamma"})
+        QTest::newRow(name) << name;
+}
+
+void TestKpgeomColour::everyTransformIsKnown()
+{
+    QFETCH(QString, name);
+    Workplace const place;
+    Result const result = place.run({"colour", "#4472c4", name + "=0.25"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out.count('\n'), 3);
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeomColour::greyHasNoHue()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "#808080"});
+    COMPARE_EXIT(result, 0);
+    QByteArrayList const cells = result.out.split('\n').at(1).simplified().split(' ');
+    QCOMPARE(cells.at(4), QByteArray("-"));
+    QCOMPARE(cells.at(5), QByteArray("0.0"));
+}
+
+void TestKpgeomColour::jsonHoldsEveryStep()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "--json", "#4472c4", "grey", "shade=0.5"});
+    COMPARE_EXIT(result, 0);
+    QJsonArray const colours = QJsonDocument::fromJson(result.out).array();
+    QCOMPARE(colours.size(), 2);
+    QJsonObject const first = colours.at(0).toObject();
+    QJsonArray const steps = first.value("steps").toArray();
+    QCOMPARE(steps.size(), 2);
+    QCOMPARE(steps.at(0).toObject().value("step").toString(), QString("#ff4472c4"));
+    QCOMPARE(steps.at(0).toObject().value("rgb").toString(), QString("#4472C4"));
+    QCOMPARE(steps.at(1).toObject().value("step").toString(), QString("shade=0.5"));
+    QJsonObject const shaded = first.value("result").toObject();
+    QCOMPARE(shaded.value("rgb").toString(), QString("#2F528F"));
+    QCOMPARE(shaded.value("argb").toString(), QString("#FF2F528F"));
+    QCOMPARE(shaded.value("red").toInt(), 47);
+    QCOMPARE(shaded.value("green").toInt(), 82);
+    QCOMPARE(shaded.value("blue").toInt(), 143);
+    QCOMPARE(shaded.value("alpha").toInt(), 255);
+    QVERIFY(qAbs(shaded.value("hue").toDouble() - 0.6059) < 0.0001);
+    QVERIFY(qAbs(shaded.value("saturation").toDouble() - 0.5053) < 0.0001);
+    QVERIFY(qAbs(shaded.value("lightness").toDouble() - 0.3725) < 0.0001);
+    QVERIFY(colours.at(1).toObject().value("result").toObject().value("hue").isNull());
+}
+
+void TestKpgeomColour::wrongUsageIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("what");
+    QTest::newRow("no colour") << QStringList {} << QByteArray("no colour given");
+    QTest::newRow("transforms only") << QStringList {"tint=0.5"} << QByteArray("no colour given");
+    QTest::newRow("no colour's name")
+        << QStringList {"#4472c4", "blurple"} << QByteArray("'blurple' is no colour");
+    QTest::newRow("five digits") << QStringList {"#4472c"} << QByteArray("'#4472c' is no colour");
+    QTest::newRow("unknown transform")
+        << QStringList {"red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'");
+    QTest::newRow("value that is no number")
+        << QStringList {"red", "tint=half"} << QByteArray("'tint=half' does not end in a number");
+    QTest::newRow("no value") << QStringList {"red", "tint="}
+                              << QByteArray("'tint=' does not end in a number");
+    QTest::newRow("comparison without swatches")
+        << QStringList {"red", "--compare"} << QByteArray("--compare goes with --swatches");
+    QTest::newRow("format of swatches") << QStringList {"red", "--swatches",
+        "a.gif"} << QByteArray("the picture's format is none of svg, png and pdf");
+    QTest::newRow("unknown option")
+        << QStringList {"red", "--swatch"} << QByteArray("Unknown option 'swatch'.");
+}
+
+void TestKpgeomColour::wrongUsageIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, what);
+    Workplace const place;
+    COMPARE_FAILURE(place.run(QStringList {"colour"} + arguments), 2,
+        "kpgeom colour: " + what + " (see kpgeom colour --help)");
+    QCOMPARE(place.entries(), QStringList());
+}
+
+namespace {
+
+/** The swatch in a row (0 is the strongest tint, 4 the reference) and a column. */
+QRect swatch(int row, int column)
+{
+    return QRect(12 + 70 + column * (112 + 6), 12 + row * (34 + 16 + 6), 112, 34);
+}
+
+QByteArray leftHalf(QImage const& image, QRect const& place)
+{
+    return QColor(image.pixel(place.left() + 20, place.center().y())).name().toLatin1();
+}
+
+QByteArray rightHalf(QImage const& image, QRect const& place)
+{
+    return QColor(image.pixel(place.right() - 20, place.center().y())).name().toLatin1();
+}
+
+} // namespace
+
+void TestKpgeomColour::swatchesShowTintsAndShades()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "#4472c4", "#ff8040", "--swatches", "a.png"});
+    COMPARE_EXIT(result, 0);
+    QVERIFY(result.out.contains("#FF8040"));
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    QCOMPARE(image.size(), QSize(2 * 12 + 70 + 2 * 118 - 6, 2 * 12 + 9 * 56 - 6));
+    QCOMPARE(leftHalf(image, swatch(4, 0)), QByteArray("#4472c4"));
+    QCOMPARE(rightHalf(image, swatch(4, 0)), QByteArray("#4472c4"));
+    QCOMPARE(leftHalf(image, swatch(4, 1)), QByteArray("#ff8040"));
+    // 60 % tint and 60 % shade of the first, from a calculation of its own in decimals.
+    QCOMPARE(leftHalf(image, swatch(1, 0)), QByteArray("#cfd5ea"));
+    QCOMPARE(rightHalf(image, swatch(7, 0)), QByteArray("#2a4981"));
+}
+
+void TestKpgeomColour::swatchesStandBesideMixesOfEncodedValues()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "#4472c4", "--swatches", "a.png", "--compare"}), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    QCOMPARE(leftHalf(image, swatch(1, 0)), QByteArray("#cfd5ea"));
+    QCOMPARE(rightHalf(image, swatch(1, 0)), QByteArray("#b4c7e7"));
+    QCOMPARE(leftHalf(image, swatch(7, 0)), QByteArray("#2a4981"));
+    QCOMPARE(rightHalf(image, swatch(7, 0)), QByteArray("#1b2e4e"));
+}
+
+void TestKpgeomColour::swatchesComeInEveryFormat_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("start");
+    QTest::newRow("PNG") << "a.png" << QByteArray("\x89PNG");
+    QTest::newRow("SVG") << "a.svg" << QByteArray("<?xml");
+    QTest::newRow("PDF") << "a.pdf" << QByteArray("%PDF");
+}
+
+void TestKpgeomColour::swatchesComeInEveryFormat()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, start);
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "red", "--swatches", file}), 0);
+    QVERIFY(place.read(file).startsWith(start));
+    QCOMPARE(place.entries(), QStringList {file});
+}
+
+void TestKpgeomColour::swatchesThatCannotBeWrittenFail()
+{
+    Workplace const place;
+    Result const result = place.run({"colour", "red", "--swatches", "missing/a.png"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.out, QByteArray());
+    QVERIFY(result.err.startsWith("missing/a.png: "));
+    QCOMPARE(result.err.count('\n'), 1);
+    QCOMPARE(place.entries(), QStringList());
+}
+
+void TestKpgeomColour::terminalShowsSwatches_data()
+{
+    using Variables = QMap<QString, QString>;
+    QTest::addColumn<Variables>("variables");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("terminal") << Variables {{"TERM", "xterm-256color"}} << true;
+    QTest::newRow("without colour")
+        << Variables {{"TERM", "xterm-256color"}, {"NO_COLOR", "1"}} << false;
+    QTest::newRow("dumb terminal") << Variables {{"TERM", "dumb"}} << false;
+    QTest::newRow("unknown terminal") << Variables {} << false;
+}
+
+void TestKpgeomColour::terminalShowsSwatches()
+{
+    using Variables = QMap<QString, QString>;
+    QFETCH(Variables, variables);
+    QFETCH(bool, shown);
+    Terminal const terminal;
+    Workplace const place;
+    Workplace::Start start;
+    start.variables = variables;
+    start.setUp = terminal.replacing(STDOUT_FILENO);
+    COMPARE_EXIT(place.run({"colour", "#4472c4", "shade=0.5"}, start), 0);
+    QByteArray const seen = terminal.text();
+    QVERIFY(seen.contains("#2F528F"));
+    QCOMPARE(seen.contains("\x1b[48;2;47;82;143m      \x1b[0m"), shown);
+    QCOMPARE(seen.contains('\x1b'), shown);
+}
+
+QTEST_GUILESS_MAIN(TestKpgeomColour)
+
+#include "tst_kpgeom_colour.moc"

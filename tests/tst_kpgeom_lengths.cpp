@@ -1,0 +1,212 @@
+#include "kpgeomtesting.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace KpgeomTesting;
+
+/** The commands about lengths: units and pages. */
+class TestKpgeomLengths : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lengthIsConverted_data();
+    void lengthIsConverted();
+    void withoutTargetAllUnitsAreTold();
+    void jsonHoldsLengthsByUnit();
+    void everyPairGoesThereAndBack();
+    void wrongUsageOfUnitsIsTold_data();
+    void wrongUsageOfUnitsIsTold();
+
+    void pagesAreListed();
+    void pagesAsJson();
+    void pagesTakeNoOperand();
+};
+
+void TestKpgeomLengths::lengthIsConverted_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("millimetres to inches")
+        << QStringList {"210", "mm", "in"} << QByteArray("8.267716535 in");
+    QTest::newRow("inches to millimetres")
+        << QStringList {"1", "in", "mm"} << QByteArray("25.4 mm");
+    QTest::newRow("the same unit") << QStringList {"0.1", "mm", "mm"} << QByteArray("0.1 mm");
+    QTest::newRow("pixels to points") << QStringList {"96", "px", "pt"} << QByteArray("72 pt");
+    QTest::newRow("miles to kilometres")
+        << QStringList {"1", "mi", "km"} << QByteArray("1.609344 km");
+    QTest::newRow("Didot points") << QStringList {"8", "dd", "mm"} << QByteArray("3 mm");
+    QTest::newRow("ciceros") << QStringList {"1", "cc", "dd"} << QByteArray("12 dd");
+    QTest::newRow("picas") << QStringList {"1", "in", "pc"} << QByteArray("6 pc");
+    QTest::newRow("yards") << QStringList {"1", "yd", "ft"} << QByteArray("3 ft");
+    QTest::newRow("feet and inches") << QStringList {"30", "in", "ft-in"} << QByteArray("2'6\"");
+    QTest::newRow("decimal inches in the text")
+        << QStringList {"210", "mm", "ft-in"} << QByteArray("0'8.26772\"");
+    QTest::newRow("feet of the second code")
+        << QStringList {"2.5", "ft-in", "in"} << QByteArray("30 in");
+    QTest::newRow("any letter case") << QStringList {"1", "M", "Cm"} << QByteArray("100 cm");
+    QTest::newRow("negative") << QStringList {"-25.4", "mm", "in"} << QByteArray("-1 in");
+    QTest::newRow("negative behind the end of options")
+        << QStringList {"--", "-25.4", "mm", "in"} << QByteArray("-1 in");
+    QTest::newRow("negative feet and inches")
+        << QStringList {"-30", "in", "ft-in"} << QByteArray("-2'6\"");
+    QTest::newRow("exponent") << QStringList {"1e3", "mm", "m"} << QByteArray("1 m");
+    QTest::newRow("inches follow the screen")
+        << QStringList {"--dpi", "144", "1", "in", "px"} << QByteArray("144 px");
+    QTest::newRow("millimetres do not")
+        << QStringList {"--dpi", "144", "25.4", "mm", "px"} << QByteArray("96 px");
+}
+
+void TestKpgeomLengths::lengthIsConverted()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, text);
+    Workplace const place;
+    Result const result = place.run(QStringList {"units"} + arguments);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out, QByteArray(text + '\n'));
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeomLengths::withoutTargetAllUnitsAreTold()
+{
+    Workplace const place;
+    Result const result = place.run({"units", "18", "in"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out,
+        QByteArray("1728 px\n"
+                   "457.2 mm\n"
+                   "45.72 cm\n"
+                   "0.4572 m\n"
+                   "0.0004572 km\n"
+                   "18 in\n"
+                   "1.5 ft\n"
+                   "1'6\"\n"
+                   "0.5 yd\n"
+                   "0.0002840909091 mi\n"
+                   "1296 pt\n"
+                   "108 pc\n"
+                   "1219.2 dd\n"
+                   "101.6 cc\n"));
+}
+
+void TestKpgeomLengths::jsonHoldsLengthsByUnit()
+{
+    Workplace const place;
+    Result const all = place.run({"units", "--json", "18", "in"});
+    COMPARE_EXIT(all, 0);
+    QJsonObject const lengths = QJsonDocument::fromJson(all.out).object();
+    QCOMPARE(lengths.size(), 14);
+    QCOMPARE(lengths.value("px").toDouble(), 1728.0);
+    QCOMPARE(lengths.value("mm").toDouble(), 457.2);
+    QCOMPARE(lengths.value("ft-in").toString(), QString("1'6\""));
+
+    Result const one = place.run({"units", "--json", "18", "in", "yd"});
+    COMPARE_EXIT(one, 0);
+    QCOMPARE(QJsonDocument::fromJson(one.out).object(), (QJsonObject {{"yd", 0.5}}));
+}
+
+void TestKpgeomLengths::everyPairGoesThereAndBack()
+{
+    QStringList const units {
+        "px", "mm", "cm", "m", "km", "in", "ft", "ft-in", "yd", "mi", "pt", "pc", "dd", "cc"};
+    Workplace const place;
+    for (QString const& unit : units) {
+        Result const all = place.run({"units", "--json", "7", unit});
+        COMPARE_EXIT(all, 0);
+        QJsonObject const lengths = QJsonDocument::fromJson(all.out).object();
+        QCOMPARE(lengths.size(), units.size());
+        for (QString const& other : units) {
+            if (other == "ft-in")
+                continue;
+            QString const there = QString::number(lengths.value(other).toDouble(), 'g', 17);
+            Result const back =
+                place.run({"units", "--json", there, other, unit == "ft-in" ? "ft" : unit});
+            COMPARE_EXIT(back, 0);
+            double const returned =
+                QJsonDocument::fromJson(back.out).object().begin().value().toDouble();
+            QVERIFY2(qAbs(returned - 7.0) < 1e-12, qPrintable(unit + " to " + other));
+        }
+    }
+}
+
+void TestKpgeomLengths::wrongUsageOfUnitsIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("what");
+    QByteArray const operands = "a number, its unit and perhaps another unit are needed";
+    QTest::newRow("nothing") << QStringList {} << operands;
+    QTest::newRow("no unit") << QStringList {"5"} << operands;
+    QTest::newRow("too much") << QStringList {"5", "mm", "in", "ft"} << operands;
+    QTest::newRow("no number") << QStringList {"five", "mm"} << QByteArray("'five' is no number");
+    QTest::newRow("infinite") << QStringList {"inf", "mm"} << QByteArray("'inf' is no number");
+    QTest::newRow("too large a number")
+        << QStringList {"1e999", "mm"} << QByteArray("'1e999' is no number");
+    QTest::newRow("unknown unit") << QStringList {"5", "furlong"}
+                                  << QByteArray("there is no unit 'furlong'");
+    QTest::newRow("unknown target")
+        << QStringList {"5", "mm", "parsec"} << QByteArray("there is no unit 'parsec'");
+    QTest::newRow("name of an outline's element")
+        << QStringList {"5", "MoveTo"} << QByteArray("there is no unit 'MoveTo'");
+    QTest::newRow("no dots an inch")
+        << QStringList {"--dpi", "0", "5", "in"} << QByteArray("--dpi takes a number from 1");
+}
+
+void TestKpgeomLengths::wrongUsageOfUnitsIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, what);
+    Workplace const place;
+    COMPARE_FAILURE(place.run(QStringList {"units"} + arguments), 2,
+        "kpgeom units: " + what + " (see kpgeom units --help)");
+}
+
+void TestKpgeomLengths::pagesAreListed()
+{
+    Workplace const place;
+    Result const result = place.run({"pages"});
+    COMPARE_EXIT(result, 0);
+    QByteArrayList const lines = result.out.split('\n');
+    QCOMPARE(lines.size(), 1 + 61 + 1);
+    QCOMPARE(lines.at(0).simplified(), QByteArray("index mm in px unit name"));
+    auto const page = [&lines](int index) { return lines.at(1 + index).simplified(); };
+    QCOMPARE(page(0), QByteArray("0 215.9 x 279.4 8.5 x 11 816 x 1056 in Letter / ANSI A"));
+    QCOMPARE(page(13), QByteArray("13 210 x 297 8.26772 x 11.6929 793.701 x 1122.52 mm A4"));
+    QCOMPARE(page(15), QByteArray("15 250 x 354 9.84252 x 13.937 944.882 x 1337.95 mm -"));
+    QCOMPARE(page(23), QByteArray("23 210 x 297 8.26772 x 11.6929 793.701 x 1122.52 mm A4"));
+    QCOMPARE(page(60), QByteArray("60 1682 x 2378 66.2205 x 93.622 6357.17 x 8987.72 mm -"));
+}
+
+void TestKpgeomLengths::pagesAsJson()
+{
+    Workplace const place;
+    Result const result = place.run({"pages", "--json"});
+    COMPARE_EXIT(result, 0);
+    QJsonArray const pages = QJsonDocument::fromJson(result.out).array();
+    QCOMPARE(pages.size(), 61);
+    int named = 0;
+    for (int i = 0; i < pages.size(); ++i) {
+        QJsonObject const page = pages.at(i).toObject();
+        QCOMPARE(page.value("index").toInt(-1), i);
+        named += page.value("name").isString() ? 1 : 0;
+    }
+    QCOMPARE(named, 39);
+    QJsonObject const tabloid = pages.at(7).toObject();
+    QCOMPARE(tabloid.value("unit").toString(), QString("in"));
+    QCOMPARE(tabloid.value("in").toObject(), (QJsonObject {{"width", 11}, {"height", 17}}));
+    QCOMPARE(tabloid.value("px").toObject(), (QJsonObject {{"width", 1056}, {"height", 1632}}));
+    QCOMPARE(tabloid.value("name").toString(), QString("Tabloid / ANSI B"));
+}
+
+void TestKpgeomLengths::pagesTakeNoOperand()
+{
+    Workplace const place;
+    COMPARE_FAILURE(place.run({"pages", "13"}), 2,
+        "kpgeom pages: no operand is taken (see kpgeom pages --help)");
+}
+
+QTEST_GUILESS_MAIN(TestKpgeomLengths)
+
+#include "tst_kpgeom_lengths.moc"

@@ -1,0 +1,216 @@
+#include "colorutil.h"
+#include "commandline.h"
+#include "inputoutput.h"
+#include "kpcolor.h"
+#include "swatches.h"
+#include "texttable.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <unistd.h>
+
+namespace {
+
+/** A named transform with its value, as given on the command line. */
+struct Step
+{
+    QString text;
+    QString name;
+    ColorUtil::ColorFunc apply;
+    double value;
+};
+
+struct ColourOptions
+{
+    QVector<QColor> colours;
+    std::vector<Step> steps;
+    QString swatches; ///< the file for the theme table, or empty
+    PictureFormat format = PictureFormat::Png;
+    bool compares = false;
+};
+
+/** "#RGB", "#RRGGBB", "#AARRGGBB", six digits without the sign, or a name of SVG. */
+QColor colourFromText(QString const& text)
+{
+    QColor colour;
+    if (text.size() == 6)
+        colour.setNamedColor(QLatin1Char('#') + text);
+    if (!colour.isValid())
+        colour.setNamedColor(text);
+    return colour;
+}
+
+/** What is wrong with the transform, or nothing. */
+QString appendStep(QString const& text, std::vector<Step>& steps)
+{
+    QString const name = text.section(QLatin1Char('='), 0, 0);
+    ColorUtil::ColorFunc const function = ColorUtil::getColorFunc(name);
+    if (!function)
+        return QStringLiteral("there is no transform '%1'").arg(name);
+    bool isNumber = false;
+    double const value = text.section(QLatin1Char('='), 1).toDouble(&isNumber);
+    if (!isNumber)
+        return QStringLiteral("'%1' does not end in a number").arg(text);
+    steps.push_back({text, name, function, value});
+    return QString();
+}
+
+/** What is wrong with the arguments, or nothing. */
+QString readOptions(CommandLine const& line, ColourOptions& options)
+{
+    for (QString const& operand : line.files()) {
+        if (operand.contains(QLatin1Char('='))) {
+            if (QString fault = appendStep(operand, options.steps); !fault.isEmpty())
+                return fault;
+            continue;
+        }
+        QColor const colour = colourFromText(operand);
+        if (!colour.isValid())
+            return QStringLiteral("'%1' is no colour").arg(operand);
+        options.colours.append(colour);
+    }
+    if (options.colours.isEmpty())
+        return QStringLiteral("no colour given");
+    options.compares = line.isSet(QStringLiteral("compare"));
+    if (!line.isSet(QStringLiteral("swatches")))
+        return options.compares ? QStringLiteral("--compare goes with --swatches") : QString();
+    options.swatches = line.value(QStringLiteral("swatches"));
+    auto const format = pictureFormat(QFileInfo(options.swatches).suffix());
+    if (!format)
+        return QStringLiteral("the picture's format is none of svg, png and pdf");
+    options.format = *format;
+    return QString();
+}
+
+/** Whether standard output shows colours. */
+bool showsColours()
+{
+    QByteArray const terminal = qgetenv("TERM");
+    return isatty(STDOUT_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb"
+        && qEnvironmentVariableIsEmpty("NO_COLOR");
+}
+
+QString terminalSwatch(QColor const& colour)
+{
+    return QStringLiteral("\x1b[48;2;%1;%2;%3m      \x1b[0m")
+        .arg(colour.red())
+        .arg(colour.green())
+        .arg(colour.blue());
+}
+
+QString percentText(double fraction)
+{
+    return QString::number(100.0 * fraction, 'f', 1) + QStringLiteral(" %");
+}
+
+QString hueText(QColor const& colour)
+{
+    double const hue = colour.hslHueF();
+    return hue < 0.0 ? QStringLiteral("-") : QString::number(360.0 * hue, 'f', 1) + QChar(0x00b0);
+}
+
+QStringList tableRow(QString const& step, QColor const& colour, bool withSwatch)
+{
+    QStringList row {step, ColorUtil::RGBToString(colour), ColorUtil::RGBToStringPPT(colour),
+        ColorUtil::RGBToString4(colour), hueText(colour), percentText(colour.hslSaturationF()),
+        percentText(colour.lightnessF()), percentText(colour.alphaF())};
+    if (withSwatch)
+        row << terminalSwatch(colour);
+    return row;
+}
+
+QJsonObject toJson(QColor const& colour)
+{
+    double const hue = colour.hslHueF();
+    return {{QStringLiteral("rgb"), ColorUtil::RGBToString(colour)},
+        {QStringLiteral("argb"), ColorUtil::RGBToString4(colour)},
+        {QStringLiteral("red"), colour.red()}, {QStringLiteral("green"), colour.green()},
+        {QStringLiteral("blue"), colour.blue()}, {QStringLiteral("alpha"), colour.alpha()},
+        {QStringLiteral("hue"), hue < 0.0 ? QJsonValue() : QJsonValue(hue)},
+        {QStringLiteral("saturation"), colour.hslSaturationF()},
+        {QStringLiteral("lightness"), colour.lightnessF()}};
+}
+
+/** Calls `visit` with the colour as given and after every transform, and what led to it. */
+template <class Visitor>
+KpColor applySteps(QColor const& given, std::vector<Step> const& steps, Visitor visit)
+{
+    KpColor colour(given);
+    visit(given.name(QColor::HexArgb), colour);
+    for (Step const& step : steps) {
+        step.apply(colour, step.value);
+        visit(step.text, colour);
+    }
+    return colour;
+}
+
+QString toText(ColourOptions const& options)
+{
+    bool const withSwatch = showsColours();
+    QStringList header {QStringLiteral("step"), QStringLiteral("#RRGGBB"), QStringLiteral("RRGGBB"),
+        QStringLiteral("#AARRGGBB"), QStringLiteral(">hue"), QStringLiteral(">saturation"),
+        QStringLiteral(">lightness"), QStringLiteral(">alpha")};
+    if (withSwatch)
+        header << QString();
+    TextTable table(header);
+    for (QColor const& given : options.colours) {
+        applySteps(given, options.steps, [&](QString const& step, QColor const& colour) {
+            table.addRow(tableRow(step, colour, withSwatch));
+        });
+    }
+    return table.toText();
+}
+
+QString toJson(ColourOptions const& options)
+{
+    QJsonArray colours;
+    for (QColor const& given : options.colours) {
+        QJsonArray steps;
+        KpColor const result =
+            applySteps(given, options.steps, [&](QString const& step, QColor const& colour) {
+                QJsonObject object = toJson(colour);
+                object.insert(QStringLiteral("step"), step);
+                steps.append(object);
+            });
+        colours.append(QJsonObject {
+            {QStringLiteral("result"), toJson(result)}, {QStringLiteral("steps"), steps}});
+    }
+    return QString::fromUtf8(QJsonDocument(colours).toJson());
+}
+
+bool drawSwatches(ColourOptions const& options)
+{
+    QVector<QColor> references;
+    for (QColor const& given : options.colours)
+        references.append(applySteps(given, options.steps, [](QString const&, QColor const&) {}));
+    QString error;
+    auto const content = toFile(themeTable(references, options.compares), options.format, error);
+    if (!content)
+        printError(QStringLiteral("%1: %2").arg(displayName(options.swatches), error));
+    return content && writeOutput(options.swatches, *content);
+}
+
+} // namespace
+
+Outcome runColour(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({QStringLiteral("swatches"),
+        QStringLiteral("Draw a theme table: the colours across, their tints and shades down."),
+        QStringLiteral("OUT")});
+    line.addOption({QStringLiteral("compare"),
+        QStringLiteral("With --swatches: beside each the same mix of the encoded values.")});
+    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of a table.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    ColourOptions options;
+    if (QString const fault = readOptions(line, options); !fault.isEmpty())
+        return line.misused(fault);
+    if (!options.swatches.isEmpty() && !drawSwatches(options))
+        return Outcome::Failed;
+    QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);
+    return printOut(output) ? Outcome::Done : Outcome::Failed;
+}

@@ -1,0 +1,102 @@
+#include "commandline.h"
+#include "inputoutput.h"
+#include "texttable.h"
+#include "unitutil.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPageSize>
+
+namespace {
+
+constexpr int pageCount = 61;
+constexpr unsigned int millimetre = 1;
+constexpr unsigned int inch = 5;
+
+struct PredefinedPage
+{
+    int index;
+    unsigned int unit; ///< in which the page is defined
+    QSizeF pixels;
+    QSizeF size; ///< in its unit
+
+    explicit PredefinedPage(int number)
+        : index(number)
+        , unit(0)
+    {
+        unit = static_cast<unsigned int>(UnitUtil::preDefinedPage(index, pixels, size));
+    }
+
+    QSizeF in(unsigned int other) const
+    {
+        if (other == unit)
+            return size;
+        return {UnitUtil::pixelToUnit(pixels.width(), other),
+            UnitUtil::pixelToUnit(pixels.height(), other)};
+    }
+
+    /** The name of the page of just this size, empty if there is none. */
+    QString name() const
+    {
+        QPageSize::PageSizeId const id = QPageSize::id(
+            size, unit == inch ? QPageSize::Inch : QPageSize::Millimeter, QPageSize::ExactMatch);
+        return id == QPageSize::Custom ? QString() : QPageSize::name(id);
+    }
+};
+
+QString sizeText(QSizeF const& size)
+{
+    return QStringLiteral("%1 x %2").arg(
+        QString::number(size.width(), 'g', 6), QString::number(size.height(), 'g', 6));
+}
+
+QJsonObject toJson(QSizeF const& size)
+{
+    return {{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}};
+}
+
+QString toText()
+{
+    TextTable table({QStringLiteral(">index"), QStringLiteral(">mm"), QStringLiteral(">in"),
+        QStringLiteral(">px"), QStringLiteral("unit"), QStringLiteral("name")});
+    for (int index = 0; index < pageCount; ++index) {
+        PredefinedPage const page(index);
+        QString const name = page.name();
+        table.addRow({QString::number(index), sizeText(page.in(millimetre)),
+            sizeText(page.in(inch)), sizeText(page.pixels), UnitUtil::unitStr(page.unit),
+            name.isEmpty() ? QStringLiteral("-") : name});
+    }
+    return table.toText();
+}
+
+QString toJsonText()
+{
+    QJsonArray pages;
+    for (int index = 0; index < pageCount; ++index) {
+        PredefinedPage const page(index);
+        QString const name = page.name();
+        pages.append(QJsonObject {{QStringLiteral("index"), index},
+            {QStringLiteral("unit"), UnitUtil::unitStr(page.unit)},
+            {QStringLiteral("mm"), toJson(page.in(millimetre))},
+            {QStringLiteral("in"), toJson(page.in(inch))},
+            {QStringLiteral("px"), toJson(page.pixels)},
+            {QStringLiteral("name"), name.isEmpty() ? QJsonValue() : QJsonValue(name)}});
+    }
+    return QString::fromUtf8(QJsonDocument(pages).toJson());
+}
+
+} // namespace
+
+Outcome runPages(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of a table.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    if (!line.files().isEmpty())
+        return line.misused(QStringLiteral("no operand is taken"));
+    UnitUtil::initScreen(96.0, 1.0, QSize(0, 0));
+    QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();
+    return printOut(output) ? Outcome::Done : Outcome::Failed;
+}

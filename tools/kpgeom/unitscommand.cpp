@@ -1,0 +1,146 @@
+#include "commandline.h"
+#include "inputoutput.h"
+#include "unitutil.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <optional>
+
+namespace {
+
+constexpr unsigned int unitCount = 14;
+constexpr unsigned int feetAndInches = 7;
+
+/** The code of a unit's name, in any letter case. */
+std::optional<unsigned int> unitFromText(QString const& name)
+{
+    for (unsigned int unit = 0; unit < unitCount; ++unit) {
+        if (name.compare(UnitUtil::unitStr(unit), Qt::CaseInsensitive) == 0)
+            return unit;
+    }
+    return std::nullopt;
+}
+
+struct Length
+{
+    double value;
+    unsigned int unit;
+
+    double in(unsigned int other) const
+    {
+        return other == unit ? value
+                             : UnitUtil::pixelToUnit(UnitUtil::unitToPixel(value, unit), other);
+    }
+
+    /** "8.267716535 in", or "0'8.26772\"" in feet and inches. */
+    QString text(unsigned int other) const
+    {
+        if (other == feetAndInches)
+            return UnitUtil::feetValtoFeetIncheStr(in(other));
+        return QStringLiteral("%1 %2").arg(
+            QString::number(in(other), 'g', 10), UnitUtil::unitStr(other));
+    }
+};
+
+struct UnitsOptions
+{
+    Length length {};
+    std::optional<unsigned int> target;
+};
+
+/** What is wrong with the operands, or nothing. */
+QString readOperands(QStringList const& operands, UnitsOptions& options)
+{
+    if (operands.size() < 2 || operands.size() > 3)
+        return QStringLiteral("a number, its unit and perhaps another unit are needed");
+    bool isNumber = false;
+    options.length.value = operands.at(0).toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(options.length.value))
+        return QStringLiteral("'%1' is no number").arg(operands.at(0));
+    auto const unit = unitFromText(operands.at(1));
+    if (!unit)
+        return QStringLiteral("there is no unit '%1'").arg(operands.at(1));
+    options.length.unit = *unit;
+    if (operands.size() == 3) {
+        options.target = unitFromText(operands.at(2));
+        if (!options.target)
+            return QStringLiteral("there is no unit '%1'").arg(operands.at(2));
+    }
+    return QString();
+}
+
+QVector<unsigned int> targets(UnitsOptions const& options)
+{
+    if (options.target)
+        return {*options.target};
+    QVector<unsigned int> all(static_cast<int>(unitCount));
+    std::iota(all.begin(), all.end(), 0U);
+    return all;
+}
+
+QString toJson(UnitsOptions const& options)
+{
+    QJsonObject lengths;
+    for (unsigned int const unit : targets(options)) {
+        lengths.insert(UnitUtil::unitStr(unit),
+            unit == feetAndInches ? QJsonValue(options.length.text(unit))
+                                  : QJsonValue(options.length.in(unit)));
+    }
+    return QString::fromUtf8(QJsonDocument(lengths).toJson());
+}
+
+QString toText(UnitsOptions const& options)
+{
+    QString text;
+    for (unsigned int const unit : targets(options))
+        text += options.length.text(unit) + QLatin1Char('\n');
+    return text;
+}
+
+/** With "--" before a negative number, which would be taken for an option. */
+QStringList withNegativeNumber(QStringList arguments)
+{
+    if (arguments.contains(QStringLiteral("--")))
+        return arguments;
+    auto const isNegative = [](QString const& argument) {
+        bool isNumber = false;
+        argument.toDouble(&isNumber);
+        return isNumber && argument.startsWith(QLatin1Char('-'));
+    };
+    int const place = static_cast<int>(
+        std::find_if(arguments.cbegin(), arguments.cend(), isNegative) - arguments.cbegin());
+    if (place < arguments.size())
+        arguments.insert(place, QStringLiteral("--"));
+    return arguments;
+}
+
+} // namespace
+
+Outcome runUnits(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({QStringLiteral("dpi"),
+        QStringLiteral("Pixels an inch of the screen, which inch, foot and yard follow; 96 if "
+                       "not given."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON.")});
+    if (auto const end = line.parse(withNegativeNumber(arguments)))
+        return *end;
+    UnitsOptions options;
+    if (QString const fault = readOperands(line.files(), options); !fault.isEmpty())
+        return line.misused(fault);
+    double dpi = 96.0;
+    if (line.isSet(QStringLiteral("dpi"))) {
+        auto const given = factorFromText(line.value(QStringLiteral("dpi")));
+        if (!given || *given < 1.0)
+            return line.misused(QStringLiteral("--dpi takes a number from 1"));
+        dpi = *given;
+    }
+    UnitUtil::initScreen(dpi, 1.0, QSize(0, 0));
+    QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);
+    return printOut(output) ? Outcome::Done : Outcome::Failed;
+}
