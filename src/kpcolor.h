@@ -36,12 +36,15 @@ public:
     KpColor();
     /** As setColor(). */
     KpColor(QColor const& colour);
+    /** All of `other`. */
     KpColor(KpColor const& other);
 
+    /** Becomes all of `other`. */
     KpColor& operator=(KpColor const& other);
 
     /** Equal in theme index, tint, concrete colour (QColor's comparison) and reference colour. */
     bool operator==(KpColor const& other) const;
+    /** The negation of ==. */
     bool operator!=(KpColor const& other) const;
     /** Equal in theme index and tint; two plain colours always are. */
     bool isSameInTheme(KpColor const& other) const;
@@ -72,11 +75,15 @@ public:
     void assignNoAlpha(KpColor& other);
 
     /**
-     * Theme index and tint code (0, 1...100, 101...200 for shades) as qint16, the concrete colour
-     * as Qt writes it, the reference colour as qint32 0x00RRGGBB. Version and byte order are the
-     * stream's. A colour of a kind that QColor does not know is read as an invalid one.
+     * Reads what write() writes. A colour of a kind that QColor does not know is read as an invalid
+     * one; what the stream lacks is read as Qt reads it.
      */
     QDataStream& read(QDataStream& stream);
+    /**
+     * Writes theme index and tint code (0, 1...100, 101...200 for shades) as qint16, the concrete
+     * colour as Qt does, the reference colour as qint32 0x00RRGGBB. Version and byte order are the
+     * stream's.
+     */
     QDataStream& write(QDataStream& stream) const;
 
     /** Appends the four ints of its undo record. */

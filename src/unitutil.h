@@ -33,19 +33,21 @@ extern KPGEOMETRY_EXPORT int s_usedMemory; ///< the application's own; not used 
 extern KPGEOMETRY_EXPORT bool s_inited; ///< the application's own; not used here
 
 /**
- * Pixels to a unit and back, the unit given by its code.
+ * Pixels to a unit, which is given by its code.
  *
  * 0 pixel, 1 mm, 2 cm, 3 m, 4 km, 5 inch, 6 foot, 7 foot (shown as feet and inches), 8 yard,
  * 9 mile, 10 point, 11 pica, 12 Didot point, 13 cicero. Any other code leaves the value.
  */
 KPGEOMETRY_EXPORT double pixelToUnit(double value, unsigned int unit);
+/** A unit to pixels, as pixelToUnit(). */
 KPGEOMETRY_EXPORT double unitToPixel(double value, unsigned int unit);
 
 /**
- * The same, the unit given by its name: px, mm, cm, m, km, in, ft, ft-in, yd, mi, pt, pc, dd or
- * cc, in any letter case. Any other name leaves the value.
+ * Pixels to a unit, which is given by its name: px, mm, cm, m, km, in, ft, ft-in, yd, mi, pt, pc,
+ * dd or cc, in any letter case. Any other name leaves the value.
  */
 KPGEOMETRY_EXPORT double pixelToUnit(double value, QString const& unitName);
+/** A unit to pixels, by its name. */
 KPGEOMETRY_EXPORT double unitToPixel(double value, QString const& unitName);
 
 /** The name that QuarkManager has for a unit's code. */
@@ -57,6 +59,7 @@ KPGEOMETRY_EXPORT QString unitStr(unsigned int unit);
  * deliberately: a value of that size is shown as it was entered.
  */
 KPGEOMETRY_EXPORT QString incheValtoFeetIncheStr(double inches);
+/** The same of a length in feet. */
 KPGEOMETRY_EXPORT QString feetValtoFeetIncheStr(double feet);
 
 /**
@@ -88,8 +91,9 @@ KPGEOMETRY_EXPORT double from7Val(double value);
  */
 KPGEOMETRY_EXPORT void initScreen(double dpi, double pixelRatio, QSize size);
 
-/** s_dpiScale, both. */
+/** s_dpiScale. */
 KPGEOMETRY_EXPORT double dpiScale();
+/** s_dpiScale, too: the scale against 96 pixels an inch. */
 KPGEOMETRY_EXPORT double dpiScale96();
 
 /** Physical pixels a pixel of 96 an inch. */
@@ -106,8 +110,11 @@ KPGEOMETRY_EXPORT QSize docDefaultSize();
 
 /** "linux": the platform of this build. */
 KPGEOMETRY_EXPORT QString platForm();
+/** False on this platform. */
 KPGEOMETRY_EXPORT bool isWin();
+/** False on this platform. */
 KPGEOMETRY_EXPORT bool isMac();
+/** True on this platform. */
 KPGEOMETRY_EXPORT bool isLinux();
 
 /**
@@ -120,13 +127,14 @@ KPGEOMETRY_EXPORT bool isLinux();
 KPGEOMETRY_EXPORT bool changeToSystemExistFamily(QString& family);
 
 /**
- * Font sizes between the convention of 72 points an inch and that of 96: three quarters, to the
- * half point, and four thirds, to the point.
- *
- * Deliberately no exact inverses of each other: the factor is 1.33333333, and fractions from 0.26
- * to below 0.74 become a half.
+ * A font size of the convention of 72 points an inch in that of 96: three quarters of it, to the
+ * half point. Fractions from 0.26 to below 0.74 become a half.
  */
 KPGEOMETRY_EXPORT double fontSizeFromMac(double size);
+/**
+ * The way back: four thirds, to the point. Deliberately not the exact inverse, the factor is
+ * 1.33333333.
+ */
 KPGEOMETRY_EXPORT double fontSizeToMac(double size);
 
 /**
