@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstring>
 
 QMap<QString, ColorUtil::ColorFunc> ColorUtil::mapColorFuncs;
 bool ColorUtil::initedColorFuncMap = false;
@@ -90,12 +89,53 @@ void setHsl(QColor& colour, Hsl const& hsl)
         colour.setHslF(h, s, l, hsl.a);
 }
 
-/** Changes one component of the HSL view and writes all back. */
-template <class Change> void changeHsl(QColor& colour, Change change)
+/** Changes one component of the HSL view by `change` and writes all back. */
+template <class Change> void changeHsl(QColor& colour, double Hsl::*component, Change change)
 {
     Hsl hsl(colour);
-    change(hsl);
+    hsl.*component = change(hsl.*component);
     setHsl(colour, hsl);
+}
+
+void setFraction(QColor& colour, double Hsl::*component, double value)
+{
+    changeHsl(colour, component, [value](double) { return clamped(value, 0.0, 1.0); });
+}
+
+void addToFraction(QColor& colour, double Hsl::*component, double value)
+{
+    changeHsl(colour, component, [value](double x) { return clamped(x + value, 0.0, 1.0); });
+}
+
+void multiplyFraction(QColor& colour, double Hsl::*component, double value)
+{
+    changeHsl(colour, component, [value](double x) { return clamped(x * value, 0.0, 1.0); });
+}
+
+/** One of red, green and blue. */
+struct Channel
+{
+    int (QColor::*get)() const;
+    void (QColor::*set)(int);
+};
+
+constexpr Channel redChannel {&QColor::red, &QColor::setRed};
+constexpr Channel greenChannel {&QColor::green, &QColor::setGreen};
+constexpr Channel blueChannel {&QColor::blue, &QColor::setBlue};
+
+void setChannel(QColor& colour, Channel const& channel, double value)
+{
+    (colour.*channel.set)(truncatedChannel(value * 255.0));
+}
+
+void addToChannel(QColor& colour, Channel const& channel, double value)
+{
+    (colour.*channel.set)(truncatedChannel((colour.*channel.get)() + value * 255.0));
+}
+
+void multiplyChannel(QColor& colour, Channel const& channel, double value)
+{
+    (colour.*channel.set)(truncatedChannel((colour.*channel.get)() * value));
 }
 
 /** Writes red, green and blue; alpha stays, to its last bit. */
@@ -242,12 +282,13 @@ void ColorUtil::shade(KpColor& colour, double value)
 
 void ColorUtil::comp(KpColor& colour, double /*value*/)
 {
-    changeHsl(colour, [](Hsl& hsl) {
-        hsl.h += 180.0;
-        if (hsl.h > 360.0)
-            hsl.h -= 360.0;
-        hsl.a = 1.0;
-    });
+    // Degrees, where a hue counts from 0 to 1: QColor refuses it, and the colour stays.
+    Hsl hsl(colour);
+    hsl.h += 180.0;
+    if (hsl.h > 360.0)
+        hsl.h -= 360.0;
+    hsl.a = 1.0;
+    setHsl(colour, hsl);
 }
 
 void ColorUtil::inv(KpColor& colour, double /*value*/)
@@ -281,92 +322,92 @@ void ColorUtil::alphaMod(KpColor& colour, double value)
 
 void ColorUtil::hue(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.h = atLeast(value, -1.0); });
+    changeHsl(colour, &Hsl::h, [value](double) { return atLeast(value, -1.0); });
 }
 
 void ColorUtil::hueOff(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.h = atLeast(hsl.h + value, -1.0); });
+    changeHsl(colour, &Hsl::h, [value](double h) { return atLeast(h + value, -1.0); });
 }
 
 void ColorUtil::hueMod(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.h = clamped(hsl.h * value, 0.0, 360.0); });
+    changeHsl(colour, &Hsl::h, [value](double h) { return clamped(h * value, 0.0, 360.0); });
 }
 
 void ColorUtil::sat(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.s = clamped(value, 0.0, 1.0); });
+    setFraction(colour, &Hsl::s, value);
 }
 
 void ColorUtil::satOff(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.s = clamped(hsl.s + value, 0.0, 1.0); });
+    addToFraction(colour, &Hsl::s, value);
 }
 
 void ColorUtil::satMod(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.s = clamped(hsl.s * value, 0.0, 1.0); });
+    multiplyFraction(colour, &Hsl::s, value);
 }
 
 void ColorUtil::lum(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.l = clamped(value, 0.0, 1.0); });
+    setFraction(colour, &Hsl::l, value);
 }
 
 void ColorUtil::lumOff(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.l = clamped(hsl.l + value, 0.0, 1.0); });
+    addToFraction(colour, &Hsl::l, value);
 }
 
 void ColorUtil::lumMod(KpColor& colour, double value)
 {
-    changeHsl(colour, [value](Hsl& hsl) { hsl.l = clamped(hsl.l * value, 0.0, 1.0); });
+    multiplyFraction(colour, &Hsl::l, value);
 }
 
 void ColorUtil::red(KpColor& colour, double value)
 {
-    colour.setRed(truncatedChannel(value * 255.0));
+    setChannel(colour, redChannel, value);
 }
 
 void ColorUtil::redOff(KpColor& colour, double value)
 {
-    colour.setRed(truncatedChannel(colour.red() + value * 255.0));
+    addToChannel(colour, redChannel, value);
 }
 
 void ColorUtil::redMod(KpColor& colour, double value)
 {
-    colour.setRed(truncatedChannel(colour.red() * value));
+    multiplyChannel(colour, redChannel, value);
 }
 
 void ColorUtil::green(KpColor& colour, double value)
 {
-    colour.setGreen(truncatedChannel(value * 255.0));
+    setChannel(colour, greenChannel, value);
 }
 
 void ColorUtil::greenOff(KpColor& colour, double value)
 {
-    colour.setGreen(truncatedChannel(colour.green() + value * 255.0));
+    addToChannel(colour, greenChannel, value);
 }
 
 void ColorUtil::greenMod(KpColor& colour, double value)
 {
-    colour.setGreen(truncatedChannel(colour.green() * value));
+    multiplyChannel(colour, greenChannel, value);
 }
 
 void ColorUtil::blue(KpColor& colour, double value)
 {
-    colour.setBlue(truncatedChannel(value * 255.0));
+    setChannel(colour, blueChannel, value);
 }
 
 void ColorUtil::blueOff(KpColor& colour, double value)
 {
-    colour.setBlue(truncatedChannel(colour.blue() + value * 255.0));
+    addToChannel(colour, blueChannel, value);
 }
 
 void ColorUtil::blueMod(KpColor& colour, double value)
 {
-    colour.setBlue(truncatedChannel(colour.blue() * value));
+    multiplyChannel(colour, blueChannel, value);
 }
 
 void ColorUtil::gamma(KpColor& /*colour*/, double /*value*/) { }
