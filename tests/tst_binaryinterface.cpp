@@ -211,6 +211,7 @@ private Q_SLOTS:
     void exportedSymbolsAreThoseOfTheList_data();
     void exportedSymbolsAreThoseOfTheList();
     void importedSymbolsAreThoseOfTheList();
+    void fixedColoursNeedNoCodeAtLoad();
 };
 
 void TestBinaryInterface::initTestCase()
@@ -606,6 +607,23 @@ void TestBinaryInterface::importedSymbolsAreThoseOfTheList()
     QVERIFY2(error.isEmpty(), qPrintable(error));
     QString const found = differences(imported, list);
     QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void TestBinaryInterface::fixedColoursNeedNoCodeAtLoad()
+{
+    // Constant initialisation puts a value among the initialised data; what code has yet to set
+    // is zero until then.
+    QString error;
+    QRegularExpression const fixedColour(QStringLiteral("^_ZN9ColorUtil[0-9]+s_"));
+    int count = 0;
+    for (Symbol const& symbol : dynamicSymbols(KPGEOMETRY_LIBRARY, "--defined-only", error)) {
+        if (!fixedColour.match(symbol.name).hasMatch())
+            continue;
+        ++count;
+        QVERIFY2(symbol.type == 'D', qPrintable(symbol.name));
+    }
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    QCOMPARE(count, 15);
 }
 
 QTEST_APPLESS_MAIN(TestBinaryInterface)
