@@ -38,7 +38,8 @@ private Q_SLOTS:
 namespace {
 
 QStringList const commands {QStringLiteral("info"), QStringLiteral("render"),
-    QStringLiteral("resize"), QStringLiteral("convert"), QStringLiteral("check")};
+    QStringLiteral("resize"), QStringLiteral("convert"), QStringLiteral("check"),
+    QStringLiteral("colour"), QStringLiteral("units"), QStringLiteral("pages")};
 
 QJsonArray jsonOf(QByteArray const& text)
 {
