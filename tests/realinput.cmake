@@ -2,6 +2,7 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 
 kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomtool)
-kpgeometry_add_test(tst_outlineimport LIBRARIES kpgeomtool)
+find_package(ZLIB REQUIRED)
+kpgeometry_add_test(tst_outlineimport LIBRARIES kpgeomtool ZLIB::ZLIB)
 # Every glyph and every icon: minutes under the sanitizers and in a debug build.
 kpgeometry_add_test(tst_realinput LIBRARIES kpgeomtool TIMEOUT 900)

@@ -537,8 +537,8 @@ void TestKpgeomDocuments::whatCannotBeConvertedIsTold_data()
         << QByteArray("<html/>") << QByteArray("in.svg: not an SVG picture");
     QTest::newRow("nothing painted")
         << svg("<defs><rect/></defs>") << QByteArray("in.svg: nothing in it becomes an outline");
-    QTest::newRow("compressed") << QByteArray(
-        "\x1f\x8b\x08") << QByteArray("in.svg: the picture is compressed (svgz); unpack it first");
+    QTest::newRow("damaged compression") << QByteArray(
+        "\x1f\x8b\x08") << QByteArray("in.svg: the compressed picture is damaged or too large");
     QTest::newRow("no size") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>")
                              << QByteArray("in.svg: the picture has no size");
 }

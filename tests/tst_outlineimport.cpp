@@ -7,6 +7,7 @@
 #include <limits>
 
 #include <sys/stat.h>
+#include <zlib.h>
 
 namespace {
 
@@ -58,6 +59,24 @@ QByteArray svg(QByteArray const& body)
         + body + "</svg>";
 }
 
+/** A gzip file of `block` again and again. */
+QByteArray compressed(QByteArray block, int repetitions = 1)
+{
+    QByteArray file(block.size() + 1024 * (repetitions + 1), '\0');
+    z_stream stream {};
+    deflateInit2(&stream, 6, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+    stream.next_out = reinterpret_cast<Bytef*>(file.data());
+    stream.avail_out = uInt(file.size());
+    for (int i = 1; i <= repetitions; ++i) {
+        stream.next_in = reinterpret_cast<Bytef*>(block.data());
+        stream.avail_in = uInt(block.size());
+        deflate(&stream, i == repetitions ? Z_FINISH : Z_NO_FLUSH);
+    }
+    file.truncate(int(stream.total_out));
+    deflateEnd(&stream);
+    return file;
+}
+
 /** Flags and segments: "closed noFill M 1 2 L 3 4", C with its two control points first. */
 QString text(KpPathSegList const& outline)
 {
@@ -107,6 +126,7 @@ class TestOutlineImport : public QObject
 
 private Q_SLOTS:
     void importsEachShapeAsOneOutline();
+    void importsCompressedPictures();
     void bindsOutlinesToTheBox();
     void measuresTheViewBox_data();
     void measuresTheViewBox();
@@ -149,6 +169,25 @@ void TestOutlineImport::importsEachShapeAsOneOutline()
             "noFill M 0 200 L 400 200", "noFill noLine M 50 50 L 60 60 L 70 50",
             "closed noLine M 300 100 C 320 100 340 120 340 140 M 360 160 L 380 160 L 360 160"}));
     QCOMPARE(messagesToStderr, QStringList());
+}
+
+void TestOutlineImport::importsCompressedPictures()
+{
+    BoundedXml::Error error;
+    QByteArray const plain = testFile("shapes.svg");
+    ImportedPicture const expected = importSvg(plain, 10.0, error);
+    QVERIFY(expected.outlines.size() > 3);
+    // What follows the end of the compressed text is not read.
+    for (QByteArray const& file : {compressed(plain), compressed(plain) + "more"}) {
+        QVERIFY(file.size() < plain.size());
+        ImportedPicture const picture = importSvg(file, 10.0, error);
+        QCOMPARE(error.message, QString());
+        QCOMPARE(picture.size, expected.size);
+        QCOMPARE(picture.names, expected.names);
+        QCOMPARE(picture.outlines.size(), expected.outlines.size());
+        for (std::size_t i = 0; i < expected.outlines.size(); ++i)
+            QCOMPARE(text(*picture.outlines[i]), text(*expected.outlines[i]));
+    }
 }
 
 void TestOutlineImport::bindsOutlinesToTheBox()
@@ -318,8 +357,14 @@ void TestOutlineImport::rejectsWithOneLine_data()
     row("XML that ends early", "<svg><path d='M0 0L5 5'/>", "1:26: Premature end of document.");
     row("binary", QByteArray("\x00\xff\xfe\x01\x80", 5),
         "1:2: Encountered incorrectly encoded content.");
-    row("compressed", "\x1f\x8b\x08 and so on",
-        "the picture is compressed (svgz); unpack it first");
+    row("damaged compression", "\x1f\x8b\x08 and so on",
+        "the compressed picture is damaged or too large");
+    row("half of a compressed picture", compressed("<svg/>").left(12),
+        "the compressed picture is damaged or too large");
+    row("malformed compressed picture", compressed("<svg>\n</D>"),
+        "2:5: Opening and ending tag mismatch.");
+    row("compressed spaces beyond what is read", compressed(QByteArray(1 << 20, ' '), 257),
+        "the compressed picture is damaged or too large");
     row("another document", "<html><body/></html>", "not an SVG picture");
     row("no size and nothing in it", "<svg xmlns='http://www.w3.org/2000/svg'/>",
         "the picture has no size");

@@ -1,5 +1,6 @@
 #include "outlineimport.h"
 
+#include "gunzip.h"
 #include "kppath.h"
 
 #include <QHash>
@@ -358,9 +359,13 @@ bool prepareSvgText(QByteArray& svg, QStringList& warnings, BoundedXml::Error& e
         error.message = QStringLiteral("the picture is empty");
         return false;
     }
-    if (svg.startsWith("\x1f\x8b")) {
-        error.message = QStringLiteral("the picture is compressed (svgz); unpack it first");
-        return false;
+    if (isGzip(svg)) {
+        auto const unpacked = gunzip(svg, BoundedXml::maximumBytes);
+        if (!unpacked) {
+            error.message = QStringLiteral("the compressed picture is damaged or too large");
+            return false;
+        }
+        svg = *unpacked;
     }
     if (!BoundedXml::check(svg, error))
         return false;

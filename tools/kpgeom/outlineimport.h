@@ -56,7 +56,7 @@ constexpr double maximumPictureSide = 1e6;
  * are ignored.
  *
  * On failure `error` is set, and nothing is imported. That is the case for text that is
- * not well-formed XML or no SVG, for compressed pictures, for a size that is empty or above
+ * not well-formed XML or no SVG, for gzip files that are damaged, for a size that is empty or above
  * maximumPictureSide, and for pictures whose nested elements, or whose `use` elements when they
  * are followed, go too deep or repeat too much.
  *
