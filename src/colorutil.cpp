@@ -196,7 +196,10 @@ public:
 
 private:
     static constexpr std::size_t channelCount = 256;
-    /** So fine that no bucket holds two steps: the closest are 1 / (12.92 * 255) apart. */
+    /**
+     * So fine that no bucket holds two steps, which are 1 / (12.92 * 255) apart at least: with two,
+     * the formula would be asked more often.
+     */
     static constexpr std::size_t bucketCount = 4096;
 
     LinearLight()

@@ -96,13 +96,18 @@ QColor namedColor(QString const& text)
     return colour;
 }
 
-/** An invalid colour in place of one whose kind, read from a stream, is none of QColor's. */
+/** An invalid colour in place of one that, read from a stream, no QColor can be. */
 QColor ofKnownKind(QColor const& colour)
 {
     // The kind must not be asked of such a colour: no enumerator has its number.
     int kind = QColor::Invalid;
     std::memcpy(&kind, static_cast<void const*>(&colour), sizeof kind);
-    return kind >= QColor::Invalid && kind <= QColor::ExtendedRgb ? colour : QColor();
+    if (kind < QColor::Invalid || kind > QColor::ExtendedRgb)
+        return QColor();
+    // An extended colour holds its alpha as a number of any size, which alpha() does not clamp
+    // and setRgb() refuses.
+    double const alpha = colour.alphaF();
+    return alpha >= 0.0 && alpha <= 1.0 ? colour : QColor();
 }
 
 } // namespace

@@ -1,28 +1,24 @@
-#include "kpcolor.h"
-#include "outlinetesting.h"
+#include "colorutil.h"
+#include "colourtesting.h"
 
 #include <QDataStream>
 
 #include <type_traits>
 
+using ColourTesting::colourOf;
+using ColourTesting::identical;
 using OutlineTesting::domDocument;
 using OutlineTesting::meaning;
 
 static_assert(!std::is_polymorphic<KpColor>::value, "clients copy it as a plain value");
 static_assert(std::is_base_of<QColor, KpColor>::value, "the concrete colour is the QColor part");
+static_assert(sizeof(QColor) == 16 && sizeof(KpColor) == 24, "8 bytes behind the QColor part");
 static_assert(alignof(KpColor) == 4, "the application's layout");
+static_assert(std::is_same<decltype(KpColor::s_genPreTheme), bool>::value, "");
 
 Q_DECLARE_METATYPE(KpColor)
 
 namespace {
-
-QStringList logged;
-
-void noteMessage(QtMsgType type, QMessageLogContext const&, QString const& message)
-{
-    if (type != QtInfoMsg)
-        logged << message;
-}
 
 /** All that a colour holds: theme index, tint code, reference, concrete colour. */
 QString everything(KpColor colour)
@@ -35,13 +31,6 @@ QString everything(KpColor colour)
         .arg(uint(record.at(2)), 6, 16, QChar('0'))
         .arg(int(colour.spec()))
         .arg(uint(record.at(3)), 8, 16, QChar('0'));
-}
-
-KpColor colourOf(QColor ref, QColor colour, int tint, int theme)
-{
-    KpColor result;
-    result.setColorValues(ref, colour, tint, theme);
-    return result;
 }
 
 /** A colour read from an undo record, which holds any numbers. */
@@ -82,14 +71,20 @@ class TestKpColor : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
     void cleanup();
+    void cleanupTestCase();
 
+    void fieldsStandInOrder();
     void newColourIsInvalid();
     void plainColourIsItsOwnReference();
     void tintsAreEncoded_data();
     void tintsAreEncoded();
+    void everyTintIsEncodedByEveryWay();
     void everyCodeIsDecoded();
+    void everyCodeComputes();
+    void computedColoursKeepTheirAlpha_data();
+    void computedColoursKeepTheirAlpha();
+    void aColourMayReferToItself();
     void setTintKeepsTheRest();
     void setTintColorComputes_data();
     void setTintColorComputes();
@@ -105,15 +100,21 @@ private Q_SLOTS:
     void copiesAreWhole();
     void equality_data();
     void equality();
+    void concreteColoursAreComparedAsQtDoes();
 
     void streamHoldsFourItems_data();
     void streamHoldsFourItems();
     void streamGoesThereAndBack();
+    void shortStreamsAreRead_data();
     void shortStreamsAreRead();
+    void streamsOfAnyBytesAreRead();
     void unknownKindsAreInvalid_data();
     void unknownKindsAreInvalid();
+    void extendedColoursWithoutAFractionAsAlphaAreInvalid_data();
+    void extendedColoursWithoutAFractionAsAlphaAreInvalid();
 
     void undoRecordHoldsFourInts();
+    void undoRecordOfOtherKindsHoldsTheirChannels();
     void undoRecordGoesThereAndBack();
     void undoRecordTakesAnyNumbers();
     void shortUndoRecordsReadAsNothing_data();
@@ -123,33 +124,62 @@ private Q_SLOTS:
     void writesItsElement();
     void writesWhatTheThemeDoesNotTell_data();
     void writesWhatTheThemeDoesNotTell();
+    void bothWritersFollowTheRules();
+    void writingChangesNothing();
     void nullParentTakesNothing();
     void readsItsElement_data();
     void readsItsElement();
+    void readsColourTexts_data();
+    void readsColourTexts();
+    void readsNumberTexts_data();
+    void readsNumberTexts();
+    void readersFollowTheRulesOnAllSubsets_data();
+    void readersFollowTheRulesOnAllSubsets();
     void readersDiffer_data();
     void readersDiffer();
     void nullElementChangesNothing();
     void withoutAttributesNothingChanges();
+    void otherTokensChangeNothing();
     void readerDoesNotMove();
     void documentsGoThereAndBack();
+
+private:
+    ColourTesting::MessageWatch watch;
 };
 
 void TestKpColor::initTestCase()
 {
+    watch.start();
     QCOMPARE(KpColor::s_genPreTheme, false);
-}
-
-void TestKpColor::init()
-{
-    logged.clear();
-    qInstallMessageHandler(noteMessage);
 }
 
 void TestKpColor::cleanup()
 {
-    qInstallMessageHandler(nullptr);
     KpColor::s_genPreTheme = false;
-    QCOMPARE(logged, QStringList());
+    QCOMPARE(watch.take(), QStringList());
+}
+
+void TestKpColor::cleanupTestCase()
+{
+    watch.stop();
+    QCOMPARE(watch.take(), QStringList());
+}
+
+void TestKpColor::fieldsStandInOrder()
+{
+    KpColor const colour = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 6);
+    char const* const bytes = reinterpret_cast<char const*>(&colour);
+    QCOMPARE(static_cast<void const*>(static_cast<QColor const*>(&colour)),
+        static_cast<void const*>(bytes));
+    qint32 reference = 0;
+    qint16 theme = 0;
+    qint16 code = 0;
+    std::memcpy(&reference, bytes + 16, sizeof reference);
+    std::memcpy(&theme, bytes + 20, sizeof theme);
+    std::memcpy(&code, bytes + 22, sizeof code);
+    QCOMPARE(reference, 0x010203);
+    QCOMPARE(theme, qint16(6));
+    QCOMPARE(code, qint16(150));
 }
 
 void TestKpColor::newColourIsInvalid()
@@ -199,11 +229,108 @@ void TestKpColor::tintsAreEncoded()
     QCOMPARE(record.at(1), code);
 }
 
+void TestKpColor::everyTintIsEncodedByEveryWay()
+{
+    for (int tint = -200; tint <= 200; ++tint) {
+        int const seen = tint < -100 ? -100 : tint > 100 ? 100 : tint;
+        int const code = seen < 0 ? 100 - seen : seen;
+        KpColor set;
+        set.setTint(tint);
+        KpColor computed;
+        computed.setTintColor(QColor(1, 2, 3), tint, 4);
+        KpColor modified;
+        modified.modifyTint(tint);
+        KpColor stored = colourOf(QColor(), QColor(), tint, 4);
+        for (KpColor* const colour : {&set, &computed, &modified, &stored}) {
+            QCOMPARE(colour->tint(), seen);
+            QVector<int> record;
+            colour->toUndoValue(record);
+            QCOMPARE(record.at(1), code);
+        }
+    }
+}
+
 void TestKpColor::everyCodeIsDecoded()
 {
     // Records and streams hold any 16 bits; a negative code is seen as it is.
     for (int code = -32768; code <= 32767; ++code)
         QCOMPARE(ofRecord({0, code, 0, 255}).tint(), code <= 100 ? code : 100 - code);
+}
+
+void TestKpColor::everyCodeComputes()
+{
+    using namespace ColourTesting::Powers;
+    QVector<int> codes {-32768, 32767};
+    for (int code = -300; code <= 400; ++code)
+        codes << code;
+    for (int const code : qAsConst(codes)) {
+        auto const computed = [code](int level) {
+            if (code >= 1 && code <= 100)
+                return tint(level, code * 0.01);
+            if (code >= 101 && code <= 200)
+                return shade(level, (code - 100) * 0.01);
+            return level;
+        };
+        for (int level = 0; level < 256; ++level) {
+            KpColor colour = ofRecord({1, code, 0, 0x0a141e28});
+            colour.setRefColor(QColor(level, 255 - level, 128, 9), 2);
+            QVector<int> record;
+            colour.toUndoValue(record);
+            quint32 const expected = quint32(computed(level)) << 24
+                | quint32(computed(255 - level)) << 16 | quint32(computed(128)) << 8 | 40U;
+            QCOMPARE(record,
+                (QVector<int> {2, code, level * 65536 + (255 - level) * 256 + 128, int(expected)}));
+        }
+    }
+}
+
+void TestKpColor::computedColoursKeepTheirAlpha_data()
+{
+    QTest::addColumn<QColor>("before");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("opaque") << QColor(9, 9, 9) << "2f528fff";
+    QTest::newRow("translucent") << QColor(9, 9, 9, 40) << "2f528f28";
+    QTest::newRow("transparent") << QColor(9, 9, 9, 0) << "2f528f00";
+    QTest::newRow("invalid counts as opaque") << QColor() << "2f528fff";
+    QTest::newRow("HSL") << QColor::fromHsl(10, 20, 30, 40) << "2f528f28";
+    QTest::newRow("HSV") << QColor::fromHsv(10, 20, 30, 40) << "2f528f28";
+    QTest::newRow("CMYK") << QColor::fromCmyk(10, 20, 30, 40, 50) << "2f528f32";
+    QTest::newRow("extended") << QColor::fromRgbF(1.5, -0.5, 0.5, 0.5) << "2f528f80";
+    QTest::newRow("16 bits become 8, rounded") << QColor::fromRgba64(1, 2, 3, 0x28ff) << "2f528f29";
+}
+
+void TestKpColor::computedColoursKeepTheirAlpha()
+{
+    QFETCH(QColor, before);
+    QFETCH(QString, expected);
+    QColor const ref(0x44, 0x72, 0xc4, 1);
+    KpColor tinted = colourOf(QColor(), before, 0, 7);
+    tinted.setTintColor(ref, -50, 3);
+    QCOMPARE(everything(tinted), "theme 3 code 150 ref 4472c4 kind 1 " + expected);
+    KpColor referred = colourOf(QColor(), before, -50, 7);
+    referred.setRefColor(ref, -1);
+    QCOMPARE(everything(referred), "theme 7 code 150 ref 4472c4 kind 1 " + expected);
+    KpColor modified = colourOf(ref, before, 0, 7);
+    modified.modifyTint(-50);
+    QCOMPARE(everything(modified), "theme 7 code 150 ref 4472c4 kind 1 " + expected);
+    KpColor assigned = colourOf(QColor(), before, 0, 7);
+    KpColor other = colourOf(ref, QColor(0x2f, 0x52, 0x8f, 77), -50, 3);
+    assigned.assignNoAlpha(other);
+    QCOMPARE(everything(assigned), "theme 3 code 150 ref 4472c4 kind 1 " + expected);
+}
+
+void TestKpColor::aColourMayReferToItself()
+{
+    KpColor colour = colourOf(QColor(1, 2, 3), QColor(0x44, 0x72, 0xc4, 40), -50, 6);
+    colour.setRefColor(colour, -1);
+    QCOMPARE(everything(colour), QString("theme 6 code 150 ref 4472c4 kind 1 2f528f28"));
+    colour.setTintColor(colour, 0, 5);
+    QCOMPARE(everything(colour), QString("theme 5 code 0 ref 2f528f kind 1 2f528f28"));
+    colour.setColor(colour);
+    QCOMPARE(everything(colour), QString("theme 0 code 0 ref 2f528f kind 1 2f528f28"));
+    KpColor const& same = colour;
+    colour = same;
+    QCOMPARE(everything(colour), QString("theme 0 code 0 ref 2f528f kind 1 2f528f28"));
 }
 
 void TestKpColor::setTintKeepsTheRest()
@@ -398,62 +525,84 @@ void TestKpColor::equality()
     QVERIFY(hsl != rgb);
 }
 
+void TestKpColor::concreteColoursAreComparedAsQtDoes()
+{
+    // A full turn is no other hue.
+    KpColor none = colourOf(QColor(), QColor(QColor::Hsl, 65535, 0, 30000, 30000), 0, 0);
+    KpColor full = colourOf(QColor(), QColor(QColor::Hsl, 65535, 36000, 30000, 30000), 0, 0);
+    QVERIFY(none == full);
+    QVERIFY(!(none != full));
+    KpColor half = colourOf(QColor(), QColor(QColor::Hsl, 65535, 18000, 30000, 30000), 0, 0);
+    QVERIFY(none != half);
+    // 16 bits count.
+    KpColor fine = colourOf(QColor(), QColor::fromRgba64(0x0101, 0, 0, 65535), 0, 0);
+    KpColor finer = colourOf(QColor(), QColor::fromRgba64(0x0102, 0, 0, 65535), 0, 0);
+    QVERIFY(fine != finer);
+    QVERIFY(fine.isSameInTheme(finer));
+}
+
 void TestKpColor::streamHoldsFourItems_data()
 {
     QTest::addColumn<int>("version");
     QTest::addColumn<int>("order");
+    QTest::addColumn<QColor>("concrete");
     QTest::addColumn<QByteArray>("hex");
+    QTest::addColumn<QString>("readBack");
+    int const big = QDataStream::BigEndian;
+    int const little = QDataStream::LittleEndian;
+    QColor const rgb(10, 20, 30, 40);
     // Theme 6, code 150, QColor (kind, alpha, red, green, blue, padding), reference.
-    QTest::newRow("big endian") << int(QDataStream::Qt_5_15) << int(QDataStream::BigEndian)
-                                << QByteArray("0006"
-                                              "0096"
-                                              "01"
-                                              "2828"
-                                              "0a0a"
-                                              "1414"
-                                              "1e1e"
-                                              "0000"
-                                              "00010203");
-    QTest::newRow("little endian") << int(QDataStream::Qt_5_15) << int(QDataStream::LittleEndian)
-                                   << QByteArray("0600"
-                                                 "9600"
-                                                 "01"
-                                                 "2828"
-                                                 "0a0a"
-                                                 "1414"
-                                                 "1e1e"
-                                                 "0000"
-                                                 "03020100");
-    QTest::newRow("the stream's version decides on the colour")
-        << int(QDataStream::Qt_3_3) << int(QDataStream::BigEndian)
-        << QByteArray("0006"
-                      "0096"
-                      "000a141e"
-                      "00010203");
+    auto const row = [](char const* name, int version, int order, QColor const& concrete,
+                         char const* hex, char const* readBack) {
+        QTest::newRow(name) << version << order << concrete << QByteArray(hex).replace(' ', "")
+                            << QString(readBack);
+    };
+    row("big endian", QDataStream::Qt_5_15, big, rgb,
+        "0006 0096 01 2828 0a0a 1414 1e1e 0000 00010203", "kind 1 0a141e28");
+    row("little endian", QDataStream::Qt_5_15, little, rgb,
+        "0600 9600 01 2828 0a0a 1414 1e1e 0000 03020100", "kind 1 0a141e28");
+    row("the oldest version with kinds, big endian", QDataStream::Qt_4_0, big, rgb,
+        "0006 0096 01 2828 0a0a 1414 1e1e 0000 00010203", "kind 1 0a141e28");
+    row("the oldest version with kinds, little endian", QDataStream::Qt_4_0, little, rgb,
+        "0600 9600 01 2828 0a0a 1414 1e1e 0000 03020100", "kind 1 0a141e28");
+    row("a version without kinds loses alpha", QDataStream::Qt_3_3, big, rgb,
+        "0006 0096 ff0a141e 00010203", "kind 1 0a141eff");
+    row("a version without kinds, little endian", QDataStream::Qt_3_3, little, rgb,
+        "0600 9600 1e140aff 03020100", "kind 1 0a141eff");
+    row("invalid", QDataStream::Qt_5_15, big, QColor(),
+        "0006 0096 00 ffff 0000 0000 0000 0000 00010203", "kind 0 000000ff");
+    row("HSL", QDataStream::Qt_5_15, big, QColor::fromHsl(10, 20, 30, 40),
+        "0006 0096 04 2828 03e8 1414 1e1e 0000 00010203", "kind 4 201c1c28");
+    row("HSV", QDataStream::Qt_5_15, little, QColor::fromHsv(10, 20, 30, 40),
+        "0600 9600 02 2828 e803 1414 1e1e 0000 03020100", "kind 2 1e1c1c28");
+    row("CMYK", QDataStream::Qt_5_15, big, QColor::fromCmyk(10, 20, 30, 40, 50),
+        "0006 0096 03 3232 0a0a 1414 1e1e 2828 00010203", "kind 3 cfc6be32");
+    row("extended", QDataStream::Qt_5_15, big, QColor::fromRgbF(1.5, 0.25, 0.5, 1.0),
+        "0006 0096 05 3c00 3e00 3400 3800 0000 00010203", "kind 5 ff4080ff");
 }
 
 void TestKpColor::streamHoldsFourItems()
 {
     QFETCH(int, version);
     QFETCH(int, order);
+    QFETCH(QColor, concrete);
     QFETCH(QByteArray, hex);
-    KpColor const colour = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 6);
+    QFETCH(QString, readBack);
+    KpColor const colour = colourOf(QColor(1, 2, 3), concrete, -50, 6);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(version);
     out.setByteOrder(QDataStream::ByteOrder(order));
     QCOMPARE(&colour.write(out), &out);
-    bool const isOld = version == QDataStream::Qt_3_3;
-    if (!isOld)
-        QCOMPARE(bytes.toHex(), hex);
+    QCOMPARE(bytes.toHex(), hex);
     QDataStream in(QByteArray::fromHex(hex));
     in.setVersion(version);
     in.setByteOrder(QDataStream::ByteOrder(order));
-    KpColor read;
+    KpColor read = colourOf(QColor(9, 9, 9), QColor(9, 9, 9, 9), 9, 9);
     QCOMPARE(&read.read(in), &in);
+    QCOMPARE(in.status(), QDataStream::Ok);
     QVERIFY(in.atEnd());
-    QCOMPARE(everything(read),
-        QString("theme 6 code 150 ref 010203 kind 1 0a141e%1").arg(isOld ? "ff" : "28"));
+    QCOMPARE(everything(read), "theme 6 code 150 ref 010203 " + readBack);
 }
 
 void TestKpColor::streamGoesThereAndBack()
@@ -470,27 +619,97 @@ void TestKpColor::streamGoesThereAndBack()
             KpColor read = QColor(99, 99, 99);
             read.read(in);
             QVERIFY(read == colour);
+            QVERIFY(identical(read, colour));
         }
     }
 }
 
+void TestKpColor::shortStreamsAreRead_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("expected");
+    char const* const expected[] = {
+        "theme 0 code 0 ref 000000 kind 0 00000000",
+        "theme 0 code 0 ref 000000 kind 0 00000000",
+        "theme 6 code 0 ref 000000 kind 0 00000000",
+        "theme 6 code 0 ref 000000 kind 0 00000000",
+        "theme 6 code 150 ref 000000 kind 0 00000000",
+        "theme 6 code 150 ref 000000 kind 1 00000000",
+        "theme 6 code 150 ref 000000 kind 1 00000000",
+        "theme 6 code 150 ref 000000 kind 1 00000028",
+        "theme 6 code 150 ref 000000 kind 1 00000028",
+        "theme 6 code 150 ref 000000 kind 1 0a000028",
+        "theme 6 code 150 ref 000000 kind 1 0a000028",
+        "theme 6 code 150 ref 000000 kind 1 0a140028",
+        "theme 6 code 150 ref 000000 kind 1 0a140028",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+        "theme 6 code 150 ref 000000 kind 1 0a141e28",
+    };
+    for (int size = 0; size < int(std::size(expected)); ++size)
+        QTest::addRow("%d bytes", size) << size << expected[size];
+}
+
 void TestKpColor::shortStreamsAreRead()
 {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 6).write(out);
+    QFETCH(int, size);
+    QFETCH(QString, expected);
+    QByteArray const bytes = QByteArray::fromHex("000600960128280a0a14141e1e000000010203");
     QCOMPARE(bytes.size(), 19);
-    for (int size = 0; size < bytes.size(); ++size) {
-        OutlineTesting::ExactlySized const part(bytes.left(size));
-        QDataStream in(part.bytes());
+    OutlineTesting::ExactlySized const part(bytes.left(size));
+    QDataStream in(part.bytes());
+    // What stood there before does not shine through.
+    KpColor read = colourOf(QColor(9, 9, 9), QColor(9, 9, 9, 9), 9, 9);
+    read.read(in);
+    QCOMPARE(in.status(), QDataStream::ReadPastEnd);
+    QCOMPARE(everything(read), expected);
+    // A stream that has failed gives nothing more.
+    KpColor next = colourOf(QColor(9, 9, 9), QColor(9, 9, 9, 9), 9, 9);
+    next.read(in);
+    QCOMPARE(everything(next), QString("theme 0 code 0 ref 000000 kind 0 00000000"));
+}
+
+void TestKpColor::streamsOfAnyBytesAreRead()
+{
+    QRandomGenerator random = OutlineTesting::seededRandom(1644);
+    int kinds[6] = {};
+    for (int i = 0; i < 20000; ++i) {
+        QByteArray bytes(19, '\0');
+        for (char& byte : bytes)
+            byte = char(random.generate());
+        bytes[4] = char(random.bounded(-1, 7));
+        QDataStream in(bytes);
         KpColor read;
         read.read(in);
-        QCOMPARE(in.status(), QDataStream::ReadPastEnd);
-        QCOMPARE(read.themeIndex(), size < 2 ? 0 : 6);
-        QCOMPARE(read.tint(), size < 4 ? 0 : -50);
-        read.red();
-        read.name();
+        QVERIFY(read.spec() >= QColor::Invalid && read.spec() <= QColor::ExtendedRgb);
+        ++kinds[read.spec()];
+        // Every operation takes what came in, and the result is a colour.
+        KpColor computed = read;
+        computed.modifyTint(read.tint());
+        QCOMPARE(computed.spec(), QColor::Rgb);
+        KpColor assigned;
+        assigned.assignNoAlpha(read);
+        QCOMPARE(assigned.spec(), QColor::Rgb);
+        KpColor transformed = read;
+        ColorUtil::tint(transformed, 0.5);
+        ColorUtil::hueOff(transformed, 0.25);
+        ColorUtil::redOff(transformed, 0.25);
+        QCOMPARE(transformed.spec(), QColor::Rgb);
+        QVector<int> record;
+        read.toUndoValue(record);
+        int index = 0;
+        KpColor undone;
+        undone.fromUndoValue(record, index);
+        QCOMPARE(undone.rgba(), read.rgba());
+        KpColor parsed;
+        parseStream(parsed, streamXml(read));
+        QCOMPARE(parsed.rgba(), read.rgba());
     }
+    for (int const count : kinds)
+        QVERIFY(count > 300);
 }
 
 void TestKpColor::unknownKindsAreInvalid_data()
@@ -522,6 +741,45 @@ void TestKpColor::unknownKindsAreInvalid()
     QVERIFY(read == KpColor(read));
 }
 
+void TestKpColor::extendedColoursWithoutAFractionAsAlphaAreInvalid_data()
+{
+    QTest::addColumn<QByteArray>("half");
+    QTest::addColumn<bool>("isFraction");
+    QTest::newRow("none") << QByteArray("0000") << true;
+    QTest::newRow("a half") << QByteArray("3800") << true;
+    QTest::newRow("all") << QByteArray("3c00") << true;
+    QTest::newRow("just beyond all") << QByteArray("3c01") << false;
+    QTest::newRow("just below none") << QByteArray("8001") << false;
+    QTest::newRow("minus a quarter") << QByteArray("b400") << false;
+    QTest::newRow("greatest") << QByteArray("7bff") << false;
+    QTest::newRow("least") << QByteArray("fbff") << false;
+    QTest::newRow("infinite") << QByteArray("7c00") << false;
+    QTest::newRow("minus infinite") << QByteArray("fc00") << false;
+    QTest::newRow("not a number") << QByteArray("7e00") << false;
+}
+
+void TestKpColor::extendedColoursWithoutAFractionAsAlphaAreInvalid()
+{
+    QFETCH(QByteArray, half);
+    QFETCH(bool, isFraction);
+    QDataStream in(QByteArray::fromHex("00020032"
+                                       "05"
+        + half
+        + "3c00"
+          "3800"
+          "0000"
+          "0000"
+          "00010203"));
+    KpColor read;
+    read.read(in);
+    QCOMPARE(read.spec(), isFraction ? QColor::ExtendedRgb : QColor::Invalid);
+    KpColor computed = read;
+    computed.modifyTint(0);
+    QCOMPARE(computed.rgb(), qRgb(1, 2, 3));
+    ColorUtil::red(read, 0.5);
+    QCOMPARE(read.red(), 127);
+}
+
 void TestKpColor::undoRecordHoldsFourInts()
 {
     QVector<int> values {77};
@@ -532,6 +790,27 @@ void TestKpColor::undoRecordHoldsFourInts()
     values.clear();
     colour.toUndoValue(values);
     QCOMPARE(values, (QVector<int> {-32768, 0, 0xffffff, int(0xfffefdfcU)}));
+}
+
+void TestKpColor::undoRecordOfOtherKindsHoldsTheirChannels()
+{
+    QVector<int> values;
+    colourOf(QColor(), QColor::fromHsl(10, 20, 30, 40), 0, 0).toUndoValue(values);
+    colourOf(QColor(), QColor::fromRgbF(1.5, 0.25, 0.5, 1.0), 0, 0).toUndoValue(values);
+    KpColor().toUndoValue(values);
+    QCOMPARE(values,
+        (QVector<int> {0, 0, 0, 0x201c1c28, 0, 0, 0, int(0xff4080ffU), 0, 0, 0, 0x000000ff}));
+    // Read back, all of them are red, green and blue, whatever stood there before.
+    for (QColor const& before :
+        {QColor(), QColor(9, 9, 9, 9), QColor::fromHsl(1, 2, 3, 4), QColor::fromHsv(1, 2, 3, 4),
+            QColor::fromCmyk(1, 2, 3, 4, 5), QColor::fromRgbF(1.5, -0.5, 0.25, 0.5)}) {
+        KpColor read = colourOf(QColor(9, 9, 9), before, 9, 9);
+        int index = 4;
+        read.fromUndoValue(values, index);
+        QCOMPARE(everything(read), QString("theme 0 code 0 ref 000000 kind 1 ff4080ff"));
+        QVERIFY(identical(read, QColor(255, 64, 128)));
+        QCOMPARE(index, 8);
+    }
 }
 
 void TestKpColor::undoRecordGoesThereAndBack()
@@ -672,6 +951,61 @@ void TestKpColor::writesWhatTheThemeDoesNotTell()
     QCOMPARE(meaning(page.firstChildElement()), meaning(domDocument(xml).documentElement()));
 }
 
+void TestKpColor::bothWritersFollowTheRules()
+{
+    QRandomGenerator random = OutlineTesting::seededRandom(1582);
+    for (int i = 0; i < 4000; ++i) {
+        KpColor::s_genPreTheme = random.bounded(2) == 1;
+        int const theme = random.bounded(2) == 1 ? random.bounded(-32768, 32768) : 0;
+        int const code = random.bounded(3) == 0 ? 0 : random.bounded(201);
+        // Channels of one digit are frequent.
+        int const mask = random.bounded(2) == 1 ? 0x0f0f0f : 0xffffff;
+        int const reference = int(random.generate()) & mask;
+        quint32 const rgba = random.generate() | (random.bounded(2) == 1 ? 0xffU : 0U);
+        KpColor colour = ofRecord({theme, code, reference, int(rgba)});
+
+        QString text = "<Fill";
+        if (theme != 0)
+            text += " ThemeColor=\"" + QString::number(theme) + "\"";
+        if (code >= 1 && code <= 100)
+            text += " Tint=\"" + QString::number(code) + "\"";
+        if (code > 100)
+            text += " Shade=\"" + QString::number(code - 100) + "\"";
+        bool const isLeftToTheTheme = KpColor::s_genPreTheme && theme != 0;
+        if (!isLeftToTheTheme || (rgba & 0xffU) != 0xffU)
+            text += QString::asprintf(" V=\"#%02x%06x\"", rgba & 0xffU, rgba >> 8);
+        if (!isLeftToTheTheme && code != 0) {
+            text += QString::asprintf(" Ref=\"#%x%x%x\"", uint(reference) >> 16,
+                uint(reference) >> 8 & 0xffU, uint(reference) & 0xffU);
+        }
+        text += "/>";
+        QByteArray const expected = text.toUtf8();
+        QCOMPARE(streamXml(colour), expected);
+        QDomDocument document = domDocument("<Page/>");
+        QDomElement page = document.documentElement();
+        colour.saveTo(page, "Fill");
+        QDomDocument const expectedDocument = domDocument(expected);
+        QCOMPARE(meaning(page.firstChildElement()), meaning(expectedDocument.documentElement()));
+    }
+}
+
+void TestKpColor::writingChangesNothing()
+{
+    KpColor colour = colourOf(QColor(1, 2, 3), QColor::fromHsl(10, 20, 30, 40), -50, 6);
+    KpColor const before = colour;
+    streamXml(colour);
+    QByteArray xml;
+    XmlStreamWriter writer(&xml);
+    colour.saveTo(writer, "Fill");
+    QDomDocument document = domDocument("<Page/>");
+    QDomElement page = document.documentElement();
+    colour.saveTo(page, "Fill");
+    QVector<int> record;
+    colour.toUndoValue(record);
+    QVERIFY(colour == before);
+    QVERIFY(identical(colour, before));
+}
+
 void TestKpColor::nullParentTakesNothing()
 {
     QDomElement parent;
@@ -759,6 +1093,225 @@ void TestKpColor::readsItsElement()
     QCOMPARE(everything(fromStream), expected);
 }
 
+void TestKpColor::readsColourTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("rgba");
+    auto const row = [](char const* name, QString const& text, char const* rgba) {
+        QTest::newRow(name) << text << QString(rgba);
+    };
+    row("alpha, red, green, blue", "#80ff0102", "kind 1 ff010280");
+    row("red, green, blue", "#ff0102", "kind 1 ff0102ff");
+    row("upper case", "#ABCDEF", "kind 1 abcdefff");
+    row("three digits", "#123", "kind 1 112233ff");
+    row("nine digits", "#123456789", "kind 1 124578ff");
+    row("twelve digits", "#123456789012", "kind 1 125690ff");
+    row("four digits", "#1234", "kind 0 000000ff");
+    row("five digits", "#12345", "kind 0 000000ff");
+    row("seven digits", "#1234567", "kind 0 000000ff");
+    row("thirteen digits", "#1234567890123", "kind 0 000000ff");
+    row("no digits", "#", "kind 0 000000ff");
+    row("not all digits", "#12g", "kind 0 000000ff");
+    row("a sign among the digits", "#+12", "kind 0 000000ff");
+    row("a blank behind", "#ff0000 ", "kind 0 000000ff");
+    row("another notation", "0x112233", "kind 0 000000ff");
+    row("a blank", " ", "kind 0 000000ff");
+    row("a name", "steelblue", "kind 1 4682b4ff");
+    row("a name in upper case", "RED", "kind 1 ff0000ff");
+    row("a name with blanks", " light steel blue ", "kind 1 b0c4deff");
+    row("transparent", "transparent", "kind 1 00000000");
+    row("an unknown name", "blurple", "kind 0 000000ff");
+    row("digits of another script", QString::fromUtf8("#\u0661\u0662\u0663"), "kind 0 000000ff");
+    row("a number", "99999999999999999999", "kind 0 000000ff");
+    row("many digits", "#" + QString(100000, 'f'), "kind 0 000000ff");
+    row("a name of 256 letters", QString(256, 'r'), "kind 0 000000ff");
+}
+
+void TestKpColor::readsColourTexts()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, rgba);
+    QString const packed = rgba.mid(7, 6);
+    QByteArray const v = "<Fill V='" + text.toUtf8() + "'/>";
+    QByteArray const ref = "<Fill Tint='1' Ref='" + text.toUtf8() + "'/>";
+    for (auto* const parse : {&parseDom, &parseStream}) {
+        KpColor ofV = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 0);
+        parse(ofV, v);
+        QCOMPARE(everything(ofV), "theme 0 code 0 ref " + packed + " " + rgba);
+        KpColor ofRef = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 0);
+        parse(ofRef, ref);
+        QCOMPARE(everything(ofRef), "theme 0 code 1 ref " + packed + " kind 1 0a141e28");
+    }
+}
+
+void TestKpColor::readsNumberTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("theme");
+    QTest::addColumn<int>("tintCode");
+    QTest::addColumn<int>("shadeCode");
+    auto const row = [](char const* name, QString const& text, int theme, int tint, int shade) {
+        QTest::newRow(name) << text << theme << tint << shade;
+    };
+    row("zero", "0", 0, 0, 0);
+    row("one", "1", 1, 1, 101);
+    row("a hundred", "100", 100, 100, 200);
+    row("a hundred and one", "101", 101, 100, 200);
+    row("minus one", "-1", -1, 101, 1);
+    row("minus a hundred and one", "-101", -101, 200, 100);
+    row("greatest of 16 bits", "32767", 32767, 100, 200);
+    row("one more", "32768", -32768, 100, 200);
+    row("of 16 bits only zeros", "65536", 0, 100, 200);
+    row("beyond 16 bits", "70000", 4464, 100, 200);
+    row("far below 16 bits", "-70000", -4464, 200, 100);
+    row("greatest int", "2147483647", -1, 100, 200);
+    row("least int", "-2147483648", 0, 200, 100);
+    row("beyond int", "2147483648", 0, 0, 0);
+    row("below int", "-2147483649", 0, 0, 0);
+    row("huge", QString(1000, '9'), 0, 0, 0);
+    row("a sign", "+30", 30, 30, 130);
+    row("blanks around", " 30 ", 30, 30, 130);
+    row("leading zeros", "0030", 30, 30, 130);
+    row("hexadecimal", "0x10", 0, 0, 0);
+    row("a fraction", "30.0", 0, 0, 0);
+    row("an exponent", "1e2", 0, 0, 0);
+    row("a percentage", "30%", 0, 0, 0);
+    row("digits of another script", QString::fromUtf8("\u0663\u0660"), 0, 0, 0);
+    row("a word", "thirty", 0, 0, 0);
+    row("a blank", " ", 0, 0, 0);
+}
+
+void TestKpColor::readsNumberTexts()
+{
+    QFETCH(QString, text);
+    QFETCH(int, theme);
+    QFETCH(int, tintCode);
+    QFETCH(int, shadeCode);
+    auto const xml = [&text](char const* attribute) {
+        return QByteArray("<Fill Ref='#010203' ") + attribute + "='" + text.toUtf8() + "'/>";
+    };
+    auto const found = [](int themeIndex, int code) {
+        return QString("theme %1 code %2 ref 010203 kind 1 0a141e28").arg(themeIndex).arg(code);
+    };
+    for (auto* const parse : {&parseDom, &parseStream}) {
+        KpColor colour = colourOf(QColor(9, 9, 9), QColor(10, 20, 30, 40), -50, 0);
+        parse(colour, xml("ThemeColor"));
+        QCOMPARE(everything(colour), found(theme, 0));
+        colour = colourOf(QColor(9, 9, 9), QColor(10, 20, 30, 40), -50, 0);
+        parse(colour, xml("Tint"));
+        QCOMPARE(everything(colour), found(0, tintCode));
+        colour = colourOf(QColor(9, 9, 9), QColor(10, 20, 30, 40), -50, 0);
+        parse(colour, xml("Shade"));
+        QCOMPARE(everything(colour), found(0, shadeCode));
+    }
+}
+
+namespace {
+
+/** The text of each attribute that is there. */
+using AttributeTexts = QMap<QString, QString>;
+
+int asInt(QString const& text)
+{
+    return text.toInt(nullptr, 10);
+}
+
+int packed(QColor const& colour)
+{
+    return colour.red() * 65536 + colour.green() * 256 + colour.blue();
+}
+
+/** The undo record of a colour that has read an element, by the rules of the document. */
+QVector<int> recordRead(AttributeTexts const& texts, bool isStream, int theme, QColor concrete)
+{
+    auto const isGiven = [&](char const* name) {
+        return isStream ? texts.contains(name) : !texts.value(name).isEmpty();
+    };
+    if (isGiven("V")) {
+        QColor fresh;
+        fresh.setNamedColor(texts.value("V"));
+        concrete = fresh;
+    }
+    if (isGiven("ThemeColor"))
+        theme = asInt(texts.value("ThemeColor"));
+    else if (!isStream)
+        theme = 0;
+    int tint = 0;
+    if (isGiven("Tint"))
+        tint = asInt(texts.value("Tint"));
+    else if (isGiven("Shade"))
+        tint = -asInt(texts.value("Shade"));
+    tint = std::max(-100, std::min(100, tint));
+
+    using namespace ColourTesting::Powers;
+    auto* const undo = tint > 0 ? &untint : &unshade;
+    double const t = std::abs(tint) * 0.01;
+    auto const reference = [&](int level) { return tint == 0 ? level : undo(level, t); };
+    int ref = reference(concrete.red()) * 65536 + reference(concrete.green()) * 256
+        + reference(concrete.blue());
+    if (isGiven("Ref")) {
+        QColor fresh;
+        fresh.setNamedColor(texts.value("Ref"));
+        ref = packed(fresh);
+    }
+    quint32 const rgba = quint32(packed(concrete)) << 8 | quint32(concrete.alpha());
+    return {theme, tint < 0 ? 100 - tint : tint, ref, int(rgba)};
+}
+
+} // namespace
+
+void TestKpColor::readersFollowTheRulesOnAllSubsets_data()
+{
+    QTest::addColumn<bool>("isStream");
+    QTest::addColumn<bool>("genPreTheme");
+    QTest::newRow("DOM") << false << false;
+    QTest::newRow("stream") << true << false;
+    QTest::newRow("DOM, the writer's flag does not matter") << false << true;
+    QTest::newRow("stream, the writer's flag does not matter") << true << true;
+}
+
+void TestKpColor::readersFollowTheRulesOnAllSubsets()
+{
+    QFETCH(bool, isStream);
+    QFETCH(bool, genPreTheme);
+    KpColor::s_genPreTheme = genPreTheme;
+    struct Attribute
+    {
+        char const* name;
+        int count;
+        char const* texts[7]; ///< null where the attribute is absent
+    };
+    Attribute const attributes[] = {
+        {"V", 4, {nullptr, "", "#80bc2f8f", "blurple"}},
+        {"ThemeColor", 4, {nullptr, "", "4", "four"}},
+        {"Tint", 7, {nullptr, "", "0", "50", "100", "-30", "x"}},
+        {"Shade", 7, {nullptr, "", "0", "50", "100", "-30", "x"}},
+        {"Ref", 4, {nullptr, "", "#ff8040", "#ff010"}},
+    };
+    for (int i = 0; i < 4 * 4 * 7 * 7 * 4; ++i) {
+        AttributeTexts texts;
+        QByteArray xml = "<Fill";
+        int choice = i;
+        for (Attribute const& attribute : attributes) {
+            char const* const text = attribute.texts[choice % attribute.count];
+            choice /= attribute.count;
+            if (text == nullptr)
+                continue;
+            texts.insert(attribute.name, text);
+            xml += QByteArray(" ") + attribute.name + "='" + text + "'";
+        }
+        xml += "/>";
+        KpColor colour = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 7);
+        (isStream ? parseStream : parseDom)(colour, xml);
+        QVector<int> found;
+        colour.toUndoValue(found);
+        QVector<int> const expected = isStream && texts.isEmpty()
+            ? QVector<int> {7, 150, 0x010203, 0x0a141e28}
+            : recordRead(texts, isStream, 7, QColor(10, 20, 30, 40));
+        QVERIFY2(found == expected, xml.constData());
+    }
+}
+
 void TestKpColor::readersDiffer_data()
 {
     QTest::addColumn<QByteArray>("xml");
@@ -818,6 +1371,23 @@ void TestKpColor::withoutAttributesNothingChanges()
     // The DOM reader reads such an element: theme and tint go, the colour stays.
     parseDom(colour, "<Fill/>");
     QCOMPARE(everything(colour), QString("theme 0 code 0 ref 0a141e kind 1 0a141e28"));
+}
+
+void TestKpColor::otherTokensChangeNothing()
+{
+    KpColor colour = colourOf(QColor(1, 2, 3), QColor(10, 20, 30, 40), -50, 7);
+    QString const before = everything(colour);
+    QXmlStreamReader reader(
+        QByteArray("<?xml version='1.0'?><Fill V='#fff'>text<!-- V --></Fill>"));
+    int others = 0;
+    while (!reader.atEnd()) {
+        bool const isStart = reader.readNext() == QXmlStreamReader::StartElement;
+        KpColor read = colour;
+        read.parse(reader);
+        QCOMPARE(everything(read) == before, !isStart);
+        others += isStart ? 0 : 1;
+    }
+    QCOMPARE(others, 5);
 }
 
 void TestKpColor::readerDoesNotMove()
