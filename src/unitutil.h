@@ -139,7 +139,8 @@ KPGEOMETRY_EXPORT double fontSizeToMac(double size);
 
 /**
  * Waits `ms` milliseconds and handles the events of the thread meanwhile, so the application is
- * entered again. Ends early after 15,000,000 rounds.
+ * entered again. Ends early after 15,000,000 rounds: without events to handle that is less than
+ * a second.
  */
 KPGEOMETRY_EXPORT void timeDelay(int ms);
 

@@ -2,10 +2,19 @@
 #include "outlinetesting.h"
 #include "unitutil.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPageSize>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QThread>
 #include <QTimer>
+
+#include <cerrno>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace UnitUtil;
 
@@ -17,12 +26,155 @@ int const greatestInt = std::numeric_limits<int>::max();
 int const leastInt = std::numeric_limits<int>::min();
 
 QStringList logged;
+QtMessageHandler usualHandler = nullptr;
 
-void noteMessage(QtMsgType type, QMessageLogContext const&, QString const& message)
+void noteMessage(QtMsgType type, QMessageLogContext const& context, QString const& message)
 {
-    if (type != QtInfoMsg)
+    // The tests themselves log the seeds.
+    if (message.startsWith("random seed"))
+        usualHandler(type, context, message);
+    else
         logged << message;
 }
+
+/** All variables of UnitUtil. */
+struct Variables
+{
+    double pixPerMM = s_pixPerMM;
+    double pixPerPt = s_pixPerPt;
+    double pixPerDidot = s_pixPerDidot;
+    double pixPerMile = s_pixPerMile;
+    double logicalDpi = s_logicalDpi;
+    double pixelRatio = s_pixelRatio;
+    double dpiScale = s_dpiScale;
+    QSize screenSize = s_screenSize;
+    int cacheWidth = s_cacheWidth;
+    int cacheHeight = s_cacheHeight;
+    int usedMemory = s_usedMemory;
+    bool inited = s_inited;
+
+    void restore() const
+    {
+        s_pixPerMM = pixPerMM;
+        s_pixPerPt = pixPerPt;
+        s_pixPerDidot = pixPerDidot;
+        s_pixPerMile = pixPerMile;
+        s_logicalDpi = logicalDpi;
+        s_pixelRatio = pixelRatio;
+        s_dpiScale = dpiScale;
+        s_screenSize = screenSize;
+        s_cacheWidth = cacheWidth;
+        s_cacheHeight = cacheHeight;
+        s_usedMemory = usedMemory;
+        s_inited = inited;
+    }
+};
+
+Variables const initialVariables;
+
+/** An event dispatcher that dispatches nothing and counts how often it is asked to. */
+class CountingDispatcher : public QAbstractEventDispatcher
+{
+public:
+    int rounds = 0;
+    int roundsForSomeEventsOnly = 0;
+
+    bool processEvents(QEventLoop::ProcessEventsFlags flags) override
+    {
+        ++rounds;
+        roundsForSomeEventsOnly += flags == QEventLoop::AllEvents ? 0 : 1;
+        return false;
+    }
+    bool hasPendingEvents() override { return false; }
+    void registerSocketNotifier(QSocketNotifier*) override { }
+    void unregisterSocketNotifier(QSocketNotifier*) override { }
+    void registerTimer(int, int, Qt::TimerType, QObject*) override { }
+    bool unregisterTimer(int) override { return false; }
+    bool unregisterTimers(QObject*) override { return false; }
+    QList<TimerInfo> registeredTimers(QObject*) const override { return {}; }
+    int remainingTime(int) override { return -1; }
+    void wakeUp() override { }
+    void interrupt() override { }
+    void flush() override { }
+};
+
+/** A thread that waits once, with the event dispatcher that it is given. */
+class WaitingThread : public QThread
+{
+public:
+    qint64 elapsed = -1;
+
+    WaitingThread(CountingDispatcher* dispatcher, int milliseconds)
+        : m_milliseconds(milliseconds)
+    {
+        setEventDispatcher(dispatcher);
+    }
+
+private:
+    void run() override
+    {
+        QElapsedTimer timer;
+        timer.start();
+        timeDelay(m_milliseconds);
+        elapsed = timer.elapsed();
+    }
+
+    int m_milliseconds;
+};
+
+/** Takes note of the events that are posted to it. */
+class Receiver : public QObject
+{
+public:
+    int received = 0;
+
+    bool event(QEvent* event) override
+    {
+        received += event->type() == QEvent::User ? 1 : 0;
+        return QObject::event(event);
+    }
+};
+
+/** Sees what is done to the files of a directory. */
+class FileWatch
+{
+public:
+    explicit FileWatch(QString const& directory)
+    {
+        inotify_add_watch(m_descriptor, QFile::encodeName(directory).constData(), IN_ALL_EVENTS);
+    }
+    ~FileWatch() { close(m_descriptor); }
+    Q_DISABLE_COPY(FileWatch)
+
+    /** Whether something was done since the last call. */
+    bool sawSomething()
+    {
+        alignas(inotify_event) char events[4096];
+        ssize_t const size = read(m_descriptor, events, sizeof events);
+        return size > 0 || errno != EAGAIN;
+    }
+
+private:
+    int m_descriptor = inotify_init1(IN_NONBLOCK);
+};
+
+/** Sets the local codec while it lives. */
+class LocalCodec
+{
+public:
+    explicit LocalCodec(char const* name)
+    {
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName(name));
+    }
+    ~LocalCodec() { QTextCodec::setCodecForLocale(m_usual); }
+    Q_DISABLE_COPY(LocalCodec)
+
+private:
+    QTextCodec* m_usual = QTextCodec::codecForLocale();
+};
+
+/** How long a wait took that began before there was an application. */
+qint64 waitedWithoutApplication = -1;
 
 } // namespace
 
@@ -31,11 +183,14 @@ class TestUnitUtil : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // What is there before the application has told of its screen.
-    void initTestCase();
-
     void init();
     void cleanup();
+
+    void variablesBeforeTheScreenIsKnown();
+    void conversionsBeforeTheScreenIsKnown_data();
+    void conversionsBeforeTheScreenIsKnown();
+    void conversionsOnAScreen_data();
+    void conversionsOnAScreen();
 
     void pixelsBecomeUnits_data();
     void pixelsBecomeUnits();
@@ -78,19 +233,44 @@ private Q_SLOTS:
     void installedFamilyStays();
     void missingFamilyIsReplaced_data();
     void missingFamilyIsReplaced();
+    void replacedFamilyComesThroughTheLocalCodec();
     void fontSizesFromTheOtherConvention_data();
     void fontSizesFromTheOtherConvention();
     void fontSizesAreMultiplesOfAHalf();
+    void fontSizesBecomeWholePoints();
     void fontSizesToTheOtherConvention_data();
     void fontSizesToTheOtherConvention();
     void waitingHandlesEvents();
+    void waitingDeliversPostedEvents();
+    void waitingNeedsNoApplication();
+    void waitingEndsAfterManyRounds();
     void waitingNoTimeHandlesNothing_data();
     void waitingNoTimeHandlesNothing();
     void fileDigestIsEmpty();
 };
 
-void TestUnitUtil::initTestCase()
+void TestUnitUtil::init()
 {
+    logged.clear();
+    usualHandler = qInstallMessageHandler(noteMessage);
+    initScreen(96.0, 1.0, QSize(1920, 1080));
+}
+
+void TestUnitUtil::cleanup()
+{
+    qInstallMessageHandler(usualHandler);
+    // The application's own: nothing here writes them.
+    QCOMPARE(s_usedMemory, 0);
+    QCOMPARE(s_inited, false);
+    initialVariables.restore();
+    KpVersion::s_fontFamilyList.clear();
+    KpVersion::s_langID = 0;
+    QCOMPARE(logged, QStringList());
+}
+
+void TestUnitUtil::variablesBeforeTheScreenIsKnown()
+{
+    initialVariables.restore();
     COMPARE_BITS(s_pixPerMM, 3.779527559055118);
     COMPARE_BITS(s_pixPerPt, 1.333333333333333);
     COMPARE_BITS(s_pixPerDidot, 1.417322834645669);
@@ -103,25 +283,84 @@ void TestUnitUtil::initTestCase()
     QCOMPARE(s_cacheHeight, 3200);
     QCOMPARE(s_usedMemory, 0);
     QCOMPARE(s_inited, false);
+
     QCOMPARE(docDefaultSize(), QSize(0, 0));
+    COMPARE_BITS(dpiScale(), 1.0);
+    COMPARE_BITS(dpiAndPixel(), 1.0);
+    QVERIFY(isSmallImgReal());
+    COMPARE_BITS(pixelToUnit(96.0, 5U), 1.0);
+    COMPARE_BITS(from7Val(4.0), 3.779527559055118);
 }
 
-void TestUnitUtil::init()
+void TestUnitUtil::conversionsBeforeTheScreenIsKnown_data()
 {
-    logged.clear();
-    qInstallMessageHandler(noteMessage);
-    initScreen(96.0, 1.0, QSize(1920, 1080));
+    QTest::addColumn<unsigned int>("unit");
+    QTest::addColumn<double>("inUnit");
+    QTest::addColumn<double>("inPixels");
+    QTest::newRow("0 pixel") << 0U << 12.7 << 12.7;
+    QTest::newRow("1 millimetre") << 1U << 3.360208333333333 << 48.0;
+    QTest::newRow("2 centimetre") << 2U << 0.3360208333333333 << 480.0;
+    QTest::newRow("3 metre") << 3U << 0.003360208333333333 << 48000.0;
+    QTest::newRow("4 kilometre") << 4U << 3.360208333333333e-06 << 48000000.0;
+    QTest::newRow("5 inch") << 5U << 0.13229166666666667 << 1219.1999999999998;
+    QTest::newRow("6 foot") << 6U << 0.011024305555555555 << 14630.399999999998;
+    QTest::newRow("7 foot again") << 7U << 0.011024305555555555 << 14630.399999999998;
+    QTest::newRow("8 yard") << 8U << 0.003674768518518518 << 43891.2;
+    QTest::newRow("9 mile") << 9U << 2.0879366582491583e-06 << 77248512.0;
+    QTest::newRow("10 point") << 10U << 9.525000000000002 << 16.93333333333333;
+    QTest::newRow("11 pica") << 11U << 0.7937500000000002 << 203.19999999999996;
+    QTest::newRow("12 Didot point") << 12U << 8.960555555555556 << 17.999999999999996;
+    QTest::newRow("13 cicero") << 13U << 0.746712962962963 << 215.99999999999994;
+    QTest::newRow("14 no unit") << 14U << 12.7 << 12.7;
 }
 
-void TestUnitUtil::cleanup()
+void TestUnitUtil::conversionsBeforeTheScreenIsKnown()
 {
-    qInstallMessageHandler(nullptr);
-    KpVersion::s_fontFamilyList.clear();
-    KpVersion::s_langID = 0;
-    QCOMPARE(logged, QStringList());
-    // The application's own: nothing here writes them.
-    QCOMPARE(s_usedMemory, 0);
-    QCOMPARE(s_inited, false);
+    QFETCH(unsigned int, unit);
+    QFETCH(double, inUnit);
+    QFETCH(double, inPixels);
+    initialVariables.restore();
+    COMPARE_BITS(pixelToUnit(12.7, unit), inUnit);
+    COMPARE_BITS(unitToPixel(12.7, unit), inPixels);
+}
+
+void TestUnitUtil::conversionsOnAScreen_data()
+{
+    QTest::addColumn<double>("dpi");
+    QTest::addColumn<unsigned int>("unit");
+    QTest::addColumn<double>("inUnit");
+    QTest::addColumn<double>("inPixels");
+    QTest::newRow("0 pixel") << 144.0 << 0U << 12.7 << 12.7;
+    QTest::newRow("1 millimetre") << 144.0 << 1U << 3.3602083333333326 << 48.0;
+    QTest::newRow("2 centimetre") << 144.0 << 2U << 0.3360208333333333 << 480.0;
+    QTest::newRow("3 metre") << 144.0 << 3U << 0.0033602083333333327 << 48000.0;
+    QTest::newRow("4 kilometre") << 144.0 << 4U << 3.3602083333333325e-06 << 48000000.0;
+    QTest::newRow("5 inch") << 144.0 << 5U << 0.08819444444444444 << 1828.8;
+    QTest::newRow("6 foot") << 144.0 << 6U << 0.007349537037037036 << 21945.6;
+    QTest::newRow("7 foot again") << 144.0 << 7U << 0.007349537037037036 << 21945.6;
+    QTest::newRow("8 yard") << 144.0 << 8U << 0.0024498456790123455 << 65836.8;
+    QTest::newRow("9 mile") << 144.0 << 9U << 2.0879366582491583e-06 << 77248512.0;
+    QTest::newRow("10 point") << 144.0 << 10U << 9.525 << 16.93333333333333;
+    QTest::newRow("11 pica") << 144.0 << 11U << 0.79375 << 203.19999999999996;
+    QTest::newRow("12 Didot point") << 144.0 << 12U << 8.960555555555555 << 18.0;
+    QTest::newRow("13 cicero") << 144.0 << 13U << 0.7467129629629629 << 216.0;
+    QTest::newRow("14 no unit") << 144.0 << 14U << 12.7 << 12.7;
+    QTest::newRow("1 millimetre at 96") << 96.0 << 1U << 3.3602083333333326 << 48.0;
+    QTest::newRow("5 inch at 96") << 96.0 << 5U << 0.13229166666666667 << 1219.1999999999998;
+    QTest::newRow("10 point at 96") << 96.0 << 10U << 9.525 << 16.93333333333333;
+    QTest::newRow("5 inch at no DPI") << 0.0 << 5U << infinite << 0.0;
+    QTest::newRow("1 millimetre at no DPI") << 0.0 << 1U << 3.3602083333333326 << 48.0;
+}
+
+void TestUnitUtil::conversionsOnAScreen()
+{
+    QFETCH(double, dpi);
+    QFETCH(unsigned int, unit);
+    QFETCH(double, inUnit);
+    QFETCH(double, inPixels);
+    initScreen(dpi, 1.0, QSize(1920, 1080));
+    COMPARE_BITS(pixelToUnit(12.7, unit), inUnit);
+    COMPARE_BITS(unitToPixel(12.7, unit), inPixels);
 }
 
 void TestUnitUtil::pixelsBecomeUnits_data()
@@ -193,7 +432,6 @@ void TestUnitUtil::unitsBecomePixels()
 void TestUnitUtil::factorsAreUsedInTheirOrder()
 {
     // Factors whose products and quotients depend on the order in the last bit.
-    double const old[] = {s_pixPerMM, s_pixPerPt, s_pixPerDidot, s_pixPerMile, s_logicalDpi};
     s_pixPerMM = 3.7;
     s_pixPerPt = 1.3;
     s_pixPerDidot = 1.1;
@@ -220,11 +458,6 @@ void TestUnitUtil::factorsAreUsedInTheirOrder()
         }
     }
     QCOMPARE(different, 0);
-    s_pixPerMM = old[0];
-    s_pixPerPt = old[1];
-    s_pixPerDidot = old[2];
-    s_pixPerMile = old[3];
-    s_logicalDpi = old[4];
 }
 
 void TestUnitUtil::otherCodesLeaveTheValue()
@@ -233,8 +466,14 @@ void TestUnitUtil::otherCodesLeaveTheValue()
         COMPARE_BITS(pixelToUnit(12.3, unit), 12.3);
         COMPARE_BITS(unitToPixel(12.3, unit), 12.3);
     }
-    COMPARE_BITS(pixelToUnit(12.3, 4294967295U), 12.3);
-    COMPARE_BITS(unitToPixel(12.3, 2147483648U), 12.3);
+    for (unsigned int const unit : {255U, 256U, 65537U, 2147483647U, 2147483648U, 4294967295U}) {
+        COMPARE_BITS(pixelToUnit(12.3, unit), 12.3);
+        COMPARE_BITS(unitToPixel(12.3, unit), 12.3);
+        QCOMPARE(unitStr(unit), QString());
+    }
+    COMPARE_BITS(pixelToUnit(-0.0, 14U), -0.0);
+    COMPARE_BITS(unitToPixel(infinite, 14U), infinite);
+    QVERIFY(std::isnan(pixelToUnit(notANumber, 14U)));
 }
 
 void TestUnitUtil::unitsHaveNames_data()
@@ -253,7 +492,8 @@ void TestUnitUtil::unitsHaveNames()
     QFETCH(QString, name);
     QFETCH(unsigned int, unit);
     QCOMPARE(unitStr(unit), name);
-    for (QString const& spelling : {name, name.toUpper(), name.left(1).toUpper() + name.mid(1)}) {
+    for (QString const& spelling : {name, name.toUpper(), name.left(1).toUpper() + name.mid(1),
+             name.left(1) + name.mid(1).toUpper()}) {
         COMPARE_BITS(pixelToUnit(12.3, spelling), pixelToUnit(12.3, unit));
         COMPARE_BITS(unitToPixel(12.3, spelling), unitToPixel(12.3, unit));
     }
@@ -266,8 +506,14 @@ void TestUnitUtil::otherNamesLeaveTheValue_data()
     QTest::newRow("unknown") << "furlong";
     QTest::newRow("blanks around") << " mm ";
     QTest::newRow("a code") << "1";
-    QTest::newRow("an outline's element") << "MoveTo";
-    QTest::newRow("a coordinate's letter") << "X";
+    QTest::newRow("a unit's name twice") << "mmmm";
+    QTest::newRow("a unit's plural") << "inches";
+    QTest::newRow("not in ASCII") << QString::fromUtf8("\xe3\x8e\x9c");
+    for (char const* const element :
+        {"MoveTo", "LineTo", "CurveTo", "Ellipse", "X", "Y", "A", "B", "C", "D"})
+        QTest::addRow("%s of an outline", element) << element;
+    for (char const* const element : {"moveto", "ELLIPSE", "x", "d"})
+        QTest::addRow("%s, nearly of an outline", element) << element;
 }
 
 void TestUnitUtil::otherNamesLeaveTheValue()
@@ -275,6 +521,7 @@ void TestUnitUtil::otherNamesLeaveTheValue()
     QFETCH(QString, name);
     COMPARE_BITS(pixelToUnit(12.3, name), 12.3);
     COMPARE_BITS(unitToPixel(12.3, name), 12.3);
+    COMPARE_BITS(pixelToUnit(-0.0, name), -0.0);
 }
 
 void TestUnitUtil::inchesFollowTheScreen()
@@ -310,7 +557,21 @@ void TestUnitUtil::feetAndInches_data()
     QTest::newRow("more than a millionth") << 0.0000011 << "0'1.1e-06\"";
     QTest::newRow("six digits") << 1.23456789 << "0'1.23457\"";
     QTest::newRow("rounded up to a foot") << 23.9999999 << "1'12\"";
+    QTest::newRow("negative, whole feet") << -24.0 << "-2'";
+    QTest::newRow("negative, less than a foot") << -0.5 << "-0'0.5\"";
+    QTest::newRow("one bit less than a foot") << 11.999999999999998 << "0'12\"";
+    QTest::newRow("one bit more than a foot") << 12.000000000000002 << "1'";
+    QTest::newRow("a remainder of less than a millionth") << 24.0000005 << "2'";
+    QTest::newRow("a remainder of more than a millionth, at a tie")
+        << 24.0009765625 << "2'0.000976563\"";
+    QTest::newRow("a negative remainder of less than a millionth") << -24.0000005 << "-2'";
+    QTest::newRow("one bit more than a millionth") << 1.0000000000000002e-06 << "0'1e-06\"";
+    QTest::newRow("the sixth digit at a tie goes up") << 1.015625 << "0'1.01563\"";
+    QTest::newRow("least positive number") << 5e-324 << "0'";
     QTest::newRow("a mile") << 63360.0 << "5280'";
+    QTest::newRow("the most feet that an int holds") << 25769803764.0 << "2147483647'";
+    QTest::newRow("a foot more") << 25769803776.0 << "2147483647'12\"";
+    QTest::newRow("as many below zero") << -25769803776.0 << "-2147483647'12\"";
     QTest::newRow("feet beyond int") << 1e12 << "2147483647'9.7423e+11\"";
     QTest::newRow("infinite") << infinite << "2147483647'inf\"";
     QTest::newRow("minus infinity") << -infinite << "-2147483647'inf\"";
@@ -329,6 +590,12 @@ void TestUnitUtil::feetBecomeFeetAndInches()
     QCOMPARE(feetValtoFeetIncheStr(2.5), QString("2'6\""));
     QCOMPARE(feetValtoFeetIncheStr(1.0), QString("0'12\""));
     QCOMPARE(feetValtoFeetIncheStr(-0.25), QString("-0'3\""));
+    QCOMPARE(feetValtoFeetIncheStr(0.0), QString("0'"));
+    QCOMPARE(feetValtoFeetIncheStr(-2.5), QString("-2'6\""));
+    QCOMPARE(feetValtoFeetIncheStr(5280.0), QString("5280'"));
+    QCOMPARE(feetValtoFeetIncheStr(infinite), QString("2147483647'inf\""));
+    QCOMPARE(feetValtoFeetIncheStr(1e308), QString("2147483647'inf\""));
+    QCOMPARE(feetValtoFeetIncheStr(notANumber), QString("0'"));
 }
 
 void TestUnitUtil::pagesByIndex_data()
@@ -370,6 +637,7 @@ void TestUnitUtil::pagesByIndex()
     QCOMPARE(preDefinedPage(index, pixels, inUnit), unit);
     COMPARE_BITS(inUnit.width(), size.width());
     COMPARE_BITS(inUnit.height(), size.height());
+    QVERIFY(inUnit.width() < inUnit.height());
     double const factor = unit == 5 ? 96.0 : 96.0 / 25.4;
     COMPARE_BITS(pixels.width(), size.width() * factor);
     COMPARE_BITS(pixels.height(), size.height() * factor);
@@ -390,10 +658,10 @@ void TestUnitUtil::otherIndicesGiveA4()
     QSizeF pixels;
     QSizeF inUnit;
     QCOMPARE(preDefinedPage(index, pixels, inUnit), 1);
-    QCOMPARE(inUnit, QSizeF(210, 297));
-    QSizeF pixelsOfA4;
-    preDefinedPage(13, pixelsOfA4, inUnit);
-    QCOMPARE(pixels, pixelsOfA4);
+    COMPARE_BITS(inUnit.width(), 210.0);
+    COMPARE_BITS(inUnit.height(), 297.0);
+    COMPARE_BITS(pixels.width(), 793.7007874015749);
+    COMPARE_BITS(pixels.height(), 1122.5196850393702);
 }
 
 void TestUnitUtil::pagesInPixels()
@@ -401,10 +669,11 @@ void TestUnitUtil::pagesInPixels()
     QSizeF pixels;
     QSizeF inUnit;
     preDefinedPage(13, pixels, inUnit);
-    QVERIFY(std::abs(pixels.width() - 793.7007874015748) < 1e-12);
-    QVERIFY(std::abs(pixels.height() - 1122.5196850393702) < 1e-12);
+    COMPARE_BITS(pixels.width(), 793.7007874015749);
+    COMPARE_BITS(pixels.height(), 1122.5196850393702);
     preDefinedPage(0, pixels, inUnit);
-    QCOMPARE(pixels, QSizeF(816, 1056));
+    COMPARE_BITS(pixels.width(), 816.0);
+    COMPARE_BITS(pixels.height(), 1056.0);
 }
 
 void TestUnitUtil::pagesFollowTheScreenInInches()
@@ -413,9 +682,11 @@ void TestUnitUtil::pagesFollowTheScreenInInches()
     QSizeF pixels;
     QSizeF inUnit;
     preDefinedPage(0, pixels, inUnit);
-    QCOMPARE(pixels, QSizeF(1632, 2112));
+    COMPARE_BITS(pixels.width(), 1632.0);
+    COMPARE_BITS(pixels.height(), 2112.0);
     preDefinedPage(13, pixels, inUnit);
-    QVERIFY(std::abs(pixels.width() - 793.7007874015748) < 1e-12);
+    COMPARE_BITS(pixels.width(), 793.7007874015749);
+    COMPARE_BITS(pixels.height(), 1122.5196850393702);
 }
 
 void TestUnitUtil::thirtyNinePagesAreQtsOwn()
@@ -470,9 +741,25 @@ void TestUnitUtil::screenIsTakenOver_data()
     row("DPI rounded up at the half", 100.5, 1, {1010, 505}, 1, 101, 101.0 / 96.0, {960, 480},
         {4100, 2500});
     row("DPI nearly 96", 95.7, 1, {100, 100}, 1, 96, 1, {100, 100}, {4100, 2500});
-    row("scale snapped to 1", 96.9, 1, {100, 100}, 1, 97, 97.0 / 96.0, {99, 99}, {4100, 2500});
-    row("scale snapped to 2", 192.9, 1, {100, 100}, 1, 193, 193.0 / 96.0 - 0.0, {50, 50},
-        {4100, 2500});
+    row("one more DPI is too far from 1 to snap", 96.9, 1, {100, 100}, 1, 97, 1.0104166666666667,
+        {99, 99}, {4100, 2500});
+    row("one less DPI is too far from 1 to snap", 95.0, 1, {100, 100}, 1, 95, 0.9895833333333334,
+        {101, 101}, {4100, 2500});
+    row("scale 2", 191.5, 1, {101, 99}, 1, 192, 2, {51, 50}, {4100, 2500});
+    row("one more DPI is too far from 2 to snap", 192.9, 1, {100, 100}, 1, 193, 2.0104166666666665,
+        {50, 50}, {4100, 2500});
+    row("ratio 0.01 above 1", 96, 1.01, {100, 100}, 1.01, 96, 1, {100, 100}, {4059, 2475});
+    row("ratio a bit less than 0.01 above 1", 96, 1.0099999999999998, {100, 100}, 1, 96, 1,
+        {100, 100}, {4100, 2500});
+    row("ratio 0.01 below 1", 96, 0.99, {100, 100}, 0.99, 96, 1, {100, 100}, {4141, 2525});
+    // In doubles 2.01 - 2 is just below 0.01.
+    row("ratio 0.01 above 2", 96, 2.01, {100, 100}, 2, 96, 1, {100, 100}, {2050, 1250});
+    row("ratio 0.01 below 2", 96, 1.99, {100, 100}, 1.99, 96, 1, {100, 100}, {2060, 1256});
+    row("ratio 3 does not snap", 96, 3.001, {100, 100}, 3.001, 96, 1, {100, 100}, {1366, 833});
+    row("physical size is truncated", 96, 1.5, {2667, 1467}, 1.5, 96, 1, {2667, 1467},
+        {2800, 1666});
+    row("cache just at its least", 96, 1, {3900, 2200}, 1, 96, 1, {3900, 2200}, {4100, 2500});
+    row("cache just above its least", 96, 1, {3901, 2201}, 1, 96, 1, {3901, 2201}, {4101, 2501});
     row("no screen", 96, 1, {0, 0}, 1, 96, 1, {0, 0}, {4100, 2500});
     row("negative screen", 96, 1, {-5, -7}, 1, 96, 1, {-5, -7}, {4100, 2500});
     row("screen larger than the least cache", 96, 1, {5000, 3000}, 1, 96, 1, {5000, 3000},
@@ -524,25 +811,38 @@ void TestUnitUtil::oddScreensSaturate_data()
     QTest::addColumn<double>("expectedDpi");
     QTest::addColumn<QSize>("expectedScreen");
     QTest::addColumn<QSize>("expectedCache");
+    QTest::addColumn<QSize>("expectedDocument");
     QSize const plain(100, 100);
+    QSize const plainDocument(120, 150);
     QSize const most(greatestInt, greatestInt);
-    QTest::newRow("ratio 0") << 96.0 << 0.0 << plain << 96.0 << plain << most;
-    QTest::newRow("negative ratio")
-        << 96.0 << -1.0 << plain << 96.0 << plain << QSize(-4100, -2500);
-    QTest::newRow("ratio that is no number")
-        << 96.0 << notANumber << plain << 96.0 << plain << QSize(0, 0);
-    QTest::newRow("infinite ratio") << 96.0 << infinite << plain << 96.0 << plain << QSize(0, 0);
-    QTest::newRow("DPI 0") << 0.0 << 1.0 << plain << 0.0 << most << QSize(4100, 2500);
-    QTest::newRow("DPI that is no number")
-        << notANumber << 1.0 << plain << 0.0 << most << QSize(4100, 2500);
-    QTest::newRow("infinite DPI") << infinite << 1.0 << plain << 2147483647.0 << QSize(0, 0)
-                                  << QSize(4100, 2500);
-    QTest::newRow("negative DPI") << -96.0 << 1.0 << plain << -96.0 << QSize(-100, -100)
-                                  << QSize(4100, 2500);
-    QTest::newRow("greatest screen")
-        << 96.0 << 2.0 << most << 96.0 << most << QSize(1073741923, 1073741973);
-    QTest::newRow("least screen") << 96.0 << 2.0 << QSize(leastInt, leastInt) << 96.0
-                                  << QSize(leastInt, leastInt) << QSize(2050, 1250);
+    QSize const least(leastInt, leastInt);
+    QSize const none(0, 0);
+    auto const row = [](char const* name, double dpi, double ratio, QSize size, double expectedDpi,
+                         QSize expectedScreen, QSize expectedCache, QSize expectedDocument) {
+        QTest::newRow(name) << dpi << ratio << size << expectedDpi << expectedScreen
+                            << expectedCache << expectedDocument;
+    };
+    row("ratio 0", 96.0, 0.0, plain, 96.0, plain, most, plainDocument);
+    row("ratio minus 0", 96.0, -0.0, plain, 96.0, plain, least, plainDocument);
+    row("negative ratio", 96.0, -1.0, plain, 96.0, plain, {-4100, -2500}, plainDocument);
+    row("ratio no number", 96.0, notANumber, plain, 96.0, plain, none, plainDocument);
+    row("infinite ratio", 96.0, infinite, plain, 96.0, plain, none, plainDocument);
+    row("infinite ratio, no screen", 96.0, infinite, none, 96.0, none, none, none);
+    row("minus infinite ratio", 96.0, -infinite, plain, 96.0, plain, none, plainDocument);
+    row("tiny ratio", 96.0, 1e-300, plain, 96.0, plain, most, plainDocument);
+    row("huge ratio", 96.0, 1e300, plain, 96.0, plain, none, plainDocument);
+    row("DPI 0", 0.0, 1.0, plain, 0.0, most, {4100, 2500}, most);
+    row("DPI 0, no screen", 0.0, 1.0, none, 0.0, none, {4100, 2500}, none);
+    row("DPI less than a half", 0.4, 1.0, plain, 0.0, most, {4100, 2500}, most);
+    row("DPI minus a half", -0.5, 1.0, plain, 0.0, most, {4100, 2500}, most);
+    row("DPI no number", notANumber, 1.0, plain, 0.0, most, {4100, 2500}, most);
+    row("infinite DPI", infinite, 1.0, plain, 2147483647.0, none, {4100, 2500}, none);
+    row("minus infinite DPI", -infinite, 1.0, plain, -2147483648.0, none, {4100, 2500}, none);
+    row("negative DPI", -96.0, 1.0, plain, -96.0, {-100, -100}, {4100, 2500}, {-120, -150});
+    row("greatest screen", 96.0, 2.0, most, 96.0, most, {1073741923, 1073741973}, most);
+    row("greatest screen, plain", 96.0, 1.0, most, 96.0, most, most, most);
+    row("least screen", 96.0, 2.0, least, 96.0, least, {2050, 1250}, least);
+    row("greatest screen of few DPI", 1.0, 1.0, most, 1.0, most, most, most);
 }
 
 void TestUnitUtil::oddScreensSaturate()
@@ -553,11 +853,13 @@ void TestUnitUtil::oddScreensSaturate()
     QFETCH(double, expectedDpi);
     QFETCH(QSize, expectedScreen);
     QFETCH(QSize, expectedCache);
+    QFETCH(QSize, expectedDocument);
     initScreen(dpi, ratio, size);
     COMPARE_BITS(s_logicalDpi, expectedDpi);
     QCOMPARE(s_screenSize, expectedScreen);
     QCOMPARE(QSize(s_cacheWidth, s_cacheHeight), expectedCache);
-    docDefaultSize();
+    QCOMPARE(docDefaultSize(), expectedDocument);
+    QVERIFY(OutlineTesting::sameBits(s_pixelRatio, ratio));
 }
 
 void TestUnitUtil::scalesFollowTheScreen()
@@ -579,6 +881,11 @@ void TestUnitUtil::smallImagesFitNearThePlainScale_data()
     QTest::newRow("pixels a little denser") << 96.0 << 1.09 << true << true;
     QTest::newRow("pixels denser by a tenth") << 96.0 << 1.1 << true << false;
     QTest::newRow("a little larger") << 100.4 << 1.0 << true << true;
+    QTest::newRow("nearly a tenth larger") << 105.0 << 1.0 << true << true;
+    QTest::newRow("pixels coarser than plain") << 96.0 << 0.5 << true << true;
+    QTest::newRow("pixels of no number") << 96.0 << notANumber << true << false;
+    QTest::newRow("no DPI") << 0.0 << 1.0 << false << false;
+    QTest::newRow("twice as large") << 192.0 << 2.0 << false << false;
     QTest::newRow("a tenth larger") << 106.0 << 1.0 << false << false;
     QTest::newRow("a little smaller") << 87.0 << 1.0 << true << true;
     QTest::newRow("a tenth smaller") << 86.0 << 1.0 << false << false;
@@ -603,6 +910,7 @@ void TestUnitUtil::newDocumentsAreSomeScreensLarge_data()
     QTest::newRow("plain") << QSize(1920, 1080) << QSize(2304, 1620);
     QTest::newRow("truncated") << QSize(1919, 1079) << QSize(2302, 1618);
     QTest::newRow("none") << QSize(0, 0) << QSize(0, 0);
+    QTest::newRow("negative, towards zero") << QSize(-3, -3) << QSize(-3, -4);
     QTest::newRow("greatest") << QSize(greatestInt, greatestInt) << QSize(greatestInt, greatestInt);
 }
 
@@ -651,11 +959,21 @@ void TestUnitUtil::missingFamilyIsReplaced()
     QFETCH(QString, family);
     QFETCH(int, language);
     QFETCH(QString, replacement);
+    LocalCodec const codec("UTF-8");
     KpVersion::s_fontFamilyList = installed;
     KpVersion::s_langID = language;
     QVERIFY(changeToSystemExistFamily(family));
     QCOMPARE(family, replacement);
     QCOMPARE(KpVersion::s_fontFamilyList, installed);
+}
+
+void TestUnitUtil::replacedFamilyComesThroughTheLocalCodec()
+{
+    KpVersion::s_langID = 4;
+    LocalCodec const codec("ISO-8859-1");
+    QString family = "Sans";
+    QVERIFY(changeToSystemExistFamily(family));
+    QCOMPARE(family, QString::fromLatin1("\xe5\xae\x8b\xe4\xbd\x93"));
 }
 
 void TestUnitUtil::fontSizesFromTheOtherConvention_data()
@@ -669,6 +987,13 @@ void TestUnitUtil::fontSizesFromTheOtherConvention_data()
     QTest::newRow("fraction just below 0.26") << 11.0133 << 8.0;
     QTest::newRow("fraction above 0.26") << 11.0134 << 8.5;
     QTest::newRow("fraction just below 0.74") << 12.9866 << 9.5;
+    QTest::newRow("fraction above 0.74") << 12.9867 << 10.0;
+    QTest::newRow("less than a quarter") << 0.3 << 0.0;
+    QTest::newRow("half a point") << 0.5 << 0.5;
+    QTest::newRow("negative, less than a point") << -1.0 << 0.0;
+    QTest::newRow("minus nothing") << -0.0 << 0.0;
+    QTest::newRow("infinite") << infinite << 2147483648.0;
+    QTest::newRow("minus infinity") << -infinite << -2147483648.0;
     QTest::newRow("nothing") << 0.0 << 0.0;
     QTest::newRow("negative") << -13.0 << -9.0;
     QTest::newRow("not a number") << notANumber << 1.0;
@@ -686,12 +1011,22 @@ void TestUnitUtil::fontSizesFromTheOtherConvention()
 void TestUnitUtil::fontSizesAreMultiplesOfAHalf()
 {
     // Quarters of a point: three quarters of them have fractions of sixteenths.
-    for (int quarters = 0; quarters <= 1200; ++quarters) {
+    for (int quarters = -400; quarters <= 1200; ++quarters) {
         int const sixteenths = 3 * quarters; // of the result
         int const whole = sixteenths / 16;
-        int const rest = sixteenths % 16;
+        int const rest = sixteenths % 16; // negative below zero, where it makes no difference
         double const expected = rest <= 4 ? whole : rest <= 11 ? whole + 0.5 : whole + 1.0;
         COMPARE_BITS(fontSizeFromMac(quarters * 0.25), expected);
+    }
+}
+
+void TestUnitUtil::fontSizesBecomeWholePoints()
+{
+    // Four thirds of quarters of a point are thirds: never near a half.
+    for (int quarters = -400; quarters <= 1200; ++quarters) {
+        int const thirdsUpwards = quarters + 1 + 3 * 200; // positive: division rounds down
+        int const expected = thirdsUpwards / 3 - 200;
+        COMPARE_BITS(fontSizeToMac(quarters * 0.25), expected);
     }
 }
 
@@ -708,7 +1043,11 @@ void TestUnitUtil::fontSizesToTheOtherConvention_data()
     QTest::newRow("negative") << -9.0 << -12.0;
     QTest::newRow("nothing") << 0.0 << 0.0;
     QTest::newRow("not a number") << notANumber << 0.0;
+    QTest::newRow("minus a half by four thirds") << -1.125 << -1.0;
     QTest::newRow("beyond int") << 1e300 << 2147483647.0;
+    QTest::newRow("below int") << -1e300 << -2147483648.0;
+    // 375000000 by four thirds is 500000000.
+    QTest::newRow("the factor has eight decimals") << 375000000.0 << 499999999.0;
 }
 
 void TestUnitUtil::fontSizesToTheOtherConvention()
@@ -728,6 +1067,40 @@ void TestUnitUtil::waitingHandlesEvents()
     timeDelay(100);
     QVERIFY(timer.elapsed() >= 100);
     QCOMPARE(handled, 2);
+}
+
+void TestUnitUtil::waitingDeliversPostedEvents()
+{
+    Receiver receiver;
+    QCoreApplication::postEvent(&receiver, new QEvent(QEvent::User));
+    QCOMPARE(receiver.received, 0);
+    timeDelay(1);
+    QCOMPARE(receiver.received, 1);
+}
+
+void TestUnitUtil::waitingNeedsNoApplication()
+{
+    QVERIFY2(waitedWithoutApplication >= 20, qPrintable(QString::number(waitedWithoutApplication)));
+}
+
+void TestUnitUtil::waitingEndsAfterManyRounds()
+{
+    auto* const dispatcher = new CountingDispatcher; // owned by the thread
+    WaitingThread thread(dispatcher, greatestInt);
+    int rounds = 0;
+    int roundsForSomeEventsOnly = 0;
+    connect(
+        &thread, &QThread::finished, &thread,
+        [&] {
+            rounds = dispatcher->rounds;
+            roundsForSomeEventsOnly = dispatcher->roundsForSomeEventsOnly;
+        },
+        Qt::DirectConnection);
+    thread.start();
+    QVERIFY(thread.wait(60000));
+    QCOMPARE(rounds, 15000000);
+    QCOMPARE(roundsForSomeEventsOnly, 0);
+    QVERIFY(thread.elapsed < 60000);
 }
 
 void TestUnitUtil::waitingNoTimeHandlesNothing_data()
@@ -751,9 +1124,36 @@ void TestUnitUtil::waitingNoTimeHandlesNothing()
 
 void TestUnitUtil::fileDigestIsEmpty()
 {
-    QCOMPARE(FileDigest(QCoreApplication::applicationFilePath(), 1, 2), QString());
-    QVERIFY(FileDigest(QString(), 0, 0).isEmpty());
+    QTemporaryDir const directory;
+    QString const path = directory.filePath("file");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("content");
+    file.close();
+
+    FileWatch watch(directory.path());
+    QVERIFY(FileDigest(path, 1, 2).isEmpty());
+    QVERIFY(FileDigest(directory.filePath("missing"), 0, 0).isEmpty());
+    QVERIFY(FileDigest(QString(), leastInt, greatestInt).isEmpty());
+    QVERIFY(!watch.sawSomething());
+
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(watch.sawSomething());
 }
 
-QTEST_GUILESS_MAIN(TestUnitUtil)
+int main(int argc, char* argv[])
+{
+    QElapsedTimer timer;
+    timer.start();
+    usualHandler = qInstallMessageHandler(noteMessage);
+    timeDelay(20);
+    qInstallMessageHandler(usualHandler);
+    // A message would have been logged before any test could see it.
+    waitedWithoutApplication = logged.isEmpty() ? timer.elapsed() : -1;
+
+    QCoreApplication const application(argc, argv);
+    TestUnitUtil test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_unitutil.moc"
