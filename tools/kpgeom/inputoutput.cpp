@@ -32,6 +32,22 @@ bool fail(QString const& file, QString const& what)
     return false;
 }
 
+/** Why the last operation failed; Qt often does not know. To be called with errno cleared before. */
+QString reasonOf(QFileDevice const& device)
+{
+    return errno == 0 ? device.errorString() : qt_error_string(errno);
+}
+
+/**
+ * False, after an error message, for a name with bytes that are no text: Qt has replaced them
+ * and would take another file.
+ */
+bool isNameExact(QString const& file)
+{
+    return !file.contains(QChar(QChar::ReplacementCharacter))
+        || fail(file, QStringLiteral("the name is not valid text"));
+}
+
 } // namespace
 
 QString printable(QString const& text)
@@ -76,6 +92,8 @@ std::optional<QByteArray> readInput(QString const& file)
     if (file == standardStream) {
         opened = input.open(stdin, QIODevice::ReadOnly);
     } else {
+        if (!isNameExact(file))
+            return std::nullopt;
         input.setFileName(file);
         opened = input.open(QIODevice::ReadOnly);
     }
@@ -94,10 +112,13 @@ std::optional<QByteArray> readInput(QString const& file)
 
 bool writeOutput(QString const& file, QByteArray const& content)
 {
-    if (file == standardStream) {
+    // By its device, too: a file that standard output goes to may hold more.
+    if (file == standardStream || file == QLatin1String("/dev/stdout")) {
         return writeStandardOutput(content)
             || fail(QStringLiteral("<stdout>"), QStringLiteral("cannot be written"));
     }
+    if (!isNameExact(file))
+        return false;
     QFileInfo const target(file);
     if (target.isDir())
         return fail(file, QStringLiteral("is a directory"));
@@ -108,12 +129,12 @@ bool writeOutput(QString const& file, QByteArray const& content)
             || fail(file, device.errorString());
     }
     QSaveFile output(file);
+    errno = 0;
     if (!output.open(QIODevice::WriteOnly))
-        return fail(file, output.errorString());
+        return fail(file, reasonOf(output));
     errno = 0;
     if (!writeAll(output, content)) {
-        // Qt does not say why if a part could be written.
-        QString const reason = errno == 0 ? output.errorString() : qt_error_string(errno);
+        QString const reason = reasonOf(output);
         output.cancelWriting();
         return fail(file, reason);
     }

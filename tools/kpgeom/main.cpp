@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QHash>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -108,9 +109,14 @@ try {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The same document is written with its attributes in the same order every time.
     qSetGlobalQHashSeed(0);
-    QGuiApplication const application(argc, argv);
+    // Qt would take some arguments for its own, even behind "--".
+    int nameOnly = std::min(argc, 1);
+    QGuiApplication const application(nameOnly, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kpgeom"));
-    return static_cast<int>(run(QCoreApplication::arguments().mid(1)));
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return static_cast<int>(run(arguments));
 } catch (std::bad_alloc const&) {
     std::fputs("kpgeom: out of memory\n", stderr);
     return static_cast<int>(Outcome::Failed);
