@@ -32,7 +32,7 @@ bool fail(QString const& file, QString const& what)
     return false;
 }
 
-/** Why the last operation failed; Qt often does not know. To be called with errno cleared before. */
+/** Why an operation before which errno was 0 has failed: Qt does not always know. */
 QString reasonOf(QFileDevice const& device)
 {
     return errno == 0 ? device.errorString() : qt_error_string(errno);
@@ -138,5 +138,6 @@ bool writeOutput(QString const& file, QByteArray const& content)
         output.cancelWriting();
         return fail(file, reason);
     }
-    return output.commit() || fail(file, output.errorString());
+    errno = 0;
+    return output.commit() || fail(file, reasonOf(output));
 }
