@@ -1,8 +1,13 @@
 #include "kpgeomtesting.h"
+#include "outlinetesting.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <cstdlib>
+#include <vector>
+
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -52,6 +57,17 @@ void limitFileSize(rlim_t bytes)
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
+/** Limits what the tool may allocate; a sanitizer needs more than any limit. */
+void limitMemory(rlim_t mebibytes)
+{
+#ifdef OUTLINETESTING_SANITIZED
+    Q_UNUSED(mebibytes)
+#else
+    rlimit const limit {mebibytes * 1024 * 1024, mebibytes * 1024 * 1024};
+    setrlimit(RLIMIT_DATA, &limit);
+#endif
+}
+
 /** Lets the superuser, too, be stopped by permissions. */
 void obeyPermissions()
 {
@@ -68,14 +84,82 @@ long mostKilobytesOfRuns()
 }
 
 /** What the tool shows on a terminal that is its standard error. */
-QByteArray shownOnTerminal(Workplace const& place, QStringList const& arguments, int expectedCode)
+QByteArray shownOnTerminal(
+    Workplace const& place, QStringList const& arguments, int expectedCode,
+    std::function<void()> const& setUpTerminal = [] {})
 {
     Terminal const terminal;
     Workplace::Start start;
-    start.setUp = terminal.replacing(STDERR_FILENO);
+    start.setUp = [replace = terminal.replacing(STDERR_FILENO), setUpTerminal] {
+        replace();
+        setUpTerminal();
+    };
     Result const result = place.run(arguments, start);
     return result.exited && result.code == expectedCode ? terminal.text() : "another end";
 }
+
+/** What each line of a terminal shows at the end: "\r" goes back, the sequence erases the rest. */
+QByteArrayList linesOnScreen(QByteArray const& text)
+{
+    QByteArrayList lines {QByteArray()};
+    int column = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.mid(i, 3) == "\x1b[K") {
+            lines.last().truncate(column);
+            i += 2;
+        } else if (text.at(i) == '\r') {
+            column = 0;
+        } else if (text.at(i) == '\n') {
+            lines << QByteArray(column, ' ');
+        } else {
+            lines.last().replace(column++, 1, QByteArray(1, text.at(i)));
+        }
+    }
+    return lines;
+}
+
+/** The arguments as a render to `output` in the format of `name` needs them. */
+QStringList withFormatOf(QString const& name, QStringList const& arguments)
+{
+    return arguments.first() == "render"
+        ? arguments + QStringList {"--format", QFileInfo(name).suffix()}
+        : arguments;
+}
+
+/** The commands that read a document, each with what it needs beside the name of the input. */
+void addReadingRows(std::function<void(char const* name, QStringList const& rest)> const& add)
+{
+    add("info", {"info"});
+    add("info as JSON", {"info", "--json"});
+    add("check", {"check"});
+    add("render", {"render", "-o", "out.svg"});
+    add("resize", {"resize", "--from", "1x1", "--to", "2x2", "-o", "out.xml"});
+}
+
+/** Runs the tool with arguments that need not be text. */
+Result runWithBytes(Workplace const& place, QByteArrayList const& arguments, char const* locale)
+{
+    Workplace::Start start;
+    start.setUp = [&] {
+        std::vector<char*> argv {const_cast<char*>(KPGEOM_EXECUTABLE)};
+        for (QByteArray const& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.constData()));
+        argv.push_back(nullptr);
+        setenv("LC_ALL", locale, 1);
+        execv(KPGEOM_EXECUTABLE, argv.data());
+        _exit(127);
+    };
+    return place.run({}, start);
+}
+
+// A sanitizer makes runs slower and keeps what they have freed.
+#ifdef OUTLINETESTING_SANITIZED
+constexpr int prefixStep = 7;
+constexpr long growthOfManyFiles = 512L * 1024;
+#else
+constexpr int prefixStep = 1;
+constexpr long growthOfManyFiles = 64L * 1024;
+#endif
 
 } // namespace
 
@@ -88,6 +172,9 @@ private Q_SLOTS:
     void thousandsOfFilesAreTaken_data();
     void thousandsOfFilesAreTaken();
 
+    void exitCodeTellsTheOutcome_data();
+    void exitCodeTellsTheOutcome();
+
     void outputReplacesTheFileThatWasThere_data() { addWritingRows(); }
     void outputReplacesTheFileThatWasThere();
     void outputThroughALinkKeepsTheLink_data() { addWritingRows(); }
@@ -96,26 +183,60 @@ private Q_SLOTS:
     void outputKeepsPermissions();
     void fullDiskKeepsTheOldFile_data() { addWritingRows(); }
     void fullDiskKeepsTheOldFile();
+    void newFileHasUsualPermissions_data() { addWritingRows(); }
+    void newFileHasUsualPermissions();
+    void outputThroughALinkToNothingMakesItsTarget_data() { addWritingRows(); }
+    void outputThroughALinkToNothingMakesItsTarget();
+    void fileThatJustFitsIsWrittenWhole_data() { addWritingRows(); }
+    void fileThatJustFitsIsWrittenWhole();
+    void fileThatDoesNotFitIsNotMade_data() { addWritingRows(); }
+    void fileThatDoesNotFitIsNotMade();
+    void everyFormFailsAlike_data() { addWritingRows(); }
+    void everyFormFailsAlike();
     void outputThatCannotBeMadeIsTold_data();
     void outputThatCannotBeMadeIsTold();
     void unwritableFolderIsTold();
     void unwritableFileStaysAsItIs();
     void deviceIsWrittenAndStays();
+    void pipeIsWrittenAndStays();
+    void standardOutputByItsDeviceKeepsWhatIsThere();
+    void longNameIsToldAndKeepsTheOldFile();
     void badInputKeepsTheOldFile_data();
     void badInputKeepsTheOldFile();
     void resizedDocumentMayReplaceItself();
+    void resizedDocumentThatDoesNotFitStays();
     void outputGoesToStandardOutput_data() { addWritingRows(); }
     void outputGoesToStandardOutput();
 
     void standardOutputThatFailsIsTold_data();
     void standardOutputThatFailsIsTold();
     void readerThatGoesAwayIsTold();
+    void everyCommandIsToldOfAReaderThatGoesAway_data() { standardOutputThatFailsIsTold_data(); }
+    void everyCommandIsToldOfAReaderThatGoesAway();
+    void failedOutputOfManyFilesIsToldOnce_data();
+    void failedOutputOfManyFilesIsToldOnce();
     void closedStreamsAreNotMistakenForFiles();
 
     void inputThatCannotBeReadIsTold_data();
     void inputThatCannotBeReadIsTold();
+    void standardInputIsRead_data();
+    void standardInputIsRead();
+    void standardInputThatCannotBeReadIsTold_data() { standardInputIsRead_data(); }
+    void standardInputThatCannotBeReadIsTold();
+    void endlessInputTakesBoundedMemory_data() { standardInputIsRead_data(); }
+    void endlessInputTakesBoundedMemory();
+    void lackOfMemoryIsTold_data() { standardInputIsRead_data(); }
+    void lackOfMemoryIsTold();
+    void encodingsAreTaken_data();
+    void encodingsAreTaken();
+    void wrongEncodingsAreRefused_data();
+    void wrongEncodingsAreRefused();
     void unreadableInputIsTold();
     void everyPrefixIsLocated();
+    void everyCommandRefusesEveryPrefix_data();
+    void everyCommandRefusesEveryPrefix();
+    void badFilesAreToldInTheirOrder_data();
+    void badFilesAreToldInTheirOrder();
     void hostileDocumentsAreRefused_data();
     void hostileDocumentsAreRefused();
     void oddNumbersAreTaken_data();
@@ -127,11 +248,58 @@ private Q_SLOTS:
     void oddNamesAreOpened_data();
     void oddNamesAreOpened();
 
+    void namesThatAreNoTextAreRefused_data();
+    void namesThatAreNoTextAreRefused();
+    void outputNamesThatAreNoTextAreRefused_data();
+    void outputNamesThatAreNoTextAreRefused();
+    void messagesAreUtf8InEveryLocale_data();
+    void messagesAreUtf8InEveryLocale();
+    void windowingOptionsAreNoOptions_data();
+    void windowingOptionsAreNoOptions();
+
     void progressIsShownOnATerminal();
+    void everyCommandTakesItsProgressAway_data();
+    void everyCommandTakesItsProgressAway();
+    void resultsStandBesideTheProgress();
+    void progressFitsNarrowTerminals_data();
+    void progressFitsNarrowTerminals();
     void messagesStandBesideTheProgress();
     void fewFilesShowNoProgress();
     void noProgressElsewhere();
+    void noProgressBesideMessagesElsewhere();
 };
+
+void TestKpgeomFiles::exitCodeTellsTheOutcome_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::newRow("0: done") << QStringList {"check", "in.xml"} << 0;
+    QTest::newRow("0: a picture is written")
+        << QStringList {"render", "in.xml", "-o", "out.svg"} << 0;
+    QTest::newRow("1: bad input") << QStringList {"check", "bad"} << 1;
+    QTest::newRow("1: a failed operation")
+        << QStringList {"render", "in.xml", "-o", "missing/out.svg"} << 1;
+    QTest::newRow("1: bad input beside warnings") << QStringList {"check", "bad", "warned"} << 1;
+    QTest::newRow("1: warnings beside bad input") << QStringList {"check", "warned", "bad"} << 1;
+    QTest::newRow("2: wrong usage") << QStringList {"check"} << 2;
+    QTest::newRow("2: wrong usage beside bad input") << QStringList {"check", "--what", "bad"} << 2;
+    QTest::newRow("3: warnings") << QStringList {"check", "warned"} << 3;
+    QTest::newRow("3: warnings beside a clean file")
+        << QStringList {"check", "warned", "in.xml"} << 3;
+    QTest::newRow("0: what check warns of is no matter to info")
+        << QStringList {"info", "warned"} << 0;
+}
+
+void TestKpgeomFiles::exitCodeTellsTheOutcome()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, code);
+    Workplace const place;
+    prepareInput(place);
+    place.write("bad", "<D>");
+    place.write("warned", boxGeometry("Closed=\"2\""));
+    COMPARE_EXIT(place.run(arguments), code);
+}
 
 void TestKpgeomFiles::outputReplacesTheFileThatWasThere()
 {
@@ -188,6 +356,113 @@ void TestKpgeomFiles::fullDiskKeepsTheOldFile()
         place.run(writing(arguments)(name), start), 1, name.toUtf8() + ": File too large");
     QCOMPARE(place.read(name), QByteArray("old"));
     QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", name}));
+}
+
+void TestKpgeomFiles::newFileHasUsualPermissions()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    Workplace::Start start;
+    start.setUp = [] { umask(026); };
+    COMPARE_EXIT(place.run(writing(arguments)(name), start), 0);
+    struct stat status
+    {
+    };
+    QCOMPARE(stat(QFile::encodeName(place.path(name)).constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 07777), 0640);
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", name}));
+}
+
+void TestKpgeomFiles::outputThroughALinkToNothingMakesItsTarget()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    QVERIFY(QDir(place.path()).mkdir("folder"));
+    // The way of a link begins where the link is, not where the tool is.
+    QVERIFY(QFile::link("../target", place.path("folder/" + name)));
+    COMPARE_EXIT(place.run(writing(arguments)("folder/" + name)), 0);
+    QVERIFY(QFileInfo(place.path("folder/" + name)).isSymLink());
+    QVERIFY(QFileInfo(place.path("target")).size() > 100);
+    QCOMPARE(place.entries(), (QStringList {"folder", "in.svg", "in.xml", "target"}));
+}
+
+void TestKpgeomFiles::fileThatJustFitsIsWrittenWhole()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    COMPARE_EXIT(place.run(writing(arguments)(name)), 0);
+    auto const size = static_cast<rlim_t>(place.read(name).size());
+    for (rlim_t const missing : {rlim_t(1), rlim_t(0)}) {
+        place.write(name, "old");
+        Workplace::Start start;
+        start.setUp = [=] { limitFileSize(size - missing); };
+        Result const result = place.run(writing(arguments)(name), start);
+        COMPARE_EXIT(result, missing == 0 ? 0 : 1);
+        QCOMPARE(result.err, missing == 0 ? QByteArray() : name.toUtf8() + ": File too large\n");
+        if (missing == 0)
+            QCOMPARE(static_cast<rlim_t>(place.read(name).size()), size);
+        else
+            QCOMPARE(place.read(name), QByteArray("old"));
+        QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", name}));
+    }
+}
+
+void TestKpgeomFiles::fileThatDoesNotFitIsNotMade()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    for (rlim_t const size : {rlim_t(0), rlim_t(1), rlim_t(100)}) {
+        Workplace::Start start;
+        start.setUp = [size] { limitFileSize(size); };
+        COMPARE_FAILURE(
+            place.run(writing(arguments)(name), start), 1, name.toUtf8() + ": File too large");
+        QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml"}));
+    }
+}
+
+void TestKpgeomFiles::everyFormFailsAlike()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    QVERIFY(QDir(place.path()).mkdir("closed"));
+    QVERIFY(QDir(place.path()).mkdir("folder"));
+    QVERIFY(chmod(QFile::encodeName(place.path("closed")).constData(), 0555) == 0);
+    Workplace::Start start;
+    start.setUp = obeyPermissions;
+    QStringList const complete = withFormatOf(name, arguments);
+    for (QPair<QString, QByteArray> const& failure : {
+             qMakePair(QString("/dev/full"), QByteArray("No space left on device")),
+             qMakePair(QString("in.xml/out"), QByteArray("Not a directory")),
+             qMakePair(QString("missing/out"), QByteArray("No such file or directory")),
+             qMakePair(QString("closed/out"), QByteArray("Permission denied")),
+             qMakePair(QString("folder"), QByteArray("is a directory")),
+             qMakePair(QString("folder/"), QByteArray("is a directory")),
+             qMakePair(QString(256, 'x'), QByteArray("File name too long")),
+         }) {
+        COMPARE_FAILURE(place.run(writing(complete)(failure.first), start), 1,
+            failure.first.toUtf8() + ": " + failure.second);
+    }
+    QCOMPARE(place.entries(), (QStringList {"closed", "folder", "in.svg", "in.xml"}));
+    for (QString const& folder : {QString("closed"), QString("folder")}) {
+        QCOMPARE(QDir(place.path(folder))
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList());
+    }
+    struct stat status
+    {
+    };
+    QCOMPARE(stat("/dev/full", &status), 0);
+    QVERIFY(S_ISCHR(status.st_mode));
 }
 
 void TestKpgeomFiles::outputThatCannotBeMadeIsTold_data()
@@ -256,6 +531,64 @@ void TestKpgeomFiles::deviceIsWrittenAndStays()
     QVERIFY(S_ISCHR(status.st_mode));
 }
 
+void TestKpgeomFiles::pipeIsWrittenAndStays()
+{
+    Workplace const place;
+    prepareInput(place);
+    COMPARE_EXIT(place.run({"render", "in.xml", "-o", "out.svg"}), 0);
+    QByteArray const expected = place.read("out.svg");
+    QByteArray const pipe = QFile::encodeName(place.path("pipe.svg"));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    int const reader = open(pipe.constData(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(reader >= 0);
+    // A pipe holds 64 KiB, so the tool need not wait for its reader.
+    Result const result = place.run({"render", "in.xml", "-o", "pipe.svg"});
+    QByteArray text(65536, '\0');
+    text.truncate(int(qMax<ssize_t>(0, read(reader, text.data(), size_t(text.size())))));
+    close(reader);
+    COMPARE_EXIT(result, 0);
+    QVERIFY(expected.size() > 100);
+    QCOMPARE(text, expected);
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", "out.svg", "pipe.svg"}));
+    struct stat status
+    {
+    };
+    QCOMPARE(stat(pipe.constData(), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
+}
+
+void TestKpgeomFiles::standardOutputByItsDeviceKeepsWhatIsThere()
+{
+    Workplace const place;
+    prepareInput(place);
+    place.write("log", "before\n");
+    Workplace::Start start;
+    start.setUp = [log = QFile::encodeName(place.path("log"))] {
+        dup2(open(log.constData(), O_WRONLY | O_APPEND), STDOUT_FILENO);
+    };
+    COMPARE_EXIT(place.run({"render", "in.xml", "--format", "svg", "-o", "/dev/stdout"}, start), 0);
+    COMPARE_EXIT(place.run({"--version"}, start), 0);
+    QByteArray const log = place.read("log");
+    QVERIFY2(log.startsWith("before\n<?xml"), log.constData());
+    QVERIFY2(log.endsWith("</svg>\nkpgeom " KPGEOM_VERSION "\n"), log.constData());
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", "log"}));
+}
+
+void TestKpgeomFiles::longNameIsToldAndKeepsTheOldFile()
+{
+    // A file of this name can be made, but none of a longer name beside it.
+    QString const name(255, 'x');
+    Workplace const place;
+    prepareInput(place);
+    QStringList const arguments {"convert", "in.svg", "-o", name};
+    COMPARE_EXIT(place.run(arguments), 0);
+    QVERIFY(place.read(name).startsWith("<?xml"));
+    place.write(name, "old");
+    COMPARE_FAILURE(place.run(arguments), 1, name.toUtf8() + ": File name too long");
+    QCOMPARE(place.read(name), QByteArray("old"));
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml", name}));
+}
+
 void TestKpgeomFiles::badInputKeepsTheOldFile_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -293,6 +626,19 @@ void TestKpgeomFiles::resizedDocumentMayReplaceItself()
         place.run({"resize", "in.xml", "--from", "100x60", "--to", "50x30", "-o", "in.xml"}), 0);
     QVERIFY(place.read("in.xml").contains("<X V=\"50\" B=\"1\" P=\"1\"/>"));
     QVERIFY(!place.read("in.xml").contains("V=\"100\""));
+}
+
+void TestKpgeomFiles::resizedDocumentThatDoesNotFitStays()
+{
+    Workplace const place;
+    prepareInput(place);
+    Workplace::Start start;
+    start.setUp = [] { limitFileSize(100); };
+    COMPARE_FAILURE(
+        place.run({"resize", "in.xml", "--from", "100x60", "--to", "50x30", "-o", "in.xml"}, start),
+        1, "in.xml: File too large");
+    QCOMPARE(place.read("in.xml"), boxGeometry());
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "in.xml"}));
 }
 
 void TestKpgeomFiles::outputGoesToStandardOutput()
@@ -354,6 +700,42 @@ void TestKpgeomFiles::readerThatGoesAwayIsTold()
     Result const result = place.run({"info", "in.xml"}, start);
     close(ends[1]);
     COMPARE_FAILURE(result, 1, "<stdout>: cannot be written");
+}
+
+void TestKpgeomFiles::everyCommandIsToldOfAReaderThatGoesAway()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    Workplace::Start start;
+    start.setUp = [] {
+        int ends[2] = {-1, -1};
+        if (pipe(ends) != 0)
+            _exit(127);
+        close(ends[0]);
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[1]);
+    };
+    COMPARE_FAILURE(place.run(arguments, start), 1, "<stdout>: cannot be written");
+}
+
+void TestKpgeomFiles::failedOutputOfManyFilesIsToldOnce_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("info") << "info";
+    QTest::newRow("check") << "check";
+}
+
+void TestKpgeomFiles::failedOutputOfManyFilesIsToldOnce()
+{
+    QFETCH(QString, command);
+    Workplace const place;
+    prepareInput(place);
+    Workplace::Start start;
+    start.outputFile = "/dev/full";
+    QStringList const files = QVector<QString>(20, "in.xml").toList();
+    COMPARE_FAILURE(
+        place.run(QStringList {command} + files, start), 1, "<stdout>: cannot be written");
 }
 
 void TestKpgeomFiles::closedStreamsAreNotMistakenForFiles()
@@ -422,6 +804,160 @@ void TestKpgeomFiles::inputThatCannotBeReadIsTold()
         place.entries(), (QStringList {"empty", "half", "in.svg", "in.xml", "picture", "text"}));
 }
 
+void TestKpgeomFiles::standardInputIsRead_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    addReadingRows([](char const* name, QStringList const& rest) {
+        QTest::newRow(name) << rest + QStringList {"-"};
+    });
+}
+
+void TestKpgeomFiles::standardInputIsRead()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    // A file of this name is not meant.
+    place.write("-", "rubbish");
+    Workplace::Start start;
+    start.input = boxGeometry();
+    Result const result = place.run(arguments, start);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    int const written = arguments.indexOf("-o") + 1;
+    if (written > 0)
+        QVERIFY(place.read(arguments.at(written)).size() > 100);
+    else
+        QVERIFY2(result.out.contains(arguments.contains("--json") ? "\"-\"" : "<stdin>: "),
+            result.out.constData());
+
+    start.input = boxGeometry().left(50);
+    Result const failed = place.run(arguments, start);
+    COMPARE_EXIT(failed, 1);
+    QCOMPARE(failed.err, QByteArray("<stdin>:1:51: Premature end of document.\n"));
+}
+
+void TestKpgeomFiles::standardInputThatCannotBeReadIsTold()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    auto const errorOf = [&](std::function<void()> const& setUp) {
+        Workplace::Start start;
+        start.setUp = setUp;
+        Result const result = place.run(arguments, start);
+        bool const hasResult = result.out.contains("outline");
+        return result.exited && result.code == 1 && !hasResult ? result.err : "another end";
+    };
+    QCOMPARE(errorOf([] { close(STDIN_FILENO); }), QByteArray("<stdin>: Bad file descriptor\n"));
+    QCOMPARE(errorOf([] { dup2(open(".", O_RDONLY), STDIN_FILENO); }),
+        QByteArray("<stdin>: Is a directory\n"));
+    QCOMPARE(errorOf([] { dup2(open("/dev/zero", O_RDONLY), STDIN_FILENO); }),
+        QByteArray("<stdin>: larger than 268435456 bytes\n"));
+    QCOMPARE(errorOf([] { dup2(open("/dev/null", O_RDONLY), STDIN_FILENO); }),
+        QByteArray("<stdin>:1:1: Premature end of document.\n"));
+    QCOMPARE(place.entries(), QStringList());
+}
+
+void TestKpgeomFiles::endlessInputTakesBoundedMemory()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    Workplace::Start start;
+    start.setUp = [] {
+        limitMemory(1024);
+        dup2(open("/dev/zero", O_RDONLY), STDIN_FILENO);
+    };
+    Result const result = place.run(arguments, start);
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray("<stdin>: larger than 268435456 bytes\n"));
+}
+
+void TestKpgeomFiles::lackOfMemoryIsTold()
+{
+    // A sanitizer ends a run without memory itself.
+#ifndef OUTLINETESTING_SANITIZED
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    Workplace::Start start;
+    start.setUp = [] {
+        limitMemory(128);
+        dup2(open("/dev/zero", O_RDONLY), STDIN_FILENO);
+    };
+    COMPARE_FAILURE(place.run(arguments, start), 1, "kpgeom: out of memory");
+    QCOMPARE(place.entries(), QStringList());
+#endif
+}
+
+void TestKpgeomFiles::encodingsAreTaken_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QString const text = QString::fromUtf8("<D><S Name=\"\xc3\xa4\"><Geometry/></S></D>");
+    QByteArray const start("<?xml version=\"1.0\" encoding=\"");
+    QTest::newRow("UTF-8") << text.toUtf8();
+    QTest::newRow("UTF-8, declared") << start + "utf-8\"?>" + text.toUtf8();
+    QTest::newRow("UTF-8 with a mark") << "\xef\xbb\xbf" + text.toUtf8();
+    QTest::newRow("Latin-1, declared") << start + "ISO-8859-1\"?>" + text.toLatin1();
+    QTest::newRow("US-ASCII, with a reference")
+        << start + "US-ASCII\"?><D><S Name=\"&#xe4;\"><Geometry/></S></D>";
+    QByteArray little("\xff\xfe");
+    QByteArray big("\xfe\xff");
+    for (QChar const character : text) {
+        little += QByteArray(1, char(character.cell())) + QByteArray(1, char(character.row()));
+        big += QByteArray(1, char(character.row())) + QByteArray(1, char(character.cell()));
+    }
+    QTest::newRow("UTF-16, low byte first") << little;
+    QTest::newRow("UTF-16, high byte first") << big;
+}
+
+void TestKpgeomFiles::encodingsAreTaken()
+{
+    QFETCH(QByteArray, document);
+    Workplace const place;
+    place.write("a", document);
+    Result const info = place.run({"info", "a"});
+    COMPARE_EXIT(info, 0);
+    QVERIFY2(info.out.contains("\n1  \xc3\xa4     -"), info.out.constData());
+    COMPARE_EXIT(place.run({"resize", "a", "--from", "1x1", "--to", "2x2", "-o", "out"}), 0);
+    QVERIFY2(place.read("out").contains("Name=\"\xc3\xa4\"")
+            || place.read("out").contains("Name=\"&#xe4;\""),
+        place.read("out").constData());
+}
+
+void TestKpgeomFiles::wrongEncodingsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("Latin-1, not declared")
+        << QByteArray("<D>\n<S Name=\"\xe4\"/></D>")
+        << QByteArray("a:1:3: Encountered incorrectly encoded content.");
+    QTest::newRow("unknown encoding") << QByteArray("<?xml version=\"1.0\" encoding=\"X-99\"?><D/>")
+                                      << QByteArray("a:1:38: Encoding X-99 is unsupported");
+    QTest::newRow("UTF-8 that is called UTF-16")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-16\"?><D/>")
+        << QByteArray("a:1:40: Premature end of document.");
+    QTest::newRow("overlong UTF-8") << QByteArray(
+        "<D>\xc0\x80</D>") << QByteArray("a:1:3: Encountered incorrectly encoded content.");
+    QTest::newRow("surrogate in UTF-8") << QByteArray(
+        "<D>\xed\xa0\x80</D>") << QByteArray("a:1:3: Encountered incorrectly encoded content.");
+    QTest::newRow("reference to a surrogate")
+        << QByteArray("<D>&#xD800;</D>") << QByteArray("a:1:12: Invalid character reference.");
+    QTest::newRow("zero byte") << QByteArray("<D>\0</D>", 8) << QByteArray("a:1:5: Unexpected ''.");
+    QTest::newRow("control character")
+        << QByteArray("<D>\x01</D>") << QByteArray("a:1:5: Unexpected ''.");
+}
+
+void TestKpgeomFiles::wrongEncodingsAreRefused()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QByteArray, line);
+    Workplace const place;
+    place.write("a", document);
+    for (QStringList const& arguments : {QStringList {"info", "a"}, QStringList {"check", "a"},
+             QStringList {"render", "a", "-o", "out.svg"},
+             QStringList {"resize", "a", "--from", "1x1", "--to", "2x2", "-o", "out.xml"}})
+        COMPARE_FAILURE(place.run(arguments), 1, line);
+    QCOMPARE(place.entries(), QStringList {"a"});
+}
+
 void TestKpgeomFiles::unreadableInputIsTold()
 {
     Workplace const place;
@@ -454,6 +990,75 @@ void TestKpgeomFiles::everyPrefixIsLocated()
         QVERIFY2(lines.at(i).startsWith(names.at(i).toUtf8() + ':'), lines.at(i).constData());
         QVERIFY2(located.match(lines.at(i)).hasMatch(), lines.at(i).constData());
     }
+}
+
+void TestKpgeomFiles::everyCommandRefusesEveryPrefix_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    addReadingRows([](char const* name, QStringList const& rest) {
+        QTest::newRow(name) << rest + QStringList {"-"};
+    });
+    QTest::newRow("convert") << QStringList {"convert", "-", "-o", "out.xml"};
+}
+
+void TestKpgeomFiles::everyCommandRefusesEveryPrefix()
+{
+    QFETCH(QStringList, arguments);
+    QByteArray const document =
+        "<!DOCTYPE D [<!ENTITY e 'v'>]>\n<D a='&e;'><![CDATA[]]>"
+        "<Geometry Closed=\"1\"><MoveTo><X V=\"1\"/></MoveTo></Geometry></D>";
+    QRegularExpression const located("^<stdin>:[12]:\\d+: [A-Z][^\n]+\\.\n$");
+    Workplace const place;
+    for (int size = 0; size < document.size(); size += prefixStep) {
+        Workplace::Start start;
+        start.input = document.left(size);
+        Result const result = place.run(arguments, start);
+        COMPARE_EXIT(result, 1);
+        if (size == 0 && arguments.first() == "convert")
+            QCOMPARE(result.err, QByteArray("<stdin>: the picture is empty\n"));
+        else
+            QVERIFY2(located.match(result.err).hasMatch(), result.err.constData());
+        QCOMPARE(result.out, QByteArray(arguments.contains("--json") ? "[\n]\n" : ""));
+        QCOMPARE(place.entries(), QStringList());
+    }
+    if (arguments.first() == "convert")
+        return;
+    Workplace::Start start;
+    start.input = document;
+    Result const result = place.run(arguments, start);
+    COMPARE_EXIT(result, arguments.first() == "check" ? 3 : 0);
+}
+
+void TestKpgeomFiles::badFilesAreToldInTheirOrder_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QByteArray>("out");
+    QTest::newRow("info") << "info" << QByteArray("empty: 0 outlines\n\nempty: 0 outlines\n");
+    QTest::newRow("check") << "check"
+                           << QByteArray("empty: outlines: 0, warnings: 0\n"
+                                         "empty: outlines: 0, warnings: 0\n");
+}
+
+void TestKpgeomFiles::badFilesAreToldInTheirOrder()
+{
+    QFETCH(QString, command);
+    QFETCH(QByteArray, out);
+    Workplace const place;
+    place.write("empty", "<D/>");
+    place.write("cut", "<D>\n<E");
+    place.write("bytes",
+        "\x7f"
+        "ELF\x01\x02\x03");
+    Result const result =
+        place.run({command, "missing", "empty", "cut", ".", "empty", "bytes", "cut"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err,
+        QByteArray("missing: No such file or directory\n"
+                   "cut:2:3: Premature end of document.\n"
+                   ".: file to open is a directory\n"
+                   "bytes:1:2: Start tag expected.\n"
+                   "cut:2:3: Premature end of document.\n"));
+    QCOMPARE(result.out, out);
 }
 
 void TestKpgeomFiles::hostileDocumentsAreRefused_data()
@@ -644,6 +1249,117 @@ void TestKpgeomFiles::oddNamesAreOpened()
     QVERIFY2(result.out.startsWith(name.toUtf8() + ": 1 outline\n"), result.out.constData());
 }
 
+void TestKpgeomFiles::namesThatAreNoTextAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    QTest::newRow("UTF-8") << QByteArray("C.UTF-8");
+    QTest::newRow("C") << QByteArray("C");
+}
+
+void TestKpgeomFiles::namesThatAreNoTextAreRefused()
+{
+    QFETCH(QByteArray, locale);
+    Workplace const place;
+    prepareInput(place);
+    QByteArray const name = QFile::encodeName(place.path()) + "/a\xff.xml";
+    int const file = open(name.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+    QVERIFY(file >= 0);
+    QCOMPARE(write(file, "<D/>", 4), ssize_t(4));
+    close(file);
+    // Not to be taken for the other.
+    place.write(QString("a") + QChar(0xfffd) + ".xml", boxGeometry());
+    QByteArray const line = "a\xef\xbf\xbd.xml: the name is not valid text";
+    for (QByteArrayList const& arguments :
+        {QByteArrayList {"info", "a\xff.xml"}, QByteArrayList {"check", "a\xff.xml"},
+            QByteArrayList {"render", "a\xff.xml", "-o", "out.svg"},
+            QByteArrayList {"convert", "a\xff.xml", "-o", "out.xml"},
+            QByteArrayList {
+                "resize", "a\xff.xml", "--from", "1x1", "--to", "2x2", "-o", "out.xml"}})
+        COMPARE_FAILURE(runWithBytes(place, arguments, locale), 1, line);
+    QVERIFY(!place.entries().contains("out.svg"));
+    QVERIFY(!place.entries().contains("out.xml"));
+
+    Result const others = runWithBytes(place, {"info", "in.xml", "a\xff.xml", "in.xml"}, locale);
+    COMPARE_EXIT(others, 1);
+    QCOMPARE(others.err, QByteArray(line + '\n'));
+    QCOMPARE(others.out.count("in.xml: 1 outline\n"), 2);
+    COMPARE_FAILURE(runWithBytes(place, {"in\xff"}, locale), 2,
+        "kpgeom: unknown command 'in\xef\xbf\xbd' (see kpgeom --help)");
+    QCOMPARE(unlink(name.constData()), 0); // what the folder cannot do at its end
+}
+
+void TestKpgeomFiles::outputNamesThatAreNoTextAreRefused_data()
+{
+    namesThatAreNoTextAreRefused_data();
+}
+
+void TestKpgeomFiles::outputNamesThatAreNoTextAreRefused()
+{
+    QFETCH(QByteArray, locale);
+    Workplace const place;
+    prepareInput(place);
+    QString const other = QString("a") + QChar(0xfffd) + ".svg";
+    place.write(other, "old");
+    QByteArray const line = "a\xef\xbf\xbd.svg: the name is not valid text";
+    for (QByteArrayList const& arguments :
+        {QByteArrayList {"render", "in.xml"}, QByteArrayList {"convert", "in.svg"},
+            QByteArrayList {"resize", "in.xml", "--from", "1x1", "--to", "2x2"}}) {
+        COMPARE_FAILURE(
+            runWithBytes(place, arguments + QByteArrayList {"-o", "a\xff.svg"}, locale), 1, line);
+    }
+    QCOMPARE(place.read(other), QByteArray("old"));
+    QCOMPARE(place.entries().size(), 3);
+}
+
+void TestKpgeomFiles::messagesAreUtf8InEveryLocale_data()
+{
+    namesThatAreNoTextAreRefused_data();
+}
+
+void TestKpgeomFiles::messagesAreUtf8InEveryLocale()
+{
+    QFETCH(QByteArray, locale);
+    Workplace const place;
+    place.write(QString::fromUtf8("\xc3\xa4.xml"), "<D/>");
+    COMPARE_FAILURE(runWithBytes(place, {"info", "\xc3\xb6.xml"}, locale), 1,
+        "\xc3\xb6.xml: No such file or directory");
+    Result const found = runWithBytes(place, {"info", "\xc3\xa4.xml"}, locale);
+    COMPARE_EXIT(found, 0);
+    QCOMPARE(found.out, QByteArray("\xc3\xa4.xml: 0 outlines\n"));
+    COMPARE_EXIT(
+        runWithBytes(place,
+            {"resize", "\xc3\xa4.xml", "--from", "1x1", "--to", "2x2", "-o", "\xe4\xb8\xad.xml"},
+            locale),
+        0);
+    QCOMPARE(place.entries(),
+        (QStringList {QString::fromUtf8("\xc3\xa4.xml"), QString::fromUtf8("\xe4\xb8\xad.xml")}));
+}
+
+void TestKpgeomFiles::windowingOptionsAreNoOptions_data()
+{
+    QTest::addColumn<QString>("name");
+    for (char const* const name :
+        {"-platform", "-style", "-title", "-geometry", "-icon", "-display", "-session", "-reverse"})
+        QTest::newRow(name) << name;
+}
+
+void TestKpgeomFiles::windowingOptionsAreNoOptions()
+{
+    QFETCH(QString, name);
+    Workplace const place;
+    place.write(name, "<D/>");
+    place.write("in.xml", "<D/>");
+    Result const files = place.run({"info", "--", name, "in.xml"});
+    COMPARE_EXIT(files, 0);
+    QCOMPARE(files.out, name.toUtf8() + ": 0 outlines\n\nin.xml: 0 outlines\n");
+    COMPARE_FAILURE(place.run({name, "nonsense"}), 2,
+        "kpgeom: unknown command '" + name.toUtf8() + "' (see kpgeom --help)");
+    Result const option = place.run({"info", name, "in.xml"});
+    COMPARE_EXIT(option, 2);
+    QVERIFY2(option.err.startsWith("kpgeom info: Unknown option"), option.err.constData());
+    QCOMPARE(option.out, QByteArray());
+}
+
 void TestKpgeomFiles::thousandsOfFilesAreTaken_data()
 {
     QTest::addColumn<QString>("command");
@@ -661,12 +1377,15 @@ void TestKpgeomFiles::thousandsOfFilesAreTaken()
         names << QString::number(i);
         place.write(names.last(), boxGeometry());
     }
+    COMPARE_EXIT(place.run(QStringList {command} + names.mid(0, 10)), 0);
+    long const few = mostKilobytesOfRuns();
     Result const result = place.run(QStringList {command} + names);
     COMPARE_EXIT(result, 0);
     QCOMPARE(result.err, QByteArray());
     QByteArray const line = command == "info" ? ": 1 outline\n" : ": outlines: 1, warnings: 0\n";
     QCOMPARE(result.out.count(line), count);
-    QVERIFY(mostKilobytesOfRuns() < 1024L * 1024);
+    long const growth = mostKilobytesOfRuns() - few;
+    QVERIFY2(growth < growthOfManyFiles, qPrintable(QString::number(growth)));
 }
 
 void TestKpgeomFiles::progressIsShownOnATerminal()
@@ -680,6 +1399,87 @@ void TestKpgeomFiles::progressIsShownOnATerminal()
     QVERIFY(shown.contains("\r[####################                    ] 5/10\r["));
     QVERIFY(shown.endsWith("\r[########################################] 10/10\r\x1b[K"));
     QCOMPARE(shown.count("\x1b[K"), 1);
+}
+
+void TestKpgeomFiles::everyCommandTakesItsProgressAway_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    addReadingRows([](char const* name, QStringList const& rest) {
+        if (rest.first() != "resize") // takes a single file
+            QTest::newRow(name) << rest;
+    });
+}
+
+void TestKpgeomFiles::everyCommandTakesItsProgressAway()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    prepareInput(place);
+    QStringList const files = QVector<QString>(12, "in.xml").toList();
+    QByteArray const shown = shownOnTerminal(place, arguments + files, 0);
+    for (int step = 1; step <= 12; ++step) {
+        QVERIFY2(shown.contains("] " + QByteArray::number(step) + "/12\r"), shown.constData());
+    }
+    QCOMPARE(linesOnScreen(shown), QByteArrayList {QByteArray()});
+}
+
+void TestKpgeomFiles::resultsStandBesideTheProgress()
+{
+    Workplace const place;
+    prepareInput(place);
+    place.write("bad", "<D>\n");
+    QStringList files = QVector<QString>(12, "in.xml").toList();
+    files[0] = "bad";
+    files[6] = "bad";
+    files[11] = "missing";
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = [toError = terminal.replacing(STDERR_FILENO),
+                      toOutput = terminal.replacing(STDOUT_FILENO)] {
+        toError();
+        toOutput();
+    };
+    COMPARE_EXIT(place.run(QStringList {"check"} + files, start), 1);
+    QByteArray const clean = "in.xml: outlines: 1, warnings: 0";
+    QByteArray const bad = "bad:2:1: Premature end of document.";
+    QByteArray const shown = terminal.text();
+    QVERIFY2(shown.contains(" 12/12"), shown.constData());
+    QCOMPARE(linesOnScreen(shown),
+        (QByteArrayList {bad, clean, clean, clean, clean, clean, bad, clean, clean, clean, clean,
+            "missing: No such file or directory", ""}));
+}
+
+void TestKpgeomFiles::progressFitsNarrowTerminals_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QByteArray>("last");
+    QTest::newRow("unknown width") << 0 << QByteArray("[" + QByteArray(40, '#') + "] 12/12");
+    QTest::newRow("80 columns") << 80 << QByteArray("[" + QByteArray(40, '#') + "] 12/12");
+    // The last column stays free: a terminal may go to the next line behind it.
+    QTest::newRow("49 columns") << 49 << QByteArray("[" + QByteArray(40, '#') + "] 12/12");
+    QTest::newRow("48 columns") << 48 << QByteArray("[" + QByteArray(39, '#') + "] 12/12");
+    QTest::newRow("20 columns") << 20 << QByteArray("[" + QByteArray(11, '#') + "] 12/12");
+    QTest::newRow("10 columns") << 10 << QByteArray("[#] 12/12");
+    QTest::newRow("9 columns") << 9 << QByteArray("12/12");
+    QTest::newRow("1 column") << 1 << QByteArray("12/12");
+}
+
+void TestKpgeomFiles::progressFitsNarrowTerminals()
+{
+    QFETCH(int, columns);
+    QFETCH(QByteArray, last);
+    Workplace const place;
+    prepareInput(place);
+    auto const resizeTerminal = [columns] {
+        winsize size {};
+        size.ws_col = static_cast<unsigned short>(columns);
+        ioctl(STDERR_FILENO, TIOCSWINSZ, &size);
+    };
+    QStringList const files = QVector<QString>(12, "in.xml").toList();
+    QByteArray const shown =
+        shownOnTerminal(place, QStringList {"info"} + files, 0, resizeTerminal);
+    QVERIFY2(shown.endsWith("\r" + last + "\r\x1b[K"), shown.constData());
+    QCOMPARE(shown.count('\r'), 13);
 }
 
 void TestKpgeomFiles::messagesStandBesideTheProgress()
@@ -713,6 +1513,23 @@ void TestKpgeomFiles::noProgressElsewhere()
         COMPARE_EXIT(result, 0);
         QCOMPARE(result.err, QByteArray());
     }
+}
+
+void TestKpgeomFiles::noProgressBesideMessagesElsewhere()
+{
+    // A terminal as standard output is none as standard error.
+    Workplace const place;
+    prepareInput(place);
+    QStringList files = QVector<QString>(20, "in.xml").toList();
+    files[10] = "missing";
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = terminal.replacing(STDOUT_FILENO);
+    Result const result = place.run(QStringList {"check"} + files, start);
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray("missing: No such file or directory\n"));
+    QByteArray const line = "in.xml: outlines: 1, warnings: 0\r\n";
+    QCOMPARE(terminal.text(), line.repeated(19));
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomFiles)
