@@ -80,6 +80,7 @@ private Q_SLOTS:
     void resizeKeepsWhatIsForeign();
     void resizeKeepsTheSpellingOfWhatStays();
     void resizeWritesDownWhatTheFormatLeavesOut();
+    void resizeKeepsAllDigitsOfACoordinateGivenAgain();
     void resizeReadsEveryEncoding_data();
     void resizeReadsEveryEncoding();
     void resizeThereAndBackKeepsTheNumbers();
@@ -233,6 +234,18 @@ void TestKpgeomDocuments::resizeWritesDownWhatTheFormatLeavesOut()
     place.write("in.xml", line("<X V=\"30\" B=\"0\"/><Y V=\"\" B=\"0\"/>"));
     COMPARE_EXIT(place.run(resizing("100x60", "300x60")), 0);
     QVERIFY2(place.read("out.xml").contains(line("<X V=\"30\" B=\"0\"/><Y V=\"0\" B=\"0\"/>")),
+        place.read("out.xml").constData());
+}
+
+void TestKpgeomDocuments::resizeKeepsAllDigitsOfACoordinateGivenAgain()
+{
+    QByteArray const y = "<Y V=\"0\" B=\"0\" P=\"0\"/>";
+    Workplace const place;
+    place.write("in.xml",
+        line("<X V=\"1.23456789\" B=\"0\" P=\"7\"/>" + y + "<X V=\"\" a=\"1\" B=\"0\"/>"));
+    COMPARE_EXIT(place.run(resizing("100x60", "300x60")), 0);
+    QVERIFY2(place.read("out.xml").contains(
+                 line("<X V=\"1.23456789\" B=\"0\" P=\"7\"/>" + y + "<X a=\"1\" B=\"0\"/>")),
         place.read("out.xml").constData());
 }
 

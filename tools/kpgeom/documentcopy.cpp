@@ -127,13 +127,13 @@ private:
             seg, [&missing](QString const& letter, KpReal const&) { missing << letter; });
         copyContent([&] {
             QString const name = m_reader.qualifiedName().toString();
-            missing.removeAll(name);
+            bool const isFirst = missing.removeAll(name) > 0;
             bool isCoordinate = false;
             SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
                 if (letter != name)
                     return;
                 isCoordinate = true;
-                copyCoordinate(real);
+                copyCoordinate(real, isFirst);
             });
             if (!isCoordinate)
                 copyElement();
@@ -141,17 +141,18 @@ private:
         SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
             if (missing.contains(letter)) {
                 m_writer.writeStartElement(letter);
-                writeAttributes(real, {});
+                writeAttributes(real, {}, true);
                 m_writer.writeEndElement();
             }
         });
         m_writer.writeEndElement();
     }
 
-    void copyCoordinate(KpReal const& real)
+    /** @param isFirst false for a coordinate that its segment has had before */
+    void copyCoordinate(KpReal const& real, bool isFirst)
     {
         m_writer.writeStartElement(m_reader.qualifiedName().toString());
-        writeAttributes(real, m_reader.attributes());
+        writeAttributes(real, m_reader.attributes(), isFirst);
         copyContent([this] { copyElement(); });
         m_writer.writeEndElement();
     }
@@ -159,20 +160,21 @@ private:
     /**
      * The attributes as they are if they read as the real does, and the real's in their place
      * if not. The rule of an absolute real is written down, which the document format leaves
-     * out: without it it would be read back bound in proportion to the box.
+     * out: without it it would be read back bound in proportion to the box. What a coordinate
+     * that is given again leaves open stands in the first one, to all digits.
      */
-    void writeAttributes(KpReal const& real, QXmlStreamAttributes const& given)
+    void writeAttributes(KpReal const& real, QXmlStreamAttributes const& given, bool isFirst)
     {
         QXmlStreamAttributes attributes;
         for (QXmlStreamAttribute const& attribute : given) {
             QString const name = attribute.qualifiedName().toString();
             if (readsAs(real, name, attribute.value()))
                 attributes.append(attribute);
-            else
+            else if (isFirst || !attribute.value().isEmpty())
                 attributes.append(name, textOf(real, name));
         }
         for (QString const& name : {value, base, rate}) {
-            bool const isNeeded = name != rate || real.base != KpReal::Absolute;
+            bool const isNeeded = isFirst && (name != rate || real.base != KpReal::Absolute);
             if (isNeeded && !given.hasAttribute(name))
                 attributes.append(name, textOf(real, name));
         }
