@@ -412,7 +412,7 @@ void TestBoundedXml::expansionsAreBounded()
     QDomDocument document;
     BoundedXml::Error error;
     QVERIFY(!BoundedXml::parse(text, document, error));
-    QCOMPARE(error.message, QStringLiteral("expands to more than 100000 nodes"));
+    QCOMPARE(error.message, QStringLiteral("more than 100000 nodes"));
     QVERIFY(document.isNull());
 }
 

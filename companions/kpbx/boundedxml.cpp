@@ -20,9 +20,9 @@ void setError(Error& error, QXmlStreamReader const& reader, QString const& messa
 class Bounds
 {
 public:
-    explicit Bounds(QByteArray const& text)
+    Bounds(QByteArray const& text, Limits const& limits)
         : m_text(text)
-        , m_maximumNodes(std::max(text.size(), smallestNodeLimit))
+        , m_maximumNodes(std::min(std::max(text.size(), smallestNodeLimit), limits.nodes))
     {
     }
 
@@ -40,7 +40,7 @@ public:
                 .arg(maximumReferences);
         m_nodes += 1 + reader.attributes().size();
         if (m_nodes > m_maximumNodes)
-            return QStringLiteral("expands to more than %1 nodes").arg(m_maximumNodes);
+            return QStringLiteral("more than %1 nodes").arg(m_maximumNodes);
         return QString();
     }
 
@@ -53,7 +53,7 @@ private:
 
 } // namespace
 
-QByteArray read(QIODevice& device, Error& error)
+QByteArray read(QIODevice& device, Error& error, Limits const& limits)
 {
     QByteArray text;
     std::array<char, 65536> chunk;
@@ -65,20 +65,20 @@ QByteArray read(QIODevice& device, Error& error)
             error.message = device.errorString();
             return QByteArray();
         }
-        if (text.size() + size > maximumBytes) {
-            error.message = QStringLiteral("larger than %1 bytes").arg(maximumBytes);
+        if (text.size() + size > limits.bytes) {
+            error.message = QStringLiteral("larger than %1 bytes").arg(limits.bytes);
             return QByteArray();
         }
         text.append(chunk.data(), static_cast<int>(size));
     }
 }
 
-bool check(QByteArray const& text, Error& error)
+bool check(QByteArray const& text, Error& error, Limits const& limits)
 {
     QXmlStreamReader reader(text);
     // An undeclared prefix is no fault of well-formedness.
     reader.setNamespaceProcessing(false);
-    Bounds bounds(text);
+    Bounds bounds(text, limits);
     while (!reader.atEnd()) {
         reader.readNext();
         QString const fault = reader.hasError() ? reader.errorString() : bounds.excess(reader);
@@ -90,10 +90,10 @@ bool check(QByteArray const& text, Error& error)
     return true;
 }
 
-bool parse(QByteArray const& text, QDomDocument& document, Error& error)
+bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits)
 {
     document.clear();
-    if (!check(text, error))
+    if (!check(text, error, limits))
         return false;
     QXmlStreamReader reader(text);
     reader.setNamespaceProcessing(false);

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <limits>
+
 class QDomDocument;
 class QIODevice;
 
@@ -17,7 +19,16 @@ class QIODevice;
  */
 namespace BoundedXml {
 
-constexpr qint64 maximumBytes = 256LL * 1024 * 1024;
+/** How large a document may be; by default as large as documents with outlines get. */
+struct Limits
+{
+    qint64 bytes = 256LL * 1024 * 1024;
+    int nodes = std::numeric_limits<int>::max(); ///< tags, attributes, texts
+};
+
+/** A file of the application's own: its tree takes at most some 600 MB. */
+constexpr Limits configurationLimits {64LL * 1024 * 1024, 750000};
+
 constexpr int maximumDepth = 1000;
 /** Ampersands of a document that declares entities; in any other they cost nothing. */
 constexpr int maximumReferences = 10000;
@@ -37,17 +48,17 @@ struct Error
     bool isNull() const { return message.isEmpty(); }
 };
 
-/** All that `device` holds; empty, with `error` set, on a read error or above maximumBytes. */
-QByteArray read(QIODevice& device, Error& error);
+/** All that `device` holds; empty, with `error` set, on a read error or above the limit. */
+QByteArray read(QIODevice& device, Error& error, Limits const& limits = {});
 
 /**
  * Whether `text` is one well-formed document within the bounds; `error` is set if not. An
  * entity may expand to 4,096 characters, Qt's own limit.
  */
-bool check(QByteArray const& text, Error& error);
+bool check(QByteArray const& text, Error& error, Limits const& limits = {});
 
 /** Builds the tree of `text`; false, with `document` empty and `error` set, if check() fails. */
-bool parse(QByteArray const& text, QDomDocument& document, Error& error);
+bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits = {});
 
 } // namespace BoundedXml
 

@@ -21,6 +21,7 @@ bool KpFilePathManager::loadXmlFile(QDomDocument& document, QString const& path)
     if (!file.open(QIODevice::ReadOnly))
         return false;
     BoundedXml::Error error;
-    QByteArray const text = BoundedXml::read(file, error);
-    return error.isNull() && BoundedXml::parse(text, document, error);
+    QByteArray const text = BoundedXml::read(file, error, BoundedXml::configurationLimits);
+    return error.isNull()
+        && BoundedXml::parse(text, document, error, BoundedXml::configurationLimits);
 }

@@ -21,10 +21,10 @@ public:
      * Reads the XML file at `path` into `document`.
      *
      * @return false, with `document` empty, when the file is missing, cannot be read, is
-     * not well-formed, or is out of bounds: more than 256 MiB, more than 1,000 nested
-     * elements, an entity that expands to more than 4,096 characters, more than 10,000
-     * references beside declared entities, or an expansion to more nodes than the file has
-     * bytes (100,000 in a short file).
+     * not well-formed, or is out of bounds: more than 64 MiB, more than 750,000 nodes (tags,
+     * attributes, texts) or more than it has bytes (100,000 in a short file), more than 1,000
+     * nested elements, an entity that expands to more than 4,096 characters, or more than 10,000
+     * references beside declared entities.
      */
     KPBX_EXPORT static bool loadXmlFile(QDomDocument& document, QString const& path);
 };

@@ -1,10 +1,7 @@
 #include "inputoutput.h"
 
+#include "filereplacement_p.h"
 #include "progress.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <cerrno>
 #include <cstdio>
@@ -13,17 +10,10 @@ namespace {
 
 QString const standardStream = QStringLiteral("-");
 
-/** Writes all of `content`; QSaveFile::commit() alone can miss a failed last flush. */
-bool writeAll(QFileDevice& device, QByteArray const& content)
-{
-    return device.write(content) == content.size() && device.flush()
-        && device.error() == QFileDevice::NoError;
-}
-
 bool writeStandardOutput(QByteArray const& content)
 {
     QFile output;
-    return output.open(stdout, QIODevice::WriteOnly) && writeAll(output, content);
+    return output.open(stdout, QIODevice::WriteOnly) && FileReplacement::write(output, content);
 }
 
 bool fail(QString const& file, QString const& what)
@@ -122,18 +112,18 @@ bool writeOutput(QString const& file, QByteArray const& content)
     QFileInfo const target(file);
     if (target.isDir())
         return fail(file, QStringLiteral("is a directory"));
-    if (target.exists() && !target.isFile()) {
+    if (FileReplacement::isForbidden(target)) {
         QFile device(file);
         return (device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-                   && writeAll(device, content))
+                   && FileReplacement::write(device, content))
             || fail(file, device.errorString());
     }
     QSaveFile output(file);
     errno = 0;
-    if (!output.open(QIODevice::WriteOnly))
+    if (!FileReplacement::open(output))
         return fail(file, reasonOf(output));
     errno = 0;
-    if (!writeAll(output, content)) {
+    if (!FileReplacement::write(output, content)) {
         QString const reason = reasonOf(output);
         output.cancelWriting();
         return fail(file, reason);

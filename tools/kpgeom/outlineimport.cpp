@@ -360,7 +360,7 @@ bool prepareSvgText(QByteArray& svg, QStringList& warnings, BoundedXml::Error& e
         return false;
     }
     if (isGzip(svg)) {
-        auto const unpacked = gunzip(svg, BoundedXml::maximumBytes);
+        auto const unpacked = gunzip(svg, BoundedXml::Limits().bytes);
         if (!unpacked) {
             error.message = QStringLiteral("the compressed picture is damaged or too large");
             return false;
