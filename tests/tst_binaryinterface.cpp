@@ -4,6 +4,7 @@
 #include "kppathseglineto.h"
 #include "kppathseglist.h"
 #include "kppathsegmoveto.h"
+#include "kprecentfilemanager.h"
 #include "xmlstreamwriter.h"
 
 #include <QFile>
@@ -200,6 +201,8 @@ private Q_SLOTS:
     void curveHasItsLayout();
     void ellipseHasItsLayout();
     void listHasItsLayout();
+    void recentFilesHaveTheirLayout();
+    void recentFileTypesHaveTheirNumbers();
     void segmentTypesHaveTheirNumbers();
     void segmentsAndListsAreNotAssignable();
     void resultTypesAreThoseOfTheInterface();
@@ -310,6 +313,45 @@ void TestBinaryInterface::listHasItsLayout()
     QCOMPARE(offset(list, list.segs), 16);
     QCOMPARE(int(sizeof list), 24);
     QVERIFY(std::has_virtual_destructor<KpPathSegList>::value);
+}
+
+void TestBinaryInterface::recentFilesHaveTheirLayout()
+{
+    KpRecentFileManager const manager;
+    QCOMPARE(offset(manager, manager.m_isModified), 0);
+    QCOMPARE(offset(manager, manager.m_maxCount), 4);
+    QCOMPARE(offset(manager, manager.m_recentFileFolder), 8);
+    QCOMPARE(offset(manager, manager.m_libraryFolder), 16);
+    QCOMPARE(offset(manager, manager.m_symbolFolder), 24);
+    QCOMPARE(offset(manager, manager.m_files), 32);
+    QCOMPARE(offset(manager, manager.m_folders), 40);
+    QCOMPARE(int(sizeof manager), 48);
+    QVERIFY(!std::is_polymorphic<KpRecentFileManager>::value);
+
+    KpRecentFileManager::RecFile const file {};
+    QCOMPARE(offset(file, file.isTop), 0);
+    QCOMPARE(offset(file, file.type), 4);
+    QCOMPARE(offset(file, file.path), 8);
+    QCOMPARE(offset(file, file.teamName), 16);
+    QCOMPARE(int(sizeof file), 24);
+
+    KpRecentFileManager::RecFileInfo const info {};
+    QCOMPARE(offset(info, info.isTop), 0);
+    QCOMPARE(offset(info, info.type), 4);
+    QCOMPARE(offset(info, info.name), 8);
+    QCOMPARE(offset(info, info.location), 16);
+    QCOMPARE(offset(info, info.path), 24);
+    QCOMPARE(int(sizeof info), 32);
+}
+
+void TestBinaryInterface::recentFileTypesHaveTheirNumbers()
+{
+    QCOMPARE(int(KpRecentFileManager::RecAuto), 0);
+    QCOMPARE(int(KpRecentFileManager::RecLocal), 1);
+    QCOMPARE(int(KpRecentFileManager::RecPersonal), 2);
+    QCOMPARE(int(KpRecentFileManager::RecTeam), 3);
+    QCOMPARE(int(KpRecentFileManager::RecGoogleDrive), 4);
+    QCOMPARE(int(KpRecentFileManager::RecDropbox), 5);
 }
 
 void TestBinaryInterface::segmentTypesHaveTheirNumbers()
