@@ -39,7 +39,8 @@ namespace {
 
 QStringList const commands {QStringLiteral("info"), QStringLiteral("render"),
     QStringLiteral("resize"), QStringLiteral("convert"), QStringLiteral("check"),
-    QStringLiteral("colour"), QStringLiteral("units"), QStringLiteral("pages")};
+    QStringLiteral("colour"), QStringLiteral("units"), QStringLiteral("pages"),
+    QStringLiteral("recent")};
 
 QJsonArray jsonOf(QByteArray const& text)
 {
@@ -163,7 +164,7 @@ void TestKpgeom::helpIsPrinted()
         QByteArray("Usage: kpgeom COMMAND ...\n"
                    "\n"
                    "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
-                   "converts lengths.\n"
+                   "converts lengths; shows and changes recent files.\n"
                    "\n"
                    "Commands:\n"
                    "  info      Says what outlines the documents hold.\n"
@@ -174,6 +175,7 @@ void TestKpgeom::helpIsPrinted()
                    "  colour    Applies colour transforms in order.\n"
                    "  units     Converts a length to another unit, or to all.\n"
                    "  pages     Lists the predefined page sizes.\n"
+                   "  recent    Shows and changes the recent files of a configuration directory.\n"
                    "\n"
                    "\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input or "
                    "output.\n"
@@ -197,6 +199,7 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");
     QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options]\n");
+    QTest::newRow("recent") << QByteArray("Usage: kpgeom recent [options] ACTION [OPERAND...]\n");
 }
 
 void TestKpgeom::helpOfCommandIsPrinted()

@@ -39,5 +39,6 @@ Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);
 Outcome runPages(Command const& command, QStringList const& arguments);
+Outcome runRecent(Command const& command, QStringList const& arguments);
 
 #endif // COMMAND_H

@@ -28,16 +28,6 @@ QString reasonOf(QFileDevice const& device)
     return errno == 0 ? device.errorString() : qt_error_string(errno);
 }
 
-/**
- * False, after an error message, for a name with bytes that are no text: Qt has replaced them
- * and would take another file.
- */
-bool isNameExact(QString const& file)
-{
-    return !file.contains(QChar(QChar::ReplacementCharacter))
-        || fail(file, QStringLiteral("the name is not valid text"));
-}
-
 } // namespace
 
 QString printable(QString const& text)
@@ -53,6 +43,12 @@ QString printable(QString const& text)
 QString displayName(QString const& file)
 {
     return file == standardStream ? QStringLiteral("<stdin>") : printable(file);
+}
+
+bool isNameExact(QString const& file)
+{
+    return !file.contains(QChar(QChar::ReplacementCharacter))
+        || fail(file, QStringLiteral("the name is not valid text"));
 }
 
 void printError(QString const& line)

@@ -14,6 +14,12 @@ QString printable(QString const& text);
 /** The name of a file in messages, printable: "-" is standard input. */
 QString displayName(QString const& file);
 
+/**
+ * False, after an error message, for a name with bytes that are no text: Qt has replaced them
+ * and would take another file.
+ */
+bool isNameExact(QString const& file);
+
 /** Prints one line on standard error. */
 void printError(QString const& line);
 

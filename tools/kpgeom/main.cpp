@@ -30,6 +30,9 @@ constexpr Command commands[] = {
     {"units", "VALUE UNIT [UNIT]", "A number; options stand before a negative one.",
         "Converts a length to another unit, or to all.", runUnits},
     {"pages", "", "", "Lists the predefined page sizes.", runPages},
+    {"recent", "ACTION [OPERAND...]",
+        "list, folders, add PATH..., pin ROW, unpin INDEX, remove ROW or remove PATH.",
+        "Shows and changes the recent files of a configuration directory.", runRecent},
 };
 
 QString helpText()
@@ -37,7 +40,7 @@ QString helpText()
     QString text = QStringLiteral(
         "Usage: kpgeom COMMAND ...\n\n"
         "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
-        "converts lengths.\n\n"
+        "converts lengths; shows and changes recent files.\n\n"
         "Commands:\n");
     for (Command const& command : commands) {
         text += QStringLiteral("  %1  %2\n")

@@ -1,0 +1,373 @@
+#include "commandline.h"
+#include "inputoutput.h"
+#include "recentlists.h"
+#include "texttable.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+using RecFile = KpRecentFileManager::RecFile;
+using RecFileInfo = KpRecentFileManager::RecFileInfo;
+
+struct RecentOptions
+{
+    QStringList operands;
+    bool asJson = false;
+    bool ofFolders = false;
+};
+
+/** What can be done with the lists. */
+struct Action
+{
+    char const* name;
+    char const* operandText; ///< of the operand that it needs, empty if it takes none
+    bool takesMore;
+    bool changes;
+    /** The text to print; nothing, after an error message, on failure. */
+    std::optional<QString> (*run)(RecentLists& lists, RecentOptions const& options);
+};
+
+QString kindText(int kind)
+{
+    switch (kind) {
+    case KpRecentFileManager::RecLocal:
+        return QStringLiteral("local");
+    case KpRecentFileManager::RecPersonal:
+        return QStringLiteral("personal");
+    case KpRecentFileManager::RecTeam:
+        return QStringLiteral("team");
+    case KpRecentFileManager::RecGoogleDrive:
+        return QStringLiteral("Google Drive");
+    case KpRecentFileManager::RecDropbox:
+        return QStringLiteral("Dropbox");
+    default:
+        return QStringLiteral("unknown (%1)").arg(kind);
+    }
+}
+
+/** An entry of a list as it is shown, and the numbers by which it is spoken of. */
+struct ShownEntry
+{
+    RecFileInfo info;
+    QString teamName;
+    int index;
+    std::optional<int> pinRow; ///< of the row that pins it: none reaches some in a broken list
+    int removeRow; ///< of the row that removes it
+};
+
+/** Rows are those of the application, where one of its own stands behind the pinned entries. */
+std::optional<int> pinRowOf(QList<RecFile> const& entries, int index)
+{
+    if (!entries.first().isTop)
+        return index;
+    if (!entries.at(index).isTop)
+        return index + 1;
+    return index == 0 || entries.at(index - 1).isTop ? std::optional(index) : std::nullopt;
+}
+
+/** For removal the application counts every row but the first one too many behind a pinned one. */
+int removeRowOf(QList<RecFile> const& entries, int index)
+{
+    return index > 0 && entries.first().isTop ? index + 1 : index;
+}
+
+QVector<ShownEntry> shownEntries(QList<RecFile> const& entries, QVector<RecFileInfo> const& infos)
+{
+    QVector<ShownEntry> shown;
+    for (int i = 0; i < infos.size(); ++i) {
+        shown.append({infos.at(i), entries.at(i).teamName, i, pinRowOf(entries, i),
+            removeRowOf(entries, i)});
+    }
+    return shown;
+}
+
+QVector<ShownEntry> shownFiles(KpRecentFileManager& manager)
+{
+    QVector<RecFileInfo> infos;
+    manager.getRecentFiles(infos);
+    return shownEntries(manager.m_files, infos);
+}
+
+QVector<ShownEntry> shownFolders(KpRecentFileManager& manager)
+{
+    QVector<RecFileInfo> infos;
+    manager.getRecentFolder(infos);
+    return shownEntries(manager.m_folders, infos);
+}
+
+QString toText(QVector<ShownEntry> const& entries, QString const& title)
+{
+    if (entries.isEmpty())
+        return QStringLiteral("%1: none\n").arg(title);
+    TextTable table({QStringLiteral(">index"), QStringLiteral(">pin"), QStringLiteral(">remove"),
+        QStringLiteral("pinned"), QStringLiteral("kind"), QStringLiteral("name"),
+        QStringLiteral("location"), QStringLiteral("path")});
+    for (ShownEntry const& entry : entries) {
+        table.addRow({QString::number(entry.index),
+            entry.pinRow ? QString::number(*entry.pinRow) : QStringLiteral("-"),
+            QString::number(entry.removeRow),
+            entry.info.isTop ? QStringLiteral("yes") : QStringLiteral("-"),
+            kindText(entry.info.type), printable(entry.info.name), printable(entry.info.location),
+            printable(entry.info.path)});
+    }
+    return QStringLiteral("%1: %2\n").arg(title, QString::number(entries.size())) + table.toText();
+}
+
+QJsonArray toJson(QVector<ShownEntry> const& entries)
+{
+    QJsonArray array;
+    for (ShownEntry const& entry : entries) {
+        array.append(QJsonObject {{QStringLiteral("index"), entry.index},
+            {QStringLiteral("pinRow"), entry.pinRow ? QJsonValue(*entry.pinRow) : QJsonValue()},
+            {QStringLiteral("removeRow"), entry.removeRow},
+            {QStringLiteral("pinned"), entry.info.isTop}, {QStringLiteral("type"), entry.info.type},
+            {QStringLiteral("kind"), kindText(entry.info.type)},
+            {QStringLiteral("name"), entry.info.name},
+            {QStringLiteral("location"), entry.info.location},
+            {QStringLiteral("path"), entry.info.path}, {QStringLiteral("team"), entry.teamName}});
+    }
+    return array;
+}
+
+QString toText(QJsonObject const& object)
+{
+    return QString::fromUtf8(QJsonDocument(object).toJson());
+}
+
+std::optional<QString> listAll(RecentLists& lists, RecentOptions const& options)
+{
+    KpRecentFileManager& manager = lists.manager();
+    if (options.asJson) {
+        return toText(QJsonObject {{QStringLiteral("file"), lists.file()},
+            {QStringLiteral("fileFolder"), manager.m_recentFileFolder},
+            {QStringLiteral("symbolFolder"), manager.m_symbolFolder},
+            {QStringLiteral("libraryFolder"), manager.m_libraryFolder},
+            {QStringLiteral("files"), toJson(shownFiles(manager))},
+            {QStringLiteral("folders"), toJson(shownFolders(manager))}});
+    }
+    return QStringLiteral("last file from:    %1\n"
+                          "last symbol from:  %2\n"
+                          "last library from: %3\n\n")
+               .arg(printable(manager.m_recentFileFolder), printable(manager.m_symbolFolder),
+                   printable(manager.m_libraryFolder))
+        + toText(shownFiles(manager), QStringLiteral("files")) + QLatin1Char('\n')
+        + toText(shownFolders(manager), QStringLiteral("folders"));
+}
+
+std::optional<QString> listFolders(RecentLists& lists, RecentOptions const& options)
+{
+    QVector<ShownEntry> const folders = shownFolders(lists.manager());
+    if (options.asJson) {
+        return toText(QJsonObject {
+            {QStringLiteral("file"), lists.file()}, {QStringLiteral("folders"), toJson(folders)}});
+    }
+    return toText(folders, QStringLiteral("folders"));
+}
+
+/** A path as the application would have given it: one of the cloud is none of the file system. */
+QString absolutePath(QString const& path)
+{
+    return path.contains(QLatin1String("#$#")) || QDir::isAbsolutePath(path)
+        ? path
+        : QDir::cleanPath(QDir::current().absoluteFilePath(path));
+}
+
+QString changeText(char const* change, QString const& path)
+{
+    return QStringLiteral("%1 %2\n").arg(QLatin1String(change), printable(path));
+}
+
+std::optional<QString> addFiles(RecentLists& lists, RecentOptions const& options)
+{
+    KpRecentFileManager& manager = lists.manager();
+    QString text;
+    for (QString const& operand : options.operands) {
+        if (!isNameExact(operand))
+            return std::nullopt;
+        QString const path = absolutePath(operand);
+        manager.m_isModified = false;
+        manager.addOpenFileInfo(path, KpRecentFileManager::RecAuto, QString());
+        text += changeText(manager.m_isModified ? "added" : "pinned already:", path);
+    }
+    return text;
+}
+
+std::optional<QString> fail(QString const& what)
+{
+    printError(QStringLiteral("kpgeom recent: %1").arg(what));
+    return std::nullopt;
+}
+
+std::optional<QString> noEntry(char const* what, QString const& operand)
+{
+    return fail(QStringLiteral("there is no entry for %1 %2").arg(QLatin1String(what), operand));
+}
+
+bool areEqual(RecFile const& left, RecFile const& right)
+{
+    return left.isTop == right.isTop && left.type == right.type && left.path == right.path
+        && left.teamName == right.teamName;
+}
+
+QList<RecFile>& chosenList(KpRecentFileManager& manager, RecentOptions const& options)
+{
+    return options.ofFolders ? manager.m_folders : manager.m_files;
+}
+
+std::optional<QString> pinEntry(RecentLists& lists, RecentOptions const& options)
+{
+    KpRecentFileManager& manager = lists.manager();
+    QList<RecFile> const& list = chosenList(manager, options);
+    QList<RecFile> const before = list;
+    bool isNumber = false;
+    int const row = options.operands.first().toInt(&isNumber);
+    if (!isNumber)
+        return noEntry("row", options.operands.first());
+    bool const isNew =
+        options.ofFolders ? manager.moveRecentFolderTop(row) : manager.moveRecentFileTop(row);
+    if (!isNew)
+        return changeText("pinned already:", list.first().path);
+    if (std::equal(list.cbegin(), list.cend(), before.cbegin(), areEqual))
+        return noEntry("row", options.operands.first());
+    return changeText("pinned", list.first().path);
+}
+
+std::optional<QString> unpinEntry(RecentLists& lists, RecentOptions const& options)
+{
+    KpRecentFileManager& manager = lists.manager();
+    QList<RecFile> const& list = chosenList(manager, options);
+    bool isNumber = false;
+    int const index = options.operands.first().toInt(&isNumber);
+    if (!isNumber || index < 0 || index >= list.size())
+        return noEntry("index", options.operands.first());
+    QString const path = list.at(index).path;
+    if (!list.at(index).isTop)
+        return fail(QStringLiteral("%1 is not pinned").arg(path));
+    if (options.ofFolders)
+        manager.moveRecentFolderNotTop(index);
+    else
+        manager.moveRecentFileNotTop(index);
+    return changeText("unpinned", path);
+}
+
+std::optional<QString> removeRow(
+    KpRecentFileManager& manager, int row, RecentOptions const& options)
+{
+    QList<RecFile> const& list = chosenList(manager, options);
+    QList<RecFile> const before = list;
+    if (options.ofFolders)
+        manager.delRecentFolder(row);
+    else
+        manager.delRecentFile(row);
+    if (list.size() == before.size())
+        return noEntry("row", QString::number(row));
+    auto const removed =
+        std::mismatch(list.cbegin(), list.cend(), before.cbegin(), areEqual).second;
+    return changeText("removed", removed->path);
+}
+
+std::optional<QString> removePath(
+    KpRecentFileManager& manager, QString const& path, RecentOptions const& options)
+{
+    QList<RecFile>& list = chosenList(manager, options);
+    for (QString const& wanted : {path, absolutePath(path)}) {
+        auto const found = std::find_if(list.begin(), list.end(),
+            [&wanted](RecFile const& entry) { return entry.path == wanted; });
+        if (found != list.end()) {
+            list.erase(found);
+            return changeText("removed", wanted);
+        }
+    }
+    return noEntry("path", path);
+}
+
+std::optional<QString> removeEntry(RecentLists& lists, RecentOptions const& options)
+{
+    QString const operand = options.operands.first();
+    bool isNumber = false;
+    int const row = operand.toInt(&isNumber);
+    return isNumber ? removeRow(lists.manager(), row, options)
+                    : removePath(lists.manager(), operand, options);
+}
+
+constexpr Action actions[] = {
+    {"list", "", false, false, listAll},
+    {"folders", "", false, false, listFolders},
+    {"add", "PATH...", true, true, addFiles},
+    {"pin", "ROW", false, true, pinEntry},
+    {"unpin", "INDEX", false, true, unpinEntry},
+    {"remove", "ROW or PATH", false, true, removeEntry},
+};
+
+/** What is wrong with the number of operands, or nothing. */
+QString operandFault(Action const& action, QStringList const& operands)
+{
+    QString const name = QLatin1String(action.name);
+    bool const isNeeded = *action.operandText != '\0';
+    if (isNeeded && operands.isEmpty())
+        return QStringLiteral("%1 needs %2").arg(name, QLatin1String(action.operandText));
+    if (operands.size() > (isNeeded ? 1 : 0) && !action.takesMore)
+        return QStringLiteral("%1 takes %2")
+            .arg(name, isNeeded ? QStringLiteral("one operand") : QStringLiteral("no operand"));
+    return QString();
+}
+
+Outcome run(Action const& action, QString const& directory, RecentOptions const& options)
+{
+    bool const mayBeMissing = action.run == addFiles;
+    auto lists = RecentLists::load(
+        directory, mayBeMissing ? RecentLists::Missing::IsEmpty : RecentLists::Missing::IsError);
+    if (!lists)
+        return Outcome::Failed;
+    auto const text = action.run(*lists, options);
+    if (!text || (action.changes && !lists->save()) || !printOut(*text))
+        return Outcome::Failed;
+    if (action.changes || lists->oddities().isEmpty())
+        return Outcome::Done;
+    for (BoundedXml::Error const& oddity : lists->oddities())
+        printError(lists->file(), oddity);
+    return Outcome::Warned;
+}
+
+} // namespace
+
+Outcome runRecent(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({QStringLiteral("config"),
+        QStringLiteral("The configuration directory that holds RecentFiles.xml; by default the "
+                       "platform's for this tool."),
+        QStringLiteral("DIR")});
+    line.addOption({QStringLiteral("folders"),
+        QStringLiteral("With pin, unpin and remove: the list of folders, not of files.")});
+    line.addOption(
+        {QStringLiteral("json"), QStringLiteral("With list and folders: print a JSON object.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    QString const name = line.files().value(0);
+    auto const* const action = std::find_if(std::begin(actions), std::end(actions),
+        [&name](Action const& candidate) { return name == QLatin1String(candidate.name); });
+    if (action == std::end(actions)) {
+        return line.misused(name.isEmpty() ? QStringLiteral("no action given")
+                                           : QStringLiteral("unknown action '%1'").arg(name));
+    }
+    RecentOptions const options {line.files().mid(1), line.isSet(QStringLiteral("json")),
+        line.isSet(QStringLiteral("folders"))};
+    if (QString const fault = operandFault(*action, options.operands); !fault.isEmpty())
+        return line.misused(fault);
+    QString const directory = line.isSet(QStringLiteral("config"))
+        ? line.value(QStringLiteral("config"))
+        : QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    if (line.isSet(QStringLiteral("config")) && !QDir(directory).exists()) {
+        printError(QStringLiteral("%1: is no directory").arg(displayName(directory)));
+        return Outcome::Failed;
+    }
+    return run(*action, directory, options);
+}
