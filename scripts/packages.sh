@@ -1,6 +1,6 @@
 # Sourced by the scripts beside it: the Debian packages that they need.
 
-build_packages=(g++ cmake ninja-build qtbase5-dev libqt5svg5-dev zlib1g-dev)
+build_packages=(g++ cmake ninja-build libhwy-dev libqt5svg5-dev qtbase5-dev zlib1g-dev)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
 # llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
 test_packages=(binutils clang clang-format-14 clang-tidy-14 git libclang-rt-14-dev llvm-14

@@ -18,7 +18,13 @@ namespace {
 
 constexpr int defaultMaxCount = 60;
 constexpr int xmlIndentation = 4;
-constexpr QLatin1String fieldSeparator("#$#");
+/** A constant of the compiler's: without the length QLatin1String is none with every compiler. */
+template <std::size_t size> constexpr QLatin1String constant(char const (&text)[size])
+{
+    return QLatin1String(text, static_cast<int>(size) - 1);
+}
+
+constexpr QLatin1String fieldSeparator = constant("#$#");
 
 QString fileName()
 {
@@ -72,10 +78,10 @@ KpRecentFileManager::RecFileType typeOf(QString const& path)
         KpRecentFileManager::RecFileType type;
     };
     constexpr Mark marks[] = {
-        {QLatin1String("/Team/"), KpRecentFileManager::RecTeam},
-        {QLatin1String("/Personal/"), KpRecentFileManager::RecPersonal},
-        {QLatin1String("#$#/GoogleDrive/"), KpRecentFileManager::RecGoogleDrive},
-        {QLatin1String("#$#/Dropbox/"), KpRecentFileManager::RecDropbox},
+        {constant("/Team/"), KpRecentFileManager::RecTeam},
+        {constant("/Personal/"), KpRecentFileManager::RecPersonal},
+        {constant("#$#/GoogleDrive/"), KpRecentFileManager::RecGoogleDrive},
+        {constant("#$#/Dropbox/"), KpRecentFileManager::RecDropbox},
     };
     auto const* const found = std::find_if(std::begin(marks), std::end(marks),
         [&path](Mark const& mark) { return path.contains(mark.text); });
@@ -313,19 +319,19 @@ KpRecentFileManager::RecFileInfo infoOfFolder(RecFile const& folder)
 // -- The file
 
 namespace Tag {
-constexpr QLatin1String files("RecentFiles");
-constexpr QLatin1String file("RecentFile");
-constexpr QLatin1String symbol("RecentSymbol");
-constexpr QLatin1String library("RecentLibrary");
-constexpr QLatin1String folders("RecentFolders");
-constexpr QLatin1String folder("RecentFolder");
+constexpr QLatin1String files = constant("RecentFiles");
+constexpr QLatin1String file = constant("RecentFile");
+constexpr QLatin1String symbol = constant("RecentSymbol");
+constexpr QLatin1String library = constant("RecentLibrary");
+constexpr QLatin1String folders = constant("RecentFolders");
+constexpr QLatin1String folder = constant("RecentFolder");
 } // namespace Tag
 
 namespace Attribute {
-constexpr QLatin1String value("V");
-constexpr QLatin1String type("Type");
-constexpr QLatin1String teamName("TeamName");
-constexpr QLatin1String top("Top");
+constexpr QLatin1String value = constant("V");
+constexpr QLatin1String type = constant("Type");
+constexpr QLatin1String teamName = constant("TeamName");
+constexpr QLatin1String top = constant("Top");
 } // namespace Attribute
 
 /** Whether a document of XML 1.0 may hold the character, half of a pair not being one. */

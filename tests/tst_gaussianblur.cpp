@@ -1,0 +1,603 @@
+#include "gaussianblur.h"
+#include "outlinetesting.h"
+#include "stackblur_p.h"
+
+#include <QColorSpace>
+#include <QGuiApplication>
+
+#include <hwy/targets.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <vector>
+
+using OutlineTesting::seededRandom;
+
+namespace {
+
+using Kernel = StackBlur::Kernel;
+
+/** The kernel that blurBitmap() uses while its table is as it was made. */
+Kernel kernelOf(int radius, quint32 flatness)
+{
+    quint32 const side = quint32(radius) + 1;
+    return {radius, flatness, flatness * (2 * side - 1) + side * side};
+}
+
+/** Pixels of the given values in a format whose four bytes are all kept by a pixmap. */
+QImage imageOf(QVector<QRgb> const& pixels, int width)
+{
+    QImage image(width, pixels.size() / width, QImage::Format_ARGB32_Premultiplied);
+    for (int i = 0; i < pixels.size(); ++i)
+        reinterpret_cast<QRgb*>(image.scanLine(i / width))[i % width] = pixels.at(i);
+    return image;
+}
+
+QVector<QRgb> pixelsOf(QImage const& image)
+{
+    QVector<QRgb> pixels;
+    for (int y = 0; y < image.height(); ++y) {
+        auto const* const row = reinterpret_cast<QRgb const*>(image.constScanLine(y));
+        std::copy_n(row, image.width(), std::back_inserter(pixels));
+    }
+    return pixels;
+}
+
+/** Any bytes; the first pixel is not opaque, so that a pixmap keeps the format. */
+QImage randomImage(int width, int height, QRandomGenerator& random)
+{
+    QVector<QRgb> pixels(width * height);
+    random.generate(pixels.begin(), pixels.end());
+    // Runs of equal pixels and extreme values are more usual than noise.
+    for (int i = 1; i < pixels.size(); ++i) {
+        if (random.bounded(4) == 0)
+            pixels[i] = random.bounded(2) == 0 ? pixels.at(i - 1) : 0xFFFFFFFFU;
+    }
+    pixels[0] &= 0x7FFFFFFFU;
+    return imageOf(pixels, width);
+}
+
+/** The channels along a row or column, each the weighted mean as it is defined. */
+std::vector<quint8> blurredLine(std::vector<quint8> const& line, Kernel const& kernel)
+{
+    int const last = int(line.size()) - 1;
+    std::vector<quint8> result;
+    for (int i = 0; i <= last; ++i) {
+        quint32 sum = 0;
+        for (int d = -kernel.radius; d <= kernel.radius; ++d) {
+            quint32 const weight = quint32(kernel.radius + 1 - std::abs(d)) + kernel.flatness;
+            sum += weight * line[size_t(qBound(0, i + d, last))];
+        }
+        result.push_back(quint8(sum / kernel.divisor));
+    }
+    return result;
+}
+
+/** The bytes of the picture, row by row, after rows and columns were blurred. */
+QVector<QRgb> plainlyBlurred(QImage const& image, Kernel const& kernel)
+{
+    int const width = image.width();
+    int const height = image.height();
+    QVector<QRgb> pixels = pixelsOf(image);
+    auto* const bytes = reinterpret_cast<quint8*>(pixels.data());
+    auto const blurEvery = [&](int lines, int lineStep, int count, int step) {
+        for (int i = 0; i < lines; ++i) {
+            for (int channel = 0; channel < 4; ++channel) {
+                quint8* const first = bytes + (i * lineStep) * 4 + channel;
+                std::vector<quint8> line;
+                for (int j = 0; j < count; ++j)
+                    line.push_back(first[j * step * 4]);
+                line = blurredLine(line, kernel);
+                for (int j = 0; j < count; ++j)
+                    first[j * step * 4] = line[size_t(j)];
+            }
+        }
+    };
+    blurEvery(height, width, width, 1);
+    blurEvery(width, 1, height, width);
+    return pixels;
+}
+
+QVector<QRgb> blurred(QImage const& image, int radius, quint32 flatness)
+{
+    return pixelsOf(GaussianBlur::blurBitmap(image, unsigned(radius), flatness).toImage());
+}
+
+/** Of the first pixel that differs, or empty. */
+QString difference(QVector<QRgb> const& actual, QVector<QRgb> const& expected, int width)
+{
+    if (actual.size() != expected.size())
+        return QStringLiteral("%1 pixels, not %2").arg(actual.size()).arg(expected.size());
+    for (int i = 0; i < actual.size(); ++i) {
+        if (actual.at(i) != expected.at(i)) {
+            return QStringLiteral("pixel (%1, %2) is %3, not %4")
+                .arg(QString::number(i % width), QString::number(i / width),
+                    QString::number(actual.at(i), 16), QString::number(expected.at(i), 16));
+        }
+    }
+    return QString();
+}
+
+/** The sets of instructions that this processor has, one bit each. */
+QVector<qint64> targets()
+{
+    QVector<qint64> bits;
+    for (quint64 rest = quint64(hwy::SupportedTargets()); rest != 0; rest &= rest - 1)
+        bits << qint64(rest & (~rest + 1));
+    return bits;
+}
+
+/** While it lives the blur uses one set of instructions only. */
+class ForcedTarget
+{
+public:
+    explicit ForcedTarget(qint64 target)
+    {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(target);
+    }
+    ~ForcedTarget()
+    {
+        hwy::SetSupportedTargetsForTest(0);
+        hwy::GetChosenTarget().DeInit();
+    }
+    ForcedTarget(ForcedTarget const&) = delete;
+    ForcedTarget& operator=(ForcedTarget const&) = delete;
+};
+
+} // namespace
+
+class TestGaussianBlur : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tableHoldsTheSquares();
+    void kernelIsATriangleOnABox_data();
+    void kernelIsATriangleOnABox();
+    void columnsAreBlurredAfterRows();
+    void meansAreRoundedDown();
+    void nullImageGivesANullPixmap();
+    void withoutRadiusTheImageStays();
+    void radiusEndsAt254();
+    void uniformImageStays_data();
+    void uniformImageStays();
+    void onePixelWideImageIsBlurredInItsColumnOnly();
+    void eachByteIsAChannel();
+    void imageOfTheCallerStays();
+    void whoeverOwnsTheMemoryItIsOnlyRead_data();
+    void whoeverOwnsTheMemoryItIsOnlyRead();
+    void otherFormatsAreConverted_data();
+    void otherFormatsAreConverted();
+    void whatBelongsToThePictureStays();
+    void tableIsReadAtEachCall();
+    void divisorOfZeroReturnsTheImage();
+    void premultipliedPicturesHaveNoHalo();
+
+    void agreesWithTheDefinition_data();
+    void agreesWithTheDefinition();
+    void everySetOfInstructionsGivesTheSameBytes_data();
+    void everySetOfInstructionsGivesTheSameBytes();
+    void plainBlurGivesTheSameBytes();
+    void kernelsThatWrapAreLeftToThePlainBlur();
+    void quotientsAreExactAtEveryStep();
+    void quotientsAreExactForEverySum();
+};
+
+void TestGaussianBlur::tableHoldsTheSquares()
+{
+    QCOMPARE(int(std::size(GaussianBlur::g_gus_blur_scale)), 255);
+    QCOMPARE(GaussianBlur::g_gus_blur_scale[0], 1U);
+    QCOMPARE(GaussianBlur::g_gus_blur_scale[1], 4U);
+    QCOMPARE(GaussianBlur::g_gus_blur_scale[2], 9U);
+    QCOMPARE(GaussianBlur::g_gus_blur_scale[254], 65025U);
+    for (unsigned int i = 0; i < 255; ++i)
+        QCOMPARE(GaussianBlur::g_gus_blur_scale[i], (i + 1) * (i + 1));
+}
+
+void TestGaussianBlur::kernelIsATriangleOnABox_data()
+{
+    QTest::addColumn<unsigned int>("radius");
+    QTest::addColumn<unsigned int>("flatness");
+    QTest::addColumn<QVector<int>>("means");
+    // Of 252 amid zeros, at the distances -3 to 3.
+    QTest::newRow("1, 2, 1 of 4") << 1U << 0U << QVector<int> {0, 0, 63, 126, 63, 0, 0};
+    QTest::newRow("2, 3, 2 of 7") << 1U << 1U << QVector<int> {0, 0, 72, 108, 72, 0, 0};
+    QTest::newRow("1, 2, 3, 2, 1 of 9") << 2U << 0U << QVector<int> {0, 28, 56, 84, 56, 28, 0};
+    QTest::newRow("nearly a box of 3") << 1U << 1000U << QVector<int> {0, 0, 83, 84, 83, 0, 0};
+}
+
+void TestGaussianBlur::kernelIsATriangleOnABox()
+{
+    QFETCH(unsigned int, radius);
+    QFETCH(unsigned int, flatness);
+    QFETCH(QVector<int>, means);
+    QVector<QRgb> line(21, 0);
+    line[10] = qRgba(252, 252, 252, 252);
+    QVector<QRgb> expected(21, 0);
+    for (int i = 0; i < 7; ++i)
+        expected[7 + i] = qRgba(means.at(i), means.at(i), means.at(i), means.at(i));
+    QCOMPARE(blurred(imageOf(line, 21), int(radius), flatness), expected);
+    QCOMPARE(blurred(imageOf(line, 1), int(radius), flatness), expected);
+}
+
+void TestGaussianBlur::columnsAreBlurredAfterRows()
+{
+    QVector<QRgb> pixels(9, 0);
+    pixels[4] = 0xFF; // 255, of which a quarter, rounded down, is 63
+    // Rows: 63, 127, 63; columns of 63: 15, 31, 15; of 127: 31, 63, 31.
+    QCOMPARE(blurred(imageOf(pixels, 3), 1, 0),
+        QVector<QRgb>({0x0F, 0x1F, 0x0F, 0x1F, 0x3F, 0x1F, 0x0F, 0x1F, 0x0F}));
+}
+
+void TestGaussianBlur::meansAreRoundedDown()
+{
+    // (2 * 255 + 254) / 4 is 191, (255 + 3 * 254) / 4 is 254.25.
+    QCOMPARE(blurred(imageOf({255, 254}, 2), 1, 0), QVector<QRgb>({254, 254}));
+    QCOMPARE(blurred(imageOf({0, 3}, 2), 1, 0), QVector<QRgb>({0, 2}));
+}
+
+void TestGaussianBlur::nullImageGivesANullPixmap()
+{
+    QVERIFY(GaussianBlur::blurBitmap(QImage(), 3, 0).isNull());
+    QVERIFY(GaussianBlur::blurBitmap(QImage(), 0, 0).isNull());
+}
+
+void TestGaussianBlur::withoutRadiusTheImageStays()
+{
+    QImage const image = imageOf({1, 2, 3, 4, 5, 6}, 3);
+    QCOMPARE(blurred(image, 0, 0), pixelsOf(image));
+    QCOMPARE(blurred(image, 0, 7), pixelsOf(image));
+    // Nothing is converted either.
+    QImage const grey(3, 2, QImage::Format_Grayscale8);
+    QCOMPARE(GaussianBlur::blurBitmap(grey, 0, 0).toImage(), QPixmap::fromImage(grey).toImage());
+}
+
+void TestGaussianBlur::radiusEndsAt254()
+{
+    QRandomGenerator random = seededRandom(5);
+    QImage const image = randomImage(600, 3, random);
+    QVector<QRgb> const expected = blurred(image, 254, 2);
+    QVERIFY(blurred(image, 253, 2) != expected);
+    for (unsigned int const radius : {255U, 1000U, 0xFFFFFFFFU}) {
+        QCOMPARE(pixelsOf(GaussianBlur::blurBitmap(image, radius, 2).toImage()), expected);
+    }
+}
+
+void TestGaussianBlur::uniformImageStays_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::newRow("one pixel") << 1 << 1;
+    QTest::newRow("a row") << 100 << 1;
+    QTest::newRow("a column") << 1 << 100;
+    QTest::newRow("a picture") << 67 << 35;
+}
+
+void TestGaussianBlur::uniformImageStays()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    for (QRgb const colour : {0x00000000U, 0x01020304U, 0x7F0080FFU, 0xFFFFFFFFU}) {
+        QVector<QRgb> const pixels(width * height, colour);
+        for (int radius = 1; radius <= 254; radius += radius < 20 ? 1 : 13) {
+            for (quint32 const flatness : {0U, 1U, 16U, 300U, 30000U}) {
+                QString const what =
+                    difference(blurred(imageOf(pixels, width), radius, flatness), pixels, width);
+                QVERIFY2(what.isEmpty(),
+                    qPrintable(QStringLiteral("radius %1, flatness %2: %3")
+                                   .arg(QString::number(radius), QString::number(flatness), what)));
+            }
+        }
+    }
+}
+
+void TestGaussianBlur::onePixelWideImageIsBlurredInItsColumnOnly()
+{
+    QRandomGenerator random = seededRandom(6);
+    for (int const length : {1, 2, 5, 40}) {
+        QImage const column = randomImage(1, length, random);
+        QImage const row = imageOf(pixelsOf(column), length);
+        for (int const radius : {1, 4, 39, 254})
+            QCOMPARE(blurred(column, radius, 0), blurred(row, radius, 0));
+    }
+}
+
+void TestGaussianBlur::eachByteIsAChannel()
+{
+    // A colour in a transparent pixel is blurred like any other.
+    QCOMPARE(blurred(imageOf({0x00FF0000, 0x00FF0000, 0xFF00FF00}, 3), 1, 0),
+        QVector<QRgb>({0x00FF0000, 0x3FBF3F00, 0xBF3FBF00}));
+}
+
+void TestGaussianBlur::imageOfTheCallerStays()
+{
+    QRandomGenerator random = seededRandom(7);
+    QImage const image = randomImage(40, 30, random);
+    QVector<QRgb> const before = pixelsOf(image);
+    QVERIFY(blurred(image, 5, 0) != before);
+    QCOMPARE(pixelsOf(image), before);
+}
+
+void TestGaussianBlur::whoeverOwnsTheMemoryItIsOnlyRead_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("padding");
+    for (int const width : {1, 3, 4, 15, 16, 17, 33, 130}) {
+        for (int const height : {1, 2, 16, 17, 35}) {
+            for (int const padding : {0, 4, 52}) {
+                QTest::addRow("%d by %d, %d bytes more a row", width, height, padding)
+                    << width << height << padding;
+            }
+        }
+    }
+}
+
+void TestGaussianBlur::whoeverOwnsTheMemoryItIsOnlyRead()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, padding);
+    QRandomGenerator random(quint32(8 + width + height + padding));
+    QImage const image = randomImage(width, height, random);
+    int const stride = 4 * width + padding;
+    // Without the padding of the last row: one byte too far is seen.
+    std::size_t const size = size_t(height - 1) * size_t(stride) + size_t(4 * width);
+    std::unique_ptr<uchar[]> const memory(new uchar[size]);
+    std::fill_n(memory.get(), size, uchar(0xA5));
+    for (int y = 0; y < height; ++y)
+        std::memcpy(memory.get() + y * stride, image.constScanLine(y), size_t(4 * width));
+    std::vector<uchar> const before(memory.get(), memory.get() + size);
+    for (int const radius : {1, 7, 40, 254}) {
+        QVector<QRgb> const expected = plainlyBlurred(image, kernelOf(radius, 3));
+        QImage const kept(memory.get(), width, height, stride, QImage::Format_ARGB32_Premultiplied);
+        QCOMPARE(blurred(kept, radius, 3), expected);
+        QPixmap const moved = GaussianBlur::blurBitmap(
+            QImage(memory.get(), width, height, stride, QImage::Format_ARGB32_Premultiplied),
+            unsigned(radius), 3);
+        QCOMPARE(pixelsOf(moved.toImage()), expected);
+        QVERIFY(std::equal(before.begin(), before.end(), memory.get()));
+    }
+}
+
+void TestGaussianBlur::otherFormatsAreConverted_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<QImage::Format>("blurredFormat");
+    auto const opaque = QImage::Format_RGB32;
+    auto const transparent = QImage::Format_ARGB32_Premultiplied;
+    QTest::newRow("1 bit") << QImage::Format_Mono << opaque;
+    QTest::newRow("8 bits grey") << QImage::Format_Grayscale8 << opaque;
+    QTest::newRow("8 bits alpha") << QImage::Format_Alpha8 << transparent;
+    QTest::newRow("16 bits") << QImage::Format_RGB16 << opaque;
+    QTest::newRow("16 bits with alpha") << QImage::Format_ARGB4444_Premultiplied << transparent;
+    QTest::newRow("24 bits") << QImage::Format_RGB888 << opaque;
+    QTest::newRow("24 bits with alpha") << QImage::Format_ARGB6666_Premultiplied << transparent;
+    QTest::newRow("64 bits") << QImage::Format_RGBA64 << transparent;
+    QTest::newRow("RGB32") << QImage::Format_RGB32 << QImage::Format_RGB32;
+    QTest::newRow("ARGB32") << QImage::Format_ARGB32 << QImage::Format_ARGB32;
+    QTest::newRow("RGBA8888") << QImage::Format_RGBA8888 << QImage::Format_RGBA8888;
+}
+
+void TestGaussianBlur::otherFormatsAreConverted()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(QImage::Format, blurredFormat);
+    QRandomGenerator random = seededRandom(9);
+    QImage const image = randomImage(37, 21, random).convertToFormat(format);
+    QImage const converted = image.convertToFormat(blurredFormat);
+    QImage expected(37, 21, blurredFormat);
+    QVector<QRgb> const pixels = plainlyBlurred(converted, kernelOf(4, 1));
+    for (int y = 0; y < 21; ++y)
+        std::memcpy(expected.scanLine(y), pixels.constData() + 37 * y, 37 * sizeof(QRgb));
+    QCOMPARE(
+        GaussianBlur::blurBitmap(image, 4, 1).toImage(), QPixmap::fromImage(expected).toImage());
+}
+
+void TestGaussianBlur::whatBelongsToThePictureStays()
+{
+    QImage image = imageOf({0, 1, 2, 3}, 2);
+    image.setDevicePixelRatio(2.0);
+    image.setDotsPerMeterX(1000);
+    image.setDotsPerMeterY(2000);
+    image.setOffset(QPoint(3, 4));
+    image.setText("Author", "A B");
+    image.setColorSpace(QColorSpace::SRgb);
+    QPixmap const pixmap = GaussianBlur::blurBitmap(image, 1, 0);
+    QCOMPARE(pixmap.devicePixelRatio(), 2.0);
+    QImage const plain = QPixmap::fromImage(image).toImage();
+    QImage const result = pixmap.toImage();
+    QCOMPARE(result.dotsPerMeterX(), plain.dotsPerMeterX());
+    QCOMPARE(result.dotsPerMeterY(), plain.dotsPerMeterY());
+    QCOMPARE(result.offset(), plain.offset());
+    QCOMPARE(result.text("Author"), plain.text("Author"));
+    QCOMPARE(result.colorSpace(), plain.colorSpace());
+}
+
+void TestGaussianBlur::tableIsReadAtEachCall()
+{
+    QRandomGenerator random = seededRandom(10);
+    QImage const image = randomImage(30, 20, random);
+    for (quint32 const scale : {1U, 5U, 17U, 100U, 0xFFFFFFFFU}) {
+        GaussianBlur::g_gus_blur_scale[3] = scale;
+        Kernel const kernel {3, 2, 2 * 7 + scale};
+        QVector<QRgb> const result = blurred(image, 3, 2);
+        GaussianBlur::g_gus_blur_scale[3] = 16;
+        QCOMPARE(difference(result, plainlyBlurred(image, kernel), 30), QString());
+    }
+}
+
+void TestGaussianBlur::divisorOfZeroReturnsTheImage()
+{
+    QImage const image = imageOf({1, 200, 3, 4}, 2);
+    // 3 * 1431655764 + 4 is 2^32.
+    QCOMPARE(blurred(image, 1, 1431655764U), pixelsOf(image));
+    QVERIFY(blurred(image, 1, 0) != pixelsOf(image));
+    QImage const grey = QImage(3, 2, QImage::Format_Grayscale8);
+    QCOMPARE(GaussianBlur::blurBitmap(grey, 1, 1431655764U).toImage(),
+        QPixmap::fromImage(grey).toImage());
+}
+
+void TestGaussianBlur::premultipliedPicturesHaveNoHalo()
+{
+    // White beside transparent black.
+    QVector<QRgb> const pixels {0xFFFFFFFFU, 0xFFFFFFFFU, 0x00000000U, 0x00000000U};
+    QImage const premultiplied = imageOf(pixels, 4);
+    QImage plain = premultiplied;
+    plain.reinterpretAsFormat(QImage::Format_ARGB32);
+    QImage const good = GaussianBlur::blurBitmap(premultiplied, 1, 0).toImage();
+    QImage const bad = GaussianBlur::blurBitmap(plain, 1, 0).toImage();
+    QCOMPARE(good.pixelColor(1, 0).alpha(), bad.pixelColor(1, 0).alpha());
+    QCOMPARE(good.pixelColor(1, 0).red(), 255);
+    QVERIFY(bad.pixelColor(1, 0).red() < 200);
+}
+
+void TestGaussianBlur::agreesWithTheDefinition_data()
+{
+    QTest::addColumn<int>("radius");
+    QTest::addColumn<unsigned int>("flatness");
+    for (int const radius : {1, 2, 3, 7, 14, 15, 16, 50, 127, 128, 219, 253, 254}) {
+        for (unsigned int const flatness : {0U, 1U, 2U, 16U, 100U, 1000U, 16383U, 32767U, 32768U,
+                 40000U, 65535U, 1U << 20, 1U << 31, 0xFFFFFFFFU}) {
+            QTest::addRow("radius %d, flatness %u", radius, flatness) << radius << flatness;
+        }
+    }
+}
+
+void TestGaussianBlur::agreesWithTheDefinition()
+{
+    QFETCH(int, radius);
+    QFETCH(unsigned int, flatness);
+    if (kernelOf(radius, flatness).divisor == 0)
+        qFatal("there is no mean");
+    QRandomGenerator random(quint32(radius) * 31 + flatness);
+    QVector<QSize> sizes {{1, 1}, {2, 1}, {1, 2}, {3, 3}, {5, 64}, {64, 5}, {71, 37}, {32, 16}};
+    for (int i = 0; i < 12; ++i)
+        sizes << QSize(random.bounded(1, 80), random.bounded(1, 40));
+    for (QSize const& size : qAsConst(sizes)) {
+        QImage const image = randomImage(size.width(), size.height(), random);
+        QString const what = difference(blurred(image, radius, flatness),
+            plainlyBlurred(image, kernelOf(radius, flatness)), size.width());
+        QVERIFY2(what.isEmpty(),
+            qPrintable(
+                QStringLiteral("%1 by %2: %3")
+                    .arg(QString::number(size.width()), QString::number(size.height()), what)));
+    }
+}
+
+void TestGaussianBlur::everySetOfInstructionsGivesTheSameBytes_data()
+{
+    QTest::addColumn<qint64>("target");
+    for (qint64 const target : targets())
+        QTest::newRow(hwy::TargetName(target)) << target;
+}
+
+void TestGaussianBlur::everySetOfInstructionsGivesTheSameBytes()
+{
+    QFETCH(qint64, target);
+    ForcedTarget const forced(target);
+    QRandomGenerator random = seededRandom(11);
+    for (int i = 0; i < 400; ++i) {
+        int const width = random.bounded(1, 150);
+        int const height = random.bounded(1, 70);
+        int const radius = random.bounded(3) == 0 ? random.bounded(1, 255) : random.bounded(1, 20);
+        quint32 const flatness = random.bounded(2) == 0 ? 0 : quint32(random.bounded(33000));
+        QImage const image = randomImage(width, height, random);
+        QImage copy = image;
+        quint8* const data = copy.bits();
+        StackBlur::blurPlain({data, copy.bytesPerLine(), data, copy.bytesPerLine(), width, height},
+            kernelOf(radius, flatness));
+        QString const what = difference(blurred(image, radius, flatness), pixelsOf(copy), width);
+        QVERIFY2(what.isEmpty(),
+            qPrintable(QStringLiteral("%1 by %2, radius %3, flatness %4: %5")
+                           .arg(QString::number(width), QString::number(height),
+                               QString::number(radius), QString::number(flatness), what)));
+    }
+}
+
+void TestGaussianBlur::plainBlurGivesTheSameBytes()
+{
+    QRandomGenerator random = seededRandom(12);
+    for (int i = 0; i < 200; ++i) {
+        int const width = random.bounded(1, 60);
+        int const height = random.bounded(1, 40);
+        int const radius = random.bounded(1, i % 4 == 0 ? 255 : 12);
+        quint32 const flatness = i % 3 == 0 ? 0 : random.generate() >> random.bounded(32);
+        Kernel const kernel = kernelOf(radius, flatness);
+        if (kernel.divisor == 0)
+            continue;
+        QImage const image = randomImage(width, height, random);
+        QImage result(width, height, image.format());
+        StackBlur::blurPlain({image.constBits(), image.bytesPerLine(), result.bits(),
+                                 result.bytesPerLine(), width, height},
+            kernel);
+        QCOMPARE(difference(pixelsOf(result), plainlyBlurred(image, kernel), width), QString());
+    }
+}
+
+void TestGaussianBlur::kernelsThatWrapAreLeftToThePlainBlur()
+{
+    QVERIFY(StackBlur::isWideKernel(kernelOf(1, 0)));
+    QVERIFY(StackBlur::isWideKernel(kernelOf(254, 16)));
+    QVERIFY(StackBlur::isWideKernel(kernelOf(127, 32767)));
+    QVERIFY(!StackBlur::isWideKernel(kernelOf(1, 32768)));
+    // 32767 * 259 + 130 * 130 is above 2^23.
+    QVERIFY(!StackBlur::isWideKernel(kernelOf(129, 32767)));
+    QVERIFY(!StackBlur::isWideKernel(kernelOf(254, 0xFFFFFFFFU)));
+    QVERIFY(!StackBlur::isWideKernel({3, 0, 15}));
+    QVERIFY(!StackBlur::isWideKernel({3, 0, 17}));
+}
+
+void TestGaussianBlur::quotientsAreExactAtEveryStep()
+{
+    // The quotient never falls as the sum grows, so that it is exact for all sums if it is for
+    // those before and behind each step.
+    QVector<quint32> divisors;
+    for (quint32 divisor = 2; divisor <= 70000; ++divisor)
+        divisors << divisor;
+    for (int radius = 1; radius <= 254; ++radius) {
+        for (quint32 flatness = 0; flatness < 32768; flatness += 1 + flatness / 8)
+            divisors << kernelOf(radius, flatness).divisor;
+    }
+    for (quint32 power = 2; power <= StackBlur::Divisor::greatest; power *= 2)
+        divisors << power - (power > 2 ? 1 : 0) << power << qMin(power + 1, 1U << 23);
+    qint64 count = 0;
+    for (quint32 const value : qAsConst(divisors)) {
+        if (value > StackBlur::Divisor::greatest)
+            continue;
+        StackBlur::Divisor const divisor(value);
+        for (quint32 quotient = 0; quotient < 256; ++quotient) {
+            bool const isExact = divisor.quotient(quotient * value) == quotient
+                && (quotient == 255 || divisor.quotient(quotient * value + value - 1) == quotient);
+            QVERIFY2(isExact, qPrintable(QStringLiteral("%1 times %2").arg(quotient).arg(value)));
+        }
+        ++count;
+    }
+    qInfo("%lld divisors", count);
+    QVERIFY(count > 80000);
+}
+
+void TestGaussianBlur::quotientsAreExactForEverySum()
+{
+#ifdef OUTLINETESTING_SANITIZED
+    QVector<int> const radii {1, 3, 15, 50};
+#else
+    QVector<int> const radii {1, 2, 3, 10, 15, 16, 50, 127, 220, 254};
+#endif
+    for (int const radius : radii) {
+        quint32 const value = kernelOf(radius, 0).divisor;
+        StackBlur::Divisor const divisor(value);
+        QVERIFY(divisor.isShort());
+        for (quint32 sum = 0; sum <= 255 * value; ++sum) {
+            if (divisor.quotient(sum) != sum / value)
+                QFAIL(qPrintable(QStringLiteral("%1 by %2").arg(sum).arg(value)));
+        }
+    }
+}
+
+QTEST_MAIN(TestGaussianBlur)
+#include "tst_gaussianblur.moc"
