@@ -1,4 +1,5 @@
 #include "colorutil.h"
+#include "colourtext.h"
 #include "commandline.h"
 #include "inputoutput.h"
 #include "kpcolor.h"
@@ -31,17 +32,6 @@ struct ColourOptions
     PictureFormat format = PictureFormat::Png;
     bool compares = false;
 };
-
-/** "#RGB", "#RRGGBB", "#AARRGGBB", six digits without the sign, or a name of SVG. */
-QColor colourFromText(QString const& text)
-{
-    QColor colour;
-    if (text.size() == 6)
-        colour.setNamedColor(QLatin1Char('#') + text);
-    if (!colour.isValid())
-        colour.setNamedColor(text);
-    return colour;
-}
 
 /** What is wrong with the transform, or nothing. */
 QString appendStep(QString const& text, std::vector<Step>& steps)

@@ -39,6 +39,8 @@ Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);
 Outcome runPages(Command const& command, QStringList const& arguments);
+Outcome runBlur(Command const& command, QStringList const& arguments);
+Outcome runDigest(Command const& command, QStringList const& arguments);
 Outcome runRecent(Command const& command, QStringList const& arguments);
 
 #endif // COMMAND_H

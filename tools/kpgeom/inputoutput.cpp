@@ -71,22 +71,25 @@ bool printOut(QString const& text)
     return writeOutput(standardStream, text.toUtf8());
 }
 
+bool openInput(QFile& input, QString const& file)
+{
+    bool isOpen = false;
+    if (file == standardStream) {
+        isOpen = input.open(stdin, QIODevice::ReadOnly);
+    } else {
+        if (!isNameExact(file))
+            return false;
+        input.setFileName(file);
+        isOpen = input.open(QIODevice::ReadOnly);
+    }
+    return isOpen || fail(file, input.errorString());
+}
+
 std::optional<QByteArray> readInput(QString const& file)
 {
     QFile input;
-    bool opened = false;
-    if (file == standardStream) {
-        opened = input.open(stdin, QIODevice::ReadOnly);
-    } else {
-        if (!isNameExact(file))
-            return std::nullopt;
-        input.setFileName(file);
-        opened = input.open(QIODevice::ReadOnly);
-    }
-    if (!opened) {
-        fail(file, input.errorString());
+    if (!openInput(input, file))
         return std::nullopt;
-    }
     BoundedXml::Error error;
     QByteArray const content = BoundedXml::read(input, error);
     if (!error.isNull()) {

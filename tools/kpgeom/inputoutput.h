@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class QFile;
+
 /** The text without control characters: it stays on one line and does nothing to a terminal. */
 QString printable(QString const& text);
 
@@ -28,6 +30,9 @@ void printError(QString const& file, BoundedXml::Error const& error);
 
 /** Prints `text` on standard output; false if it cannot be written. */
 bool printOut(QString const& text);
+
+/** Opens the file for reading, "-" being standard input; false, after an error message, if not. */
+bool openInput(QFile& input, QString const& file);
 
 /**
  * All that the file holds, "-" being standard input. Nothing, after an error message, when it

@@ -30,6 +30,10 @@ constexpr Command commands[] = {
     {"units", "VALUE UNIT [UNIT]", "A number; options stand before a negative one.",
         "Converts a length to another unit, or to all.", runUnits},
     {"pages", "", "", "Lists the predefined page sizes.", runPages},
+    {"blur", "IN -o OUT -r RADIUS", fileHelp, "Blurs a picture, or puts a blurred shadow under it.",
+        runBlur},
+    {"digest", "FILE...", fileHelp,
+        "Prints the application's own digest of files. It is not the published MD5.", runDigest},
     {"recent", "ACTION [OPERAND...]",
         "list, folders, add PATH..., pin ROW, unpin INDEX, remove ROW or remove PATH.",
         "Shows and changes the recent files of a configuration directory.", runRecent},
@@ -40,7 +44,7 @@ QString helpText()
     QString text = QStringLiteral(
         "Usage: kpgeom COMMAND ...\n\n"
         "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
-        "converts lengths; shows and changes recent files.\n\n"
+        "converts lengths; blurs pictures; digests files; shows and changes recent files.\n\n"
         "Commands:\n");
     for (Command const& command : commands) {
         text += QStringLiteral("  %1  %2\n")

@@ -87,21 +87,26 @@ std::optional<PictureFormat> pictureFormat(QString const& name)
     return std::nullopt;
 }
 
+QString sizeFault(QSizeF const& size)
+{
+    double const width = std::ceil(size.width());
+    double const height = std::ceil(size.height());
+    if (!std::isfinite(width) || !std::isfinite(height))
+        return QStringLiteral("a coordinate is too large or no number and cannot be drawn");
+    if (width >= 1.0 && height >= 1.0 && width <= largestSide && height <= largestSide
+        && width * height <= largestArea)
+        return QString();
+    return QStringLiteral("a picture of %1 by %2 is too large")
+        .arg(QString::number(width, 'g', 6), QString::number(height, 'g', 6));
+}
+
 std::optional<QByteArray> toFile(Picture const& picture, PictureFormat format, QString& error)
 {
-    double const width = std::ceil(picture.size.width());
-    double const height = std::ceil(picture.size.height());
-    if (!std::isfinite(width) || !std::isfinite(height)) {
-        error = QStringLiteral("a coordinate is too large or no number and cannot be drawn");
+    error = sizeFault(picture.size);
+    if (!error.isEmpty())
         return std::nullopt;
-    }
-    if (!(width >= 1.0 && height >= 1.0 && width <= largestSide && height <= largestSide
-            && width * height <= largestArea)) {
-        error = QStringLiteral("a picture of %1 by %2 is too large")
-                    .arg(QString::number(width, 'g', 6), QString::number(height, 'g', 6));
-        return std::nullopt;
-    }
-    Picture const whole {QSizeF(width, height), picture.paint};
+    Picture const whole {
+        QSizeF(std::ceil(picture.size.width()), std::ceil(picture.size.height())), picture.paint};
     QByteArray const file = encoded(whole, format);
     if (file.isEmpty()) {
         error = QStringLiteral("there is no memory for the picture");

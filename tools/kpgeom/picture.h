@@ -17,7 +17,10 @@ struct Picture
     std::function<void(QPainter&)> paint;
 };
 
-/** The formats that pictures are written in. */
+/** What forbids a picture of this size, which is too small or too large; or empty. */
+QString sizeFault(QSizeF const& size);
+
+/** The formats that drawings are written in. */
 enum class PictureFormat { Svg, Png, Pdf };
 
 /** The format with this name ("svg", in any letter case). */

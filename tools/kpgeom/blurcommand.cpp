@@ -1,0 +1,130 @@
+#include "colourtext.h"
+#include "commandline.h"
+#include "dropshadow.h"
+#include "gaussianblur.h"
+#include "inputoutput.h"
+#include "picture.h"
+#include "rasterpicture.h"
+
+#include <QFileInfo>
+
+namespace {
+
+constexpr unsigned int greatestRadius = 254;
+constexpr int greatestOffset = 20000;
+
+struct BlurOptions
+{
+    QString output;
+    QString format;
+    BlurKernel kernel {0, 0};
+    std::optional<DropShadow> shadow;
+};
+
+/** "DX,DY,COLOUR" */
+std::optional<DropShadow> shadowFromText(QString const& text)
+{
+    QStringList const parts = text.split(QLatin1Char(','));
+    if (parts.size() != 3)
+        return std::nullopt;
+    bool isNumber[2] = {};
+    DropShadow const shadow {
+        QPoint(parts.at(0).toInt(&isNumber[0]), parts.at(1).toInt(&isNumber[1])),
+        colourFromText(parts.at(2))};
+    bool const isNear =
+        qAbs(shadow.offset.x()) <= greatestOffset && qAbs(shadow.offset.y()) <= greatestOffset;
+    if (!isNumber[0] || !isNumber[1] || !isNear || !shadow.colour.isValid())
+        return std::nullopt;
+    return shadow;
+}
+
+/** What is wrong with the options, or nothing. */
+QString readOptions(CommandLine const& line, BlurOptions& options)
+{
+    if (line.files().size() != 1)
+        return QStringLiteral("one picture is taken");
+    options.output = line.value(QStringLiteral("output"));
+    if (options.output.isEmpty())
+        return QStringLiteral("no output file given (-o)");
+    options.format = line.isSet(QStringLiteral("format")) ? line.value(QStringLiteral("format"))
+                                                          : QFileInfo(options.output).suffix();
+    if (!isWritableFormat(options.format))
+        return QStringLiteral("pictures of the format '%1' are not written").arg(options.format);
+    bool isNumber = false;
+    options.kernel.radius = line.value(QStringLiteral("radius")).toUInt(&isNumber);
+    if (!isNumber || options.kernel.radius > greatestRadius)
+        return QStringLiteral("-r takes a number from 0 to %1").arg(greatestRadius);
+    options.kernel.flatness = line.value(QStringLiteral("flatness")).toUInt(&isNumber);
+    if (!isNumber)
+        return QStringLiteral("--flatness takes a number from 0 to 4294967295");
+    if (line.isSet(QStringLiteral("shadow"))) {
+        options.shadow = shadowFromText(line.value(QStringLiteral("shadow")));
+        if (!options.shadow) {
+            return QStringLiteral("--shadow takes an offset of at most %1 pixels and a colour, "
+                                  "like 4,4,#80000000")
+                .arg(greatestOffset);
+        }
+    }
+    return QString();
+}
+
+QImage blurred(QImage const& picture, BlurOptions const& options)
+{
+    return options.shadow
+        ? withDropShadow(picture, *options.shadow, options.kernel)
+        : GaussianBlur::blurBitmap(picture, options.kernel.radius, options.kernel.flatness)
+              .toImage();
+}
+
+/** The blurred picture as a file; empty, with `error` set, on failure. */
+QByteArray blurredFile(QByteArray const& file, BlurOptions const& options, QString& error)
+{
+    QImage const picture = decodedPicture(file, error);
+    if (error.isEmpty() && options.shadow)
+        error = sizeFault(shadowedArea(picture.size(), *options.shadow, options.kernel).size());
+    if (!error.isEmpty())
+        return QByteArray();
+    QByteArray const result = encodedPicture(blurred(picture, options), options.format);
+    if (result.isEmpty())
+        error = QStringLiteral("the picture cannot be written in this format");
+    return result;
+}
+
+} // namespace
+
+Outcome runBlur(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+        QStringLiteral("Write the picture to <OUT>; its suffix is the format."),
+        QStringLiteral("OUT")});
+    line.addOption({QStringLiteral("format"),
+        QStringLiteral("The format, like png. Needed with -o -."), QStringLiteral("NAME")});
+    line.addOption({{QStringLiteral("r"), QStringLiteral("radius")},
+        QStringLiteral("How far a pixel spreads, 0 to 254 pixels; a Gaussian blur of about 0.41 "
+                       "times that."),
+        QStringLiteral("RADIUS")});
+    line.addOption({QStringLiteral("flatness"),
+        QStringLiteral("Added to all weights: 0 is a triangle (the default), a large one a box."),
+        QStringLiteral("N"), QStringLiteral("0")});
+    line.addOption({QStringLiteral("shadow"),
+        QStringLiteral("Leave the picture sharp and blur a shadow of it, moved to the right and "
+                       "down. The result grows to hold both."),
+        QStringLiteral("DX,DY,COLOUR")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    BlurOptions options;
+    if (QString const fault = readOptions(line, options); !fault.isEmpty())
+        return line.misused(fault);
+    QString const input = line.files().first();
+    auto const file = readInput(input);
+    if (!file)
+        return Outcome::Failed;
+    QString error;
+    QByteArray const result = blurredFile(*file, options, error);
+    if (!error.isEmpty()) {
+        printError(QStringLiteral("%1: %2").arg(displayName(input), error));
+        return Outcome::Failed;
+    }
+    return writeOutput(options.output, result) ? Outcome::Done : Outcome::Failed;
+}

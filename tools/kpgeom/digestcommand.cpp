@@ -1,0 +1,216 @@
+#include "commandline.h"
+#include "inputoutput.h"
+#include "md5.h"
+#include "progress.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 chunkSize = 1 << 16;
+constexpr qint64 bytesAStep = 64 * chunkSize;
+
+/** How many steps of the progress bar a file takes. */
+int stepsOf(QString const& file)
+{
+    qint64 const size = file == QLatin1String("-") ? 0 : QFileInfo(file).size();
+    return static_cast<int>(qBound<qint64>(1, size / bytesAStep, 1000000));
+}
+
+int stepsOf(QStringList const& files)
+{
+    int steps = 0;
+    for (QString const& file : files)
+        steps = qMin(steps + stepsOf(file), 1000000000);
+    return steps;
+}
+
+/** The digest of all that the file holds; nothing, after an error message, on failure. */
+std::optional<QString> digestOf(QString const& file, Progress& progress)
+{
+    QFile input;
+    if (!openInput(input, file))
+        return std::nullopt;
+    MD5 md5;
+    QByteArray chunk(chunkSize, '\0');
+    progress.step();
+    for (qint64 read = 0, total = 0; (read = input.read(chunk.data(), chunkSize)) != 0;) {
+        if (read < 0) {
+            printError(QStringLiteral("%1: %2").arg(displayName(file), input.errorString()));
+            return std::nullopt;
+        }
+        md5.update(chunk.constData(), static_cast<std::size_t>(read));
+        total += read;
+        if (total % bytesAStep == 0 && total / bytesAStep > 1)
+            progress.step();
+    }
+    return QString::fromStdString(md5.toString());
+}
+
+/** A digest with its file, as in a line of the output. */
+struct Entry
+{
+    QString digest;
+    QString file;
+};
+
+/** As the digest tools of the system write it: a backslash in front tells of others behind. */
+QString lineOf(Entry const& entry)
+{
+    QString name = entry.file;
+    name.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    name.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    name.replace(QLatin1Char('\r'), QLatin1String("\\r"));
+    QString const mark = name == entry.file ? QString() : QStringLiteral("\\");
+    return QStringLiteral("%1%2  %3\n").arg(mark, entry.digest, name);
+}
+
+/** The name without the backslashes of lineOf(); nothing if they are not from there. */
+std::optional<QString> nameFromLine(QString const& text)
+{
+    QString name;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) != QLatin1Char('\\')) {
+            name += text.at(i);
+            continue;
+        }
+        QChar const next = ++i < text.size() ? text.at(i) : QChar();
+        if (next == QLatin1Char('\\'))
+            name += QLatin1Char('\\');
+        else if (next == QLatin1Char('n'))
+            name += QLatin1Char('\n');
+        else if (next == QLatin1Char('r'))
+            name += QLatin1Char('\r');
+        else
+            return std::nullopt;
+    }
+    return name;
+}
+
+/** What a line of lineOf() says; nothing if it is none. */
+std::optional<Entry> entryFromLine(QString line)
+{
+    bool const isEscaped = line.startsWith(QLatin1Char('\\'));
+    line = line.mid(isEscaped ? 1 : 0);
+    int const digits = 32;
+    QString const digest = line.left(digits).toLower();
+    QString const between = line.mid(digits, 2);
+    QString const name = line.mid(digits + 2);
+    auto const isDigit = [](QChar character) {
+        return QLatin1String("0123456789abcdef").contains(character);
+    };
+    bool const isEntry = digest.size() == digits
+        && std::all_of(digest.begin(), digest.end(), isDigit)
+        && (between == QLatin1String("  ") || between == QLatin1String(" *")) && !name.isEmpty();
+    auto const file = isEscaped ? nameFromLine(name) : std::optional(name);
+    if (!isEntry || !file)
+        return std::nullopt;
+    return Entry {digest, *file};
+}
+
+Outcome printDigests(QStringList const& files)
+{
+    Outcome outcome = Outcome::Done;
+    Progress progress(stepsOf(files));
+    for (QString const& file : files) {
+        auto const digest = digestOf(file, progress);
+        Progress::clear();
+        if (!digest)
+            outcome = Outcome::Failed;
+        else if (!printOut(lineOf({*digest, file})))
+            return Outcome::Failed;
+    }
+    return outcome;
+}
+
+/** What checking the lines of lists came to. */
+struct Tally
+{
+    int malformed = 0;
+    int unreadable = 0;
+    int different = 0;
+    bool isPrinted = true;
+};
+
+void checkEntry(Entry const& entry, Progress& progress, Tally& tally)
+{
+    auto const digest = digestOf(entry.file, progress);
+    Progress::clear();
+    QString verdict = QStringLiteral("OK");
+    if (!digest) {
+        ++tally.unreadable;
+        verdict = QStringLiteral("FAILED open or read");
+    } else if (*digest != entry.digest) {
+        ++tally.different;
+        verdict = QStringLiteral("FAILED");
+    }
+    tally.isPrinted =
+        tally.isPrinted && printOut(QStringLiteral("%1: %2\n").arg(printable(entry.file), verdict));
+}
+
+/** False, after an error message, when the list cannot be read or holds no digest. */
+bool checkList(QString const& list, Tally& tally)
+{
+    auto const content = readInput(list);
+    if (!content)
+        return false;
+    QStringList lines = QString::fromUtf8(*content).split(QLatin1Char('\n'));
+    if (lines.last().isEmpty())
+        lines.removeLast();
+    QVector<Entry> entries;
+    QStringList files;
+    for (int i = 0; i < lines.size(); ++i) {
+        if (auto const entry = entryFromLine(lines.at(i))) {
+            entries.append(*entry);
+            files.append(entry->file);
+        } else {
+            ++tally.malformed;
+            printError(QStringLiteral("%1:%2:1: no line with a digest")
+                           .arg(displayName(list), QString::number(i + 1)));
+        }
+    }
+    if (entries.isEmpty()) {
+        printError(QStringLiteral("%1: no digest found").arg(displayName(list)));
+        return false;
+    }
+    Progress progress(stepsOf(files));
+    for (Entry const& entry : qAsConst(entries))
+        checkEntry(entry, progress, tally);
+    return true;
+}
+
+Outcome checkLists(QStringList const& lists)
+{
+    Tally tally;
+    bool areRead = true;
+    for (QString const& list : lists)
+        areRead = checkList(list, tally) && areRead;
+    if (tally.unreadable > 0) {
+        printError(
+            QStringLiteral("kpgeom digest: files that cannot be read: %1").arg(tally.unreadable));
+    }
+    if (tally.different > 0)
+        printError(QStringLiteral("kpgeom digest: digests that differ: %1").arg(tally.different));
+    if (!areRead || !tally.isPrinted || tally.unreadable > 0 || tally.different > 0)
+        return Outcome::Failed;
+    return tally.malformed > 0 ? Outcome::Warned : Outcome::Done;
+}
+
+} // namespace
+
+Outcome runDigest(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({{QStringLiteral("c"), QStringLiteral("check")},
+        QStringLiteral("Read such lines from the files, and say which of the files that they name "
+                       "are still the same.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    if (line.files().isEmpty())
+        return line.misused(QStringLiteral("no file given"));
+    return line.isSet(QStringLiteral("check")) ? checkLists(line.files())
+                                               : printDigests(line.files());
+}
