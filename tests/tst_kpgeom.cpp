@@ -164,7 +164,8 @@ void TestKpgeom::helpIsPrinted()
         QByteArray("Usage: kpgeom COMMAND ...\n"
                    "\n"
                    "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
-                   "converts lengths; shows and changes recent files.\n"
+                   "converts lengths; blurs pictures; digests files; shows and changes recent "
+                   "files.\n"
                    "\n"
                    "Commands:\n"
                    "  info      Says what outlines the documents hold.\n"
@@ -175,6 +176,9 @@ void TestKpgeom::helpIsPrinted()
                    "  colour    Applies colour transforms in order.\n"
                    "  units     Converts a length to another unit, or to all.\n"
                    "  pages     Lists the predefined page sizes.\n"
+                   "  blur      Blurs a picture, or puts a blurred shadow under it.\n"
+                   "  digest    Prints the application's own digest of files. It is not the "
+                   "published MD5.\n"
                    "  recent    Shows and changes the recent files of a configuration directory.\n"
                    "\n"
                    "\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input or "
@@ -199,6 +203,8 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");
     QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options]\n");
+    QTest::newRow("blur") << QByteArray("Usage: kpgeom blur [options] IN -o OUT -r RADIUS\n");
+    QTest::newRow("digest") << QByteArray("Usage: kpgeom digest [options] FILE...\n");
     QTest::newRow("recent") << QByteArray("Usage: kpgeom recent [options] ACTION [OPERAND...]\n");
 }
 

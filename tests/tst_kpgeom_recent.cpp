@@ -389,7 +389,8 @@ void TestKpgeomRecent::unreadableFilesAreToldAndKept_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QByteArray>("fault");
-    QTest::newRow("truncated") << usualFile.left(100) << QByteArray("4:8: Premature end of document.");
+    QTest::newRow("truncated") << usualFile.left(100)
+                               << QByteArray("4:8: Premature end of document.");
     QTest::newRow("deep") << QByteArray("<a>").repeated(1001)
                           << QByteArray("1:3004: more than 1000 "
                                         "nested elements");

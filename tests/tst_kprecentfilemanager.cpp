@@ -12,6 +12,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+// With a sanitizer a process needs more system calls than the filter lets through.
+#if !defined(OUTLINETESTING_SANITIZED) && (defined(__x86_64__) || defined(__aarch64__))
+#define WITH_SYSTEM_CALL_FILTER
+#endif
+
 using namespace RecentFilesTesting;
 
 namespace {
@@ -270,7 +275,7 @@ void addAll(KpRecentFileManager& manager, QStringList const& paths)
         manager.addRecentFile(path, KpRecentFileManager::RecLocal, QString());
 }
 
-#if defined(__x86_64__) || defined(__aarch64__)
+#ifdef WITH_SYSTEM_CALL_FILTER
 
 /** From here on the process dies when it asks for anything by its name in the file system. */
 void forbidFileSystem()
@@ -1145,7 +1150,7 @@ void TestKpRecentFileManager::userFoldersAreFoundWhenTheyChange()
 
 void TestKpRecentFileManager::listingDoesNotTouchTheFileSystem()
 {
-#if !defined(OUTLINETESTING_SANITIZED) && (defined(__x86_64__) || defined(__aarch64__))
+#ifdef WITH_SYSTEM_CALL_FILTER
     KpRecentFileManager manager;
     for (int i = 10; i < 70; ++i)
         manager.addOpenFileInfo(QString("%1/d%2/f%2.x").arg(m_home->documents()).arg(i), 0, "");
@@ -1166,7 +1171,7 @@ void TestKpRecentFileManager::listingDoesNotTouchTheFileSystem()
     });
     QCOMPARE(asking, SIGSYS);
 #else
-    qInfo("with a sanitizer a process needs more than the filter lets through: not run");
+    qInfo("no filter of system calls here: not run");
 #endif
 }
 

@@ -221,7 +221,7 @@ void TestMd5::everyLengthAgreesWithThePlainDigest()
 void TestMd5::piecesMakeNoDifference()
 {
     QRandomGenerator random = seededRandom(22);
-    for (size_t const size : {55, 56, 63, 64, 65, 119, 120, 128, 1000}) {
+    for (size_t const size : std::vector<size_t> {55, 56, 63, 64, 65, 119, 120, 128, 1000}) {
         std::string const bytes = randomBytes(size, random);
         std::string const whole = MD5(bytes).toString();
         for (size_t piece = 1; piece <= size; piece += piece < 140 ? 1 : 97) {

@@ -7,6 +7,9 @@
 #include <QImageWriter>
 #include <QPainter>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
 bool hasTransparency(QString const& format)
@@ -17,12 +20,40 @@ bool hasTransparency(QString const& format)
     return formats.contains(format, Qt::CaseInsensitive);
 }
 
+/** While it lives, what the libraries behind Qt say on standard error of their own is dropped. */
+class QuietStandardError
+{
+public:
+    QuietStandardError()
+    {
+        int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~QuietStandardError()
+    {
+        dup2(m_standardError, STDERR_FILENO);
+        close(m_standardError);
+    }
+    QuietStandardError(QuietStandardError const&) = delete;
+    QuietStandardError& operator=(QuietStandardError const&) = delete;
+
+private:
+    int const m_standardError = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+};
+
 QImage onWhite(QImage const& picture)
 {
     QImage result(picture.size(), QImage::Format_RGB32);
     result.fill(Qt::white);
     QPainter(&result).drawImage(0, 0, picture);
     return result;
+}
+
+QImage readQuietly(QImageReader& reader)
+{
+    QuietStandardError const quiet;
+    return reader.read();
 }
 
 } // namespace
@@ -39,7 +70,7 @@ QImage decodedPicture(QByteArray const& file, QString& error)
         error = sizeFault(reader.size());
     if (!error.isEmpty())
         return QImage();
-    QImage const picture = reader.read();
+    QImage const picture = readQuietly(reader);
     error = picture.isNull() ? reader.errorString() : sizeFault(picture.size());
     if (!error.isEmpty())
         return QImage();
