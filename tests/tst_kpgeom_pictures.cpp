@@ -217,16 +217,17 @@ void TestKpgeomPictures::whatCannotBeReadIsTold()
 void TestKpgeomPictures::largePicturesAreRefused()
 {
     Workplace const place;
-    // The header claims a size that would take 3.6 GB: width and height of 30000.
-    QByteArray const claim = QByteArray::fromHex("3075000030750000");
-    place.write("in.bmp", encoded(square(), "bmp").replace(18, claim.size(), claim));
-    COMPARE_FAILURE(place.run({"blur", "in.bmp", "-o", "out.png", "-r", "3"}), 1,
-        "in.bmp: a picture of 30000 by 30000 is too large");
+    // The header claims 30000 by 30000 pixels, which would take 3.6 GB.
+    QByteArray const header = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452"
+                                                  "000075300000753008060000006627f8ba");
+    place.write("claim.png", header + encoded(square()).mid(header.size()));
+    COMPARE_FAILURE(place.run({"blur", "claim.png", "-o", "out.png", "-r", "3"}), 1,
+        "claim.png: a picture of 30000 by 30000 is too large");
     place.write("in.png", encoded(square()));
     COMPARE_FAILURE(
         place.run({"blur", "in.png", "-o", "out.png", "-r", "3", "--shadow", "20000,0,red"}), 1,
-        "in.png: a picture of 20033 by 33 is too large");
-    QCOMPARE(place.entries(), QStringList({"in.bmp", "in.png"}));
+        "in.png: a picture of 20033 by 36 is too large");
+    QCOMPARE(place.entries(), QStringList({"claim.png", "in.png"}));
 }
 
 void TestKpgeomPictures::wrongUsageIsTold_data()

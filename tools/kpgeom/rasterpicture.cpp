@@ -50,16 +50,11 @@ QImage onWhite(QImage const& picture)
     return result;
 }
 
-QImage readQuietly(QImageReader& reader)
-{
-    QuietStandardError const quiet;
-    return reader.read();
-}
-
 } // namespace
 
 QImage decodedPicture(QByteArray const& file, QString& error)
 {
+    QuietStandardError const quiet;
     QBuffer buffer;
     buffer.setData(file);
     buffer.open(QIODevice::ReadOnly);
@@ -70,7 +65,7 @@ QImage decodedPicture(QByteArray const& file, QString& error)
         error = sizeFault(reader.size());
     if (!error.isEmpty())
         return QImage();
-    QImage const picture = readQuietly(reader);
+    QImage const picture = reader.read();
     error = picture.isNull() ? reader.errorString() : sizeFault(picture.size());
     if (!error.isEmpty())
         return QImage();

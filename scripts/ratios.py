@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Prints a table of ratios from results of Google Benchmark.
+
+usage: ratios.py RESULT.json...
+
+A line compares the medians of two benchmarks of one run. The pairs stand below; a place in
+braces is filled in from the arguments of the benchmark.
+"""
+import json
+import re
+import sys
+
+# What is compared, ours, the peer. {} stands for whatever follows in both.
+PAIRS = [
+    ("next segment, against a plain loop", "walkForwards{}", "walkPeerPlainLoop{}"),
+    ("save, stream, against a bare writer", "saveStream{}", "saveStreamPeerBareWriter{}"),
+    ("parse, stream, against a bare reader", "parseStream{}", "parseStreamPeerBareReader{}"),
+    ("save, DOM, against a copy of the tree", "saveDom{}", "saveDomPeerTreeCopy{}"),
+    ("to path, against a painter path", "toPath{}", "toPathPeerPainterPath{}"),
+    ("tint, against six powers", "tint{}", "tintPeerSixPowers{}"),
+    ("shade, against six powers", "shade{}", "shadePeerSixPowers{}"),
+    ("find transform, against a bare map", "getColorFunc{}", "getColorFuncPeerMap{}"),
+    ("find transform, against a map by value", "getColorFunc{}", "getColorFuncPeerMapByValue{}"),
+    ("add recent file, against a list of strings", "addNew{}", "peerAddNew{}"),
+    ("blur, against a copy of the memory", "ours{radius}{flatness}", "copyOfMemory"),
+    ("blur, against the scalar one", "ours{radius}{flatness}", "scalar{radius}{flatness}"),
+    ("blur, against cv::GaussianBlur", "ours{radius}{flatness}", "peerGaussian{radius}"),
+    ("blur, against two cv::blur", "ours{radius}{flatness}", "peerTwoBoxes{radius}"),
+    ("blur of 64 x 64, against the scalar one", "smallOurs{radius}{flatness}",
+     "smallScalar{radius}{flatness}"),
+    ("digest, against Qt's MD5", "ours{bytes}", "peerQt{bytes}"),
+    ("digest, against OpenSSL's MD5", "ours{bytes}", "peerOpenSsl{bytes}"),
+]
+
+NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def medians(file):
+    """The median times of one run in nanoseconds, by the name of the benchmark."""
+    with open(file, encoding="utf-8") as text:
+        results = json.load(text)["benchmarks"]
+    return {
+        result["run_name"]: result["real_time"] * NANOSECONDS[result["time_unit"]]
+        for result in results
+        if result.get("aggregate_name") == "median"
+    }
+
+
+def pattern(name):
+    """A regular expression for a name of PAIRS, with a group for each place."""
+    parts = re.split(r"(\{\w*\})", name)
+    expressions = []
+    for part in parts:
+        if part == "{}":
+            expressions.append(r"(?P<rest>(?:/[^/]+)*)")
+        elif part.startswith("{"):
+            expressions.append(rf"(?P<{part[1:-1]}>/{part[1:-1]}:[^/]+)")
+        else:
+            expressions.append(re.escape(part))
+    return re.compile("".join(expressions) + "$")
+
+
+def lines_of(times):
+    for title, ours, peer in PAIRS:
+        for name, time in times.items():
+            match = pattern(ours).match(name)
+            if not match:
+                continue
+            places = match.groupdict()
+            peer_name = re.sub(
+                r"\{(\w*)\}", lambda place: places.get(place.group(1) or "rest", ""), peer)
+            if peer_name in times:
+                arguments = "".join(places.values()).replace("/", " ").strip()
+                yield title, arguments, time, times[peer_name]
+
+
+def duration(nanoseconds):
+    for unit in ("s", "ms", "us"):
+        if nanoseconds >= NANOSECONDS[unit]:
+            return f"{nanoseconds / NANOSECONDS[unit]:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def main(files):
+    print(f"{'':45}{'':25}{'ours':>10}{'peer':>10}  time of ours / peer's")
+    for file in files:
+        for title, arguments, ours, peer in lines_of(medians(file)):
+            print(f"{title:45}{arguments:25}{duration(ours):>10}{duration(peer):>10}"
+                  f"{ours / peer:>8.3f}")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])
