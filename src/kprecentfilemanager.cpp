@@ -456,14 +456,12 @@ void KpRecentFileManager::setRecentFileFolder(QString const& filePath)
 void KpRecentFileManager::addSaveFileInfo(
     QString const& path, unsigned int type, QString const& teamName)
 {
-    // Either may be a string of this manager, which changes.
-    QString const addedPath = path;
-    QString const addedTeam = teamName;
-    setRecentFileFolder(addedPath);
-    if (type == RecAuto)
-        addRecentFile(addedPath, typeOf(addedPath), QString());
-    else
-        addRecentFile(addedPath, type, addedTeam);
+    // A copy: both may be strings of this manager, which change.
+    bool const isAuto = type == RecAuto;
+    RecFile const added {
+        false, isAuto ? typeOf(path) : static_cast<int>(type), path, isAuto ? QString() : teamName};
+    setRecentFileFolder(added.path);
+    addRecentFile(added.path, static_cast<unsigned int>(added.type), added.teamName);
 }
 
 void KpRecentFileManager::addOpenFileInfo(

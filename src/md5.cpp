@@ -184,7 +184,7 @@ std::string MD5::bytesToHexString(unsigned char const* input, std::size_t length
 void MD5::transform(unsigned char const block[64])
 {
     std::uint32_t words[16];
-    for (int i = 0; i < 16; ++i)
+    for (std::size_t i = 0; i < 16; ++i)
         words[i] = littleEndian(block + 4 * i);
     Word state[4];
     std::copy_n(m_state, 4, state);

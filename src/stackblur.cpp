@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int channels = 4;
+constexpr std::ptrdiff_t channels = 4;
 
 /** The pixels of a row or a column, from the first and with a step in bytes. */
 struct Line

@@ -83,7 +83,7 @@ public:
 
     constexpr quint32 quotient(quint32 sum) const noexcept
     {
-        return static_cast<quint32>((sum * m_scale * m_multiplier) >> 32) >> m_shift;
+        return static_cast<quint32>((quint64(sum) * m_scale * m_multiplier) >> 32) >> m_shift;
     }
 
 private:

@@ -110,8 +110,8 @@ public:
     /** What the middle becomes. */
     HWY_INLINE ByteVector mean() const
     {
-        auto const even = pairOf(quotients(m_weighted[0]), quotients(m_weighted[1]));
-        auto const odd = pairOf(quotients(m_weighted[2]), quotients(m_weighted[3]));
+        auto const even = pairOf(quotients(m_weighted[0][0]), quotients(m_weighted[0][1]));
+        auto const odd = pairOf(quotients(m_weighted[1][0]), quotients(m_weighted[1][1]));
         auto const evenBytes = hn::BitCast(Bytes(), isShort ? hn::ShiftRight<8>(even) : even);
         auto const oddBytes = hn::BitCast(Bytes(), isShort ? odd : hn::ShiftLeft<8>(odd));
         return inOrder(hn::OddEven(oddBytes, evenBytes));
@@ -154,7 +154,7 @@ private:
     {
         auto const factor = hn::Set(Numbers(), weight * m_scale);
         auto const zero = hn::Zero(Words());
-        NumberVector* const weighted = m_weighted + 2 * half;
+        NumberVector* const weighted = m_weighted[half];
         auto const lower = hn::BitCast(Numbers(), hn::InterleaveLower(Words(), line, zero));
         auto const upper = hn::BitCast(Numbers(), hn::InterleaveUpper(Words(), line, zero));
         weighted[0] = hn::Add(weighted[0], hn::Mul(lower, factor));
@@ -174,7 +174,7 @@ private:
 
     HWY_INLINE void addPairs(int half, PairSum const& sum, WordVector first, WordVector second)
     {
-        NumberVector* const weighted = m_weighted + 2 * half;
+        NumberVector* const weighted = m_weighted[half];
         weighted[0] = hn::Add(weighted[0], sum(hn::InterleaveLower(Words(), first, second)));
         weighted[1] = hn::Add(weighted[1], sum(hn::InterleaveUpper(Words(), first, second)));
     }
@@ -209,9 +209,9 @@ private:
     // that as words with a sign they can be multiplied and added up.
     WordVector m_incoming[2] = {hn::Set(Words(), 0x8000), hn::Set(Words(), 0x8000)};
     WordVector m_outgoing[2] = {hn::Set(Words(), 0x8000), hn::Set(Words(), 0x8000)};
-    /** Of even channels the lower and the upper half of each block, then of odd ones. */
-    NumberVector m_weighted[4] = {
-        hn::Zero(Numbers()), hn::Zero(Numbers()), hn::Zero(Numbers()), hn::Zero(Numbers())};
+    /** Of the even channels and of the odd ones, the lower and the upper half of each block. */
+    NumberVector m_weighted[2][2] = {
+        {hn::Zero(Numbers()), hn::Zero(Numbers())}, {hn::Zero(Numbers()), hn::Zero(Numbers())}};
     PairSum const m_triangle;
     PairSum const m_box;
     quint32 const m_scale;
@@ -302,7 +302,7 @@ public:
         , m_ring(ring)
     {
         for (int i = 0; i <= kernel.radius; ++i)
-            hn::Store(strip.line(0), Bytes(), ring + i * lineBytes);
+            hn::Store(strip.line(0), Bytes(), ring + std::ptrdiff_t(i) * lineBytes);
     }
 
     /** @param offset of the line in the ring that leaves */
@@ -501,52 +501,85 @@ private:
     int m_width;
 };
 
-/** The last lines that were read from a group of rows. */
+/** The last lines that were read from a group of rows, just as many as a step can ask for. */
 class LineRing
 {
 public:
     explicit LineRing(int radius)
-    {
         // From the one that leaves to a tile beyond the one that arrives.
-        int const lines = 2 * radius + 2 + 2 * Tile::side;
-        while (m_size < lines)
-            m_size *= 2;
-        m_bytes = hwy::AllocateAligned<quint8>(std::size_t(m_size) * std::size_t(lineBytes));
+        : m_size((2 * radius + 2 + 2 * Tile::side) * std::ptrdiff_t(lineBytes))
+        , m_bytes(hwy::AllocateAligned<quint8>(std::size_t(m_size)))
+    {
+        std::fill_n(m_bytes.get(), m_size, quint8(0));
     }
 
-    HWY_INLINE ByteVector line(int x) const { return hn::Load(Bytes(), place(x)); }
-    HWY_INLINE void setLine(int x, ByteVector line) { hn::Store(line, Bytes(), place(x)); }
+    /** Goes round the ring line by line. */
+    class Cursor
+    {
+    public:
+        HWY_INLINE Cursor(LineRing const& ring, int line)
+            : m_begin(ring.m_bytes.get())
+            , m_end(m_begin + ring.m_size)
+            , m_place(m_begin + line * std::ptrdiff_t(lineBytes))
+        {
+        }
+
+        HWY_INLINE ByteVector line() const { return hn::Load(Bytes(), m_place); }
+        HWY_INLINE void setLine(ByteVector line) { hn::Store(line, Bytes(), m_place); }
+        HWY_INLINE void advance()
+        {
+            m_place += lineBytes;
+            if (m_place == m_end)
+                m_place = m_begin;
+        }
+
+    private:
+        quint8* m_begin;
+        quint8* m_end;
+        quint8* m_place;
+    };
 
 private:
-    HWY_INLINE quint8* place(int x) const { return m_bytes.get() + (x & (m_size - 1)) * lineBytes; }
-
-    int m_size = 1; ///< a power of two
+    std::ptrdiff_t m_size;
     hwy::AlignedFreeUniquePtr<quint8[]> m_bytes;
 };
 
 template <class LineSums>
-HWY_NOINLINE void blurRowGroup(RowGroup const& rows, Kernel const& kernel, LineRing& ring)
+HWY_NOINLINE void blurRowGroup(RowGroup const& rows, Kernel const& kernel, LineRing const& ring)
 {
+    int const radius = kernel.radius;
     int const last = rows.width() - 1;
+    // The ring begins with copies of the first line, for those before the edge.
+    LineRing::Cursor reading(ring, radius);
     int read = 0;
     auto const readUpTo = [&](int x) HWY_ATTR {
         for (; read <= std::min(x, last); read += Tile::side) {
             Tile const tile = rows.tile(read);
-            for (int i = 0; i < Tile::side; ++i)
-                ring.setLine(read + i, tile.lines[i]);
+            for (ByteVector const& line : tile.lines) {
+                reading.setLine(line);
+                reading.advance();
+            }
         }
     };
-    readUpTo(kernel.radius);
-    auto sums = sumsAroundFirst<LineSums>(
-        kernel, rows.width(), [&ring](int x) HWY_ATTR { return ring.line(x); });
+    readUpTo(radius);
+    auto sums = sumsAroundFirst<LineSums>(kernel, rows.width(),
+        [&](int x) HWY_ATTR { return LineRing::Cursor(ring, radius + x).line(); });
+    LineRing::Cursor leaving(ring, 0);
+    LineRing::Cursor passing(ring, radius + 1);
+    LineRing::Cursor arriving(ring, radius + std::min(radius + 1, last));
+    ByteVector const first = LineRing::Cursor(ring, radius).line();
+    for (int i = 0; i < radius; ++i)
+        LineRing::Cursor(ring, i).setLine(first);
     for (int x = 0; x <= last; x += Tile::side) {
-        readUpTo(x + Tile::side + kernel.radius);
+        readUpTo(x + Tile::side + radius);
         Tile result;
         for (int i = 0; i < Tile::side; ++i) {
             result.lines[i] = sums.mean();
-            sums.advance(ring.line(std::min(x + i + kernel.radius + 1, last)),
-                ring.line(std::min(x + i + 1, last)),
-                ring.line(std::max(x + i - kernel.radius, 0)));
+            sums.advance(arriving.line(), passing.line(), leaving.line());
+            leaving.advance();
+            passing.advance();
+            if (x + i + radius + 1 < last)
+                arriving.advance();
         }
         rows.setTile(x, result);
     }

@@ -84,7 +84,7 @@ QByteArray blurredFile(QByteArray const& file, BlurOptions const& options, QStri
         error = sizeFault(shadowedArea(picture.size(), *options.shadow, options.kernel).size());
     if (!error.isEmpty())
         return QByteArray();
-    QByteArray const result = encodedPicture(blurred(picture, options), options.format);
+    QByteArray result = encodedPicture(blurred(picture, options), options.format);
     if (result.isEmpty())
         error = QStringLiteral("the picture cannot be written in this format");
     return result;
