@@ -234,11 +234,17 @@ public:
     {
         auto const* const found = std::find_if(m_folders.cbegin(), m_folders.cend(),
             [&path](QString const& folder) { return path.contains(folder); });
-        return found == m_folders.cend() ? path : path.replace(*found, lastComponent(*found));
+        return found == m_folders.cend() ? path : path.replace(*found, labelOf(*found));
     }
 
 private:
     UserFolders() = default;
+
+    /** The last name of a folder; empty for one without any "/", unlike lastComponent(). */
+    static QString labelOf(QString const& folder)
+    {
+        return folder.contains(QLatin1Char('/')) ? lastComponent(folder) : QString();
+    }
 
     static UserFolders& instance()
     {

@@ -366,6 +366,7 @@ private Q_SLOTS:
     void listingAppends();
     void listingCutsTheFiles();
     void userFoldersAreFoundWhenTheyChange();
+    void homeWithoutSlashHasNoName();
     void listingDoesNotTouchTheFileSystem();
 
     void agreesWithThePlainModel();
@@ -1146,6 +1147,16 @@ void TestKpRecentFileManager::userFoldersAreFoundWhenTheyChange()
     QCOMPARE(another.m_recentFileFolder, m_home->path() + "/Other");
     QCOMPARE(shownFiles(manager),
         QStringList("1 a.x | " + m_home->path().section('/', -1) + ">Papers | " + file));
+}
+
+void TestKpRecentFileManager::homeWithoutSlashHasNoName()
+{
+    qputenv("HOME", "home");
+    KpRecentFileManager manager;
+    manager.m_files = entriesOf({"/x/home/y/a.x"});
+    manager.m_folders = entriesOf({"home/y"});
+    QCOMPARE(shownFiles(manager), QStringList("1 a.x | >x>>y | /x/home/y/a.x"));
+    QCOMPARE(shownFolders(manager), QStringList("1 y | >y | home/y"));
 }
 
 void TestKpRecentFileManager::listingDoesNotTouchTheFileSystem()
