@@ -1,6 +1,10 @@
 // Compiled once for each set of instructions: the macros of Highway include this file again.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "stackblurwide.cpp"
+// Vectors whose size is not known to the compiler cannot be members of a class.
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+// A compiler that is told of the processor may take this set for the least there is.
+#define HWY_WANT_AVX3_DL 1
 #include <hwy/foreach_target.h>
 
 #include <hwy/aligned_allocator.h>
@@ -394,6 +398,13 @@ struct Tile
     static constexpr int side = 4;
     ByteVector lines[side];
 
+    /** @param lineOf is asked for each line in turn */
+    template <class LineOf>
+    HWY_INLINE explicit Tile(LineOf const& lineOf)
+        : lines {lineOf(0), lineOf(1), lineOf(2), lineOf(3)}
+    {
+    }
+
     HWY_INLINE void transpose()
     {
         NumberVector n[side];
@@ -465,9 +476,7 @@ private:
 
     HWY_INLINE static Tile tileOf(Sources const& rows, std::ptrdiff_t offset)
     {
-        Tile tile;
-        for (int i = 0; i < Tile::side; ++i)
-            tile.lines[i] = blocksOfRows(Bytes(), rows + i, offset);
+        Tile tile([&](int i) HWY_ATTR { return blocksOfRows(Bytes(), rows + i, offset); });
         tile.transpose();
         return tile;
     }
@@ -572,15 +581,15 @@ HWY_NOINLINE void blurRowGroup(RowGroup const& rows, Kernel const& kernel, LineR
         LineRing::Cursor(ring, i).setLine(first);
     for (int x = 0; x <= last; x += Tile::side) {
         readUpTo(x + Tile::side + radius);
-        Tile result;
-        for (int i = 0; i < Tile::side; ++i) {
-            result.lines[i] = sums.mean();
+        Tile const result([&](int i) HWY_ATTR {
+            ByteVector const mean = sums.mean();
             sums.advance(arriving.line(), passing.line(), leaving.line());
             leaving.advance();
             passing.advance();
             if (x + i + radius + 1 < last)
                 arriving.advance();
-        }
+            return mean;
+        });
         rows.setTile(x, result);
     }
 }

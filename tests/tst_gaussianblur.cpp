@@ -5,6 +5,8 @@
 #include <QColorSpace>
 #include <QGuiApplication>
 
+// As in the library.
+#define HWY_WANT_AVX3_DL 1
 #include <hwy/targets.h>
 
 #include <algorithm>
