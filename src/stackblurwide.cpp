@@ -398,10 +398,8 @@ struct Tile
     static constexpr int side = 4;
     ByteVector lines[side];
 
-    /** @param lineOf is asked for each line in turn */
-    template <class LineOf>
-    HWY_INLINE explicit Tile(LineOf const& lineOf)
-        : lines {lineOf(0), lineOf(1), lineOf(2), lineOf(3)}
+    HWY_INLINE explicit Tile(ByteVector const (&given)[side])
+        : lines {given[0], given[1], given[2], given[3]}
     {
     }
 
@@ -476,7 +474,10 @@ private:
 
     HWY_INLINE static Tile tileOf(Sources const& rows, std::ptrdiff_t offset)
     {
-        Tile tile([&](int i) HWY_ATTR { return blocksOfRows(Bytes(), rows + i, offset); });
+        ByteVector blocks[Tile::side];
+        for (int i = 0; i < Tile::side; ++i)
+            blocks[i] = blocksOfRows(Bytes(), rows + i, offset);
+        Tile tile(blocks);
         tile.transpose();
         return tile;
     }
@@ -581,16 +582,16 @@ HWY_NOINLINE void blurRowGroup(RowGroup const& rows, Kernel const& kernel, LineR
         LineRing::Cursor(ring, i).setLine(first);
     for (int x = 0; x <= last; x += Tile::side) {
         readUpTo(x + Tile::side + radius);
-        Tile const result([&](int i) HWY_ATTR {
-            ByteVector const mean = sums.mean();
+        ByteVector means[Tile::side];
+        for (int i = 0; i < Tile::side; ++i) {
+            means[i] = sums.mean();
             sums.advance(arriving.line(), passing.line(), leaving.line());
             leaving.advance();
             passing.advance();
             if (x + i + radius + 1 < last)
                 arriving.advance();
-            return mean;
-        });
-        rows.setTile(x, result);
+        }
+        rows.setTile(x, Tile(means));
     }
 }
 
