@@ -60,9 +60,14 @@ def pattern(name):
     return re.compile("".join(expressions) + "$")
 
 
+def by_numbers(item):
+    """Sorts names that differ in numbers by these."""
+    return [int(part) if part.isdigit() else part for part in re.split(r"(\d+)", item[0])]
+
+
 def lines_of(times):
     for title, ours, peer in PAIRS:
-        for name, time in times.items():
+        for name, time in sorted(times.items(), key=by_numbers):
             match = pattern(ours).match(name)
             if not match:
                 continue
