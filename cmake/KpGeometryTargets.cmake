@@ -45,11 +45,15 @@ function(kpgeometry_add_library target)
   add_library(KpGeometry::${arg_OUTPUT_NAME} ALIAS ${target})
 
   include(GenerateExportHeader)
-  generate_export_header(${target})
-  target_sources(${target} PUBLIC
-    FILE_SET HEADERS
-    BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}
-    FILES ${arg_PUBLIC_HEADERS} ${CMAKE_CURRENT_BINARY_DIR}/${target}_export.h)
+  set(include_dir ${PROJECT_BINARY_DIR}/include/${target})
+  generate_export_header(${target} EXPORT_FILE_NAME ${include_dir}/${target}_export.h)
+  # Public headers lie flat, as they will be installed, and away from the private ones beside
+  # which they are kept.
+  foreach(header IN LISTS arg_PUBLIC_HEADERS)
+    cmake_path(GET header FILENAME name)
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${include_dir}/${name}
+      COPY_ON_ERROR SYMBOLIC)
+  endforeach()
 
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME ${arg_OUTPUT_NAME}
@@ -58,7 +62,8 @@ function(kpgeometry_add_library target)
     SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
-  target_include_directories(${target} INTERFACE
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${include_dir}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry>)
   target_compile_features(${target} INTERFACE cxx_std_11)
   target_link_libraries(${target}
@@ -66,8 +71,9 @@ function(kpgeometry_add_library target)
     PRIVATE $<BUILD_INTERFACE:kpgeometry_settings> ${arg_PRIVATE})
 
   install(TARGETS ${target} EXPORT KpGeometryTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry)
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(FILES ${arg_PUBLIC_HEADERS} ${include_dir}/${target}_export.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry)
 endfunction()
 
 set(KPGEOMETRY_SANITIZER_ENVIRONMENT

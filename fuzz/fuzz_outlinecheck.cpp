@@ -2,9 +2,9 @@
 // same outlines.
 
 #include "boundedxml_p.h"
-#include "documentcopy.h"
-#include "outlinecheck.h"
-#include "outlinefacts.h"
+#include "check/outlinecheck.h"
+#include "document/documentrewriter.h"
+#include "document/outlinesummary.h"
 
 #include <QTemporaryFile>
 
@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         std::abort();
     checkOutlines(*document);
     for (Outline const& outline : document->outlines())
-        factsOf(*outline.list);
+        summaryOf(*outline.list);
     checkCopy(*document);
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "outlineimport.h"
+#include "import/outlineimport.h"
 #include "outlinetesting.h"
 
 #include <QFile>

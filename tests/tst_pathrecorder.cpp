@@ -1,4 +1,4 @@
-#include "pathrecorder.h"
+#include "import/pathrecorder.h"
 
 #include <QImage>
 #include <QLinearGradient>

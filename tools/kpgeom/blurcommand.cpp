@@ -1,10 +1,10 @@
-#include "colourtext.h"
 #include "commandline.h"
-#include "dropshadow.h"
 #include "gaussianblur.h"
 #include "inputoutput.h"
-#include "picture.h"
-#include "rasterpicture.h"
+#include "paint/colourtext.h"
+#include "paint/dropshadow.h"
+#include "paint/imagefile.h"
+#include "paint/picture.h"
 
 #include <QFileInfo>
 
@@ -41,7 +41,7 @@ std::optional<DropShadow> shadowFromText(QString const& text)
 /** What is wrong with the options, or nothing. */
 QString readOptions(CommandLine const& line, BlurOptions& options)
 {
-    if (line.files().size() != 1)
+    if (line.operands().size() != 1)
         return QStringLiteral("one picture is taken");
     options.output = line.value(QStringLiteral("output"));
     if (options.output.isEmpty())
@@ -116,7 +116,7 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     BlurOptions options;
     if (QString const fault = readOptions(line, options); !fault.isEmpty())
         return line.misused(fault);
-    QString const input = line.files().first();
+    QString const input = line.operands().first();
     auto const file = readInput(input);
     if (!file)
         return Outcome::Failed;

@@ -1,6 +1,6 @@
+#include "check/outlinecheck.h"
 #include "commandline.h"
 #include "inputoutput.h"
-#include "outlinecheck.h"
 #include "progress.h"
 
 namespace {
@@ -27,12 +27,12 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.files().isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(QStringLiteral("no file given"));
 
     Outcome outcome = Outcome::Done;
-    Progress progress(line.files().size());
-    for (QString const& file : line.files()) {
+    Progress progress(line.operands().size());
+    for (QString const& file : line.operands()) {
         progress.step();
         auto document = OutlineDocument::load(file);
         if (!document) {

@@ -1,9 +1,9 @@
 #include "colorutil.h"
-#include "colourtext.h"
 #include "commandline.h"
 #include "inputoutput.h"
 #include "kpcolor.h"
-#include "swatches.h"
+#include "paint/colourtext.h"
+#include "paint/themetable.h"
 #include "texttable.h"
 
 #include <QFileInfo>
@@ -51,7 +51,7 @@ QString appendStep(QString const& text, std::vector<Step>& steps)
 /** What is wrong with the arguments, or nothing. */
 QString readOptions(CommandLine const& line, ColourOptions& options)
 {
-    for (QString const& operand : line.files()) {
+    for (QString const& operand : line.operands()) {
         if (operand.contains(QLatin1Char('='))) {
             if (QString fault = appendStep(operand, options.steps); !fault.isEmpty())
                 return fault;

@@ -22,7 +22,7 @@ public:
     bool isSet(QString const& option) const { return m_parser.isSet(option); }
     QString value(QString const& option) const { return m_parser.value(option); }
     QStringList values(QString const& option) const { return m_parser.values(option); }
-    QStringList files() const { return m_parser.positionalArguments(); }
+    QStringList operands() const { return m_parser.positionalArguments(); }
 
     /** Tells the user how the command was misused. */
     Outcome misused(QString const& what) const;

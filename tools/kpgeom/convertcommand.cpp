@@ -1,6 +1,6 @@
 #include "commandline.h"
+#include "import/outlineimport.h"
 #include "inputoutput.h"
-#include "outlineimport.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomDocument>
@@ -84,11 +84,11 @@ QString readOptions(CommandLine const& line, ConvertOptions& options)
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
     if (isText && (options.font.isEmpty() || options.text.isEmpty()))
         return QStringLiteral("--font and --text go together");
-    if (line.files().size() != (isText ? 0 : 1)) {
+    if (line.operands().size() != (isText ? 0 : 1)) {
         return isText ? QStringLiteral("--font and --text take no input file")
                       : QStringLiteral("exactly one input file is needed");
     }
-    options.input = line.files().value(0);
+    options.input = line.operands().value(0);
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale || isText)

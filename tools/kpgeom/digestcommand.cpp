@@ -209,8 +209,8 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
                        "are still the same.")});
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.files().isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(QStringLiteral("no file given"));
-    return line.isSet(QStringLiteral("check")) ? checkLists(line.files())
-                                               : printDigests(line.files());
+    return line.isSet(QStringLiteral("check")) ? checkLists(line.operands())
+                                               : printDigests(line.operands());
 }

@@ -1,7 +1,7 @@
 #include "commandline.h"
+#include "document/outlinedocument.h"
+#include "document/outlinesummary.h"
 #include "inputoutput.h"
-#include "outlinedocument.h"
-#include "outlinefacts.h"
 #include "progress.h"
 #include "texttable.h"
 
@@ -71,7 +71,7 @@ QString toText(OutlineDocument& document)
         QStringLiteral(">ellipse"), QStringLiteral("bounds"), QStringLiteral("direction"),
         QStringLiteral("coordinates by rule")});
     for (Outline const& outline : document.outlines()) {
-        OutlineFacts const facts = factsOf(*outline.list);
+        OutlineSummary const facts = summaryOf(*outline.list);
         table.addRow({QString::number(outline.index), shortCaption(outline),
             flagsText(*outline.list), QString::number(facts.moves), QString::number(facts.lines),
             QString::number(facts.curves), QString::number(facts.ellipses),
@@ -90,7 +90,7 @@ QJsonValue toJson(QRectF const& bounds)
 
 QJsonObject toJson(Outline const& outline)
 {
-    OutlineFacts const facts = factsOf(*outline.list);
+    OutlineSummary const facts = summaryOf(*outline.list);
     QJsonObject rules;
     for (int rule = 0; rule < ruleCount; ++rule)
         rules.insert(
@@ -123,14 +123,14 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of tables.")});
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.files().isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(QStringLiteral("no file given"));
 
     Outcome outcome = Outcome::Done;
     QStringList texts;
     QJsonArray json;
-    Progress progress(line.files().size());
-    for (QString const& file : line.files()) {
+    Progress progress(line.operands().size());
+    for (QString const& file : line.operands()) {
         progress.step();
         auto document = OutlineDocument::load(file);
         if (!document)

@@ -111,7 +111,7 @@ bool writeOutput(QString const& file, QByteArray const& content)
     QFileInfo const target(file);
     if (target.isDir())
         return fail(file, QStringLiteral("is a directory"));
-    if (FileReplacement::isForbidden(target)) {
+    if (FileReplacement::isDeviceOrPipe(target)) {
         QFile device(file);
         return (device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
                    && FileReplacement::write(device, content))

@@ -94,7 +94,7 @@ Outcome runPages(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of a table.")});
     if (auto const end = line.parse(arguments))
         return *end;
-    if (!line.files().isEmpty())
+    if (!line.operands().isEmpty())
         return line.misused(QStringLiteral("no operand is taken"));
     UnitUtil::initScreen(96.0, 1.0, QSize(0, 0));
     QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();

@@ -351,14 +351,14 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
         {QStringLiteral("json"), QStringLiteral("With list and folders: print a JSON object.")});
     if (auto const end = line.parse(arguments))
         return *end;
-    QString const name = line.files().value(0);
+    QString const name = line.operands().value(0);
     auto const* const action = std::find_if(std::begin(actions), std::end(actions),
         [&name](Action const& candidate) { return name == QLatin1String(candidate.name); });
     if (action == std::end(actions)) {
         return line.misused(name.isEmpty() ? QStringLiteral("no action given")
                                            : QStringLiteral("unknown action '%1'").arg(name));
     }
-    RecentOptions const options {line.files().mid(1), line.isSet(QStringLiteral("json")),
+    RecentOptions const options {line.operands().mid(1), line.isSet(QStringLiteral("json")),
         line.isSet(QStringLiteral("folders"))};
     if (QString const fault = operandFault(*action, options.operands); !fault.isEmpty())
         return line.misused(fault);

@@ -1,7 +1,7 @@
 #include "recentlists.h"
 
+#include "check/recentaudit.h"
 #include "inputoutput.h"
-#include "recentaudit.h"
 
 #include <QCoreApplication>
 #include <QDir>

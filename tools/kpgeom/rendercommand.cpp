@@ -1,7 +1,7 @@
 #include "commandline.h"
-#include "contactsheet.h"
+#include "document/outlinedocument.h"
 #include "inputoutput.h"
-#include "outlinedocument.h"
+#include "paint/contactsheet.h"
 #include "progress.h"
 
 #include <QFileInfo>
@@ -175,7 +175,7 @@ Outcome runRender(Command const& command, QStringList const& arguments)
     addOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.files().isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(QStringLiteral("no file given"));
     RenderOptions options;
     if (QString const fault = readOptions(line, options); !fault.isEmpty())
@@ -183,8 +183,8 @@ Outcome runRender(Command const& command, QStringList const& arguments)
 
     std::vector<Figure> figures;
     {
-        Progress progress(line.files().size());
-        for (QString const& file : line.files()) {
+        Progress progress(line.operands().size());
+        for (QString const& file : line.operands()) {
             progress.step();
             if (!appendFigures(file, options, figures))
                 return Outcome::Failed;
@@ -195,8 +195,8 @@ Outcome runRender(Command const& command, QStringList const& arguments)
     QString error;
     auto const content = toFile(picture, options.format, error);
     if (!content) {
-        QString const source = line.files().size() == 1 ? displayName(line.files().first())
-                                                        : QStringLiteral("kpgeom render");
+        QString const source = line.operands().size() == 1 ? displayName(line.operands().first())
+                                                           : QStringLiteral("kpgeom render");
         printError(QStringLiteral("%1: %2").arg(source, error));
         return Outcome::Failed;
     }

@@ -1,5 +1,5 @@
 #include "commandline.h"
-#include "documentcopy.h"
+#include "document/documentrewriter.h"
 #include "inputoutput.h"
 #include "segmentkind_p.h"
 
@@ -46,13 +46,13 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     auto const to = sizeFromText(line.value(QStringLiteral("to")));
     if (!from || !to)
         return line.misused(QStringLiteral("--from and --to take a box like 240x160"));
-    if (line.files().size() != 1)
+    if (line.operands().size() != 1)
         return line.misused(QStringLiteral("exactly one file is needed"));
     QString const output = line.value(QStringLiteral("output"));
     if (output.isEmpty())
         return line.misused(QStringLiteral("no output file given (-o)"));
 
-    auto document = OutlineDocument::load(line.files().first());
+    auto document = OutlineDocument::load(line.operands().first());
     if (!document)
         return Outcome::Failed;
     for (Outline& outline : document->outlines()) {

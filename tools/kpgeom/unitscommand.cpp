@@ -131,7 +131,7 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(withNegativeNumber(arguments)))
         return *end;
     UnitsOptions options;
-    if (QString const fault = readOperands(line.files(), options); !fault.isEmpty())
+    if (QString const fault = readOperands(line.operands(), options); !fault.isEmpty())
         return line.misused(fault);
     double dpi = 96.0;
     if (line.isSet(QStringLiteral("dpi"))) {

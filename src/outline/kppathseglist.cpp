@@ -1,0 +1,405 @@
+#include "kppathseglist.h"
+
+#include "geometryxml_p.h"
+#include "kppath.h"
+#include "undoreal_p.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <numeric>
+
+namespace {
+
+/** Indices at which searches ended, the latest first. */
+using Hints = std::array<int, 8>;
+
+/**
+ * Where this thread's last searches in `list` ended, and in those that share its entry.
+ *
+ * Neighbours are asked for one after the other, so the next search nearly always ends beside
+ * one of the last. A walk needs no search over the list then, nor do several walks in turn. A
+ * hint is only a place to look first: it is checked against the list before it counts, so a
+ * stale one costs time and nothing else.
+ */
+Hints& hintsFor(KpPathSegList const* list)
+{
+    thread_local std::array<Hints, 64> hints {};
+    // Fibonacci hashing: lists lie beside each other or in even steps.
+    quint64 const hash = reinterpret_cast<quintptr>(list) * Q_UINT64_C(0x9E3779B97F4A7C15);
+    return hints[hash >> 58];
+}
+
+/** The index of `seg` in `list`, or -1. */
+int indexOf(KpPathSegList const* list, KpPathSeg* seg)
+{
+    QVector<KpPathSeg*> const& segs = list->segs;
+    Hints& hints = hintsFor(list);
+    for (auto hint = hints.begin(); hint != hints.end(); ++hint) {
+        for (int const index : {*hint + 1, *hint, *hint - 1}) {
+            if (segs.value(index) == seg) {
+                std::rotate(hints.begin(), hint, hint + 1);
+                return hints.front() = index;
+            }
+        }
+    }
+    int const index = segs.indexOf(seg);
+    if (index >= 0) {
+        std::rotate(hints.begin(), hints.end() - 1, hints.end());
+        hints.front() = index;
+    }
+    return index;
+}
+
+/** Calls `visit` with every segment, first to last. */
+template <class Visitor> void forEachSegment(KpPathSegList const& list, Visitor visit)
+{
+    for (KpPathSeg* const seg : list.segs) {
+        if (seg)
+            visit(*seg);
+    }
+}
+
+/** A flag's text: "1" and, in any letter case, "TRUE" are true; everything else is false. */
+template <class Text> void readFlag(bool& flag, Text const& text)
+{
+    if (XmlAttribute::isGiven(text)) {
+        flag = text == QLatin1String("1")
+            || text.compare(QLatin1String("TRUE"), Qt::CaseInsensitive) == 0;
+    }
+}
+
+/** Sets the flags' attributes with `setAttribute`, which takes name and text. */
+template <class SetAttribute> void writeFlags(KpPathSegList const& list, SetAttribute setAttribute)
+{
+    setAttribute(QStringLiteral("Closed"), list.closed ? "1" : "0");
+    if (list.noFill)
+        setAttribute(QStringLiteral("NoFill"), "1");
+    if (list.noLine)
+        setAttribute(QStringLiteral("NoLine"), "1");
+}
+
+} // namespace
+
+KpPathSegList::KpPathSegList()
+    : closed(false)
+    , noLine(false)
+    , noFill(false)
+{
+}
+
+KpPathSegList::KpPathSegList(KpPathSegList const& other)
+    : KpPathSegList()
+{
+    assign(other);
+}
+
+KpPathSegList::~KpPathSegList()
+{
+    clear();
+}
+
+KpPathSegList* KpPathSegList::clone()
+{
+    return new KpPathSegList(*this);
+}
+
+void KpPathSegList::assign(KpPathSegList const& other)
+{
+    // A list may be assigned to itself: the copy stays as the loop appends.
+    QVector<KpPathSeg*> const sources = other.segs;
+    for (KpPathSeg* const source : sources)
+        addTail(source ? source->clone() : nullptr);
+    closed = other.closed;
+    noLine = other.noLine;
+    noFill = other.noFill;
+}
+
+void KpPathSegList::clear()
+{
+    closed = true;
+    noLine = false;
+    noFill = false;
+    removeAll(true);
+}
+
+bool KpPathSegList::getClosed() const
+{
+    return closed;
+}
+
+bool KpPathSegList::getNoLine() const
+{
+    return noLine;
+}
+
+bool KpPathSegList::getNoFill() const
+{
+    return noFill;
+}
+
+void KpPathSegList::addTail(KpPathSeg* seg)
+{
+    insertAt(segs.count(), seg);
+}
+
+void KpPathSegList::insertAt(int index, KpPathSeg* seg)
+{
+    if (!seg)
+        return;
+    segs.insert(qBound(0, index, segs.count()), seg);
+    seg->owner = this;
+}
+
+void KpPathSegList::moveTo(QPointF point)
+{
+    addTail(new KpPathSegMoveTo(point, this));
+}
+
+void KpPathSegList::lineTo(QPointF point)
+{
+    addTail(new KpPathSegLineTo(point, this));
+}
+
+void KpPathSegList::curveTo(QPointF control1, QPointF control2, QPointF end)
+{
+    addTail(new KpPathSegCurveTo(control1, control2, end, this));
+}
+
+void KpPathSegList::removeAll(bool deleteSegs)
+{
+    if (deleteSegs) {
+        for (KpPathSeg*& seg : segs) {
+            delete seg;
+            seg = nullptr;
+        }
+    }
+    segs.resize(0);
+}
+
+void KpPathSegList::removeAt(int index, bool deleteSeg)
+{
+    if (index < 0 || index >= segs.count())
+        return;
+    if (deleteSeg)
+        delete segs.at(index);
+    segs.remove(index);
+}
+
+void KpPathSegList::removeAt(QVector<int> indices, bool deleteSegs)
+{
+    if (indices.isEmpty())
+        return;
+
+    // An index means the segment that stood there at the call or, once that is gone, the next
+    // one that still stands. So nothing needs to move before all are found: next leads from
+    // every slot to the first one from there on that still stands, count being the end.
+    int const count = segs.count();
+    QVector<int> next(count + 1);
+    std::iota(next.begin(), next.end(), 0);
+    auto const standingFrom = [&next](int slot) {
+        while (next.at(slot) != slot) {
+            next[slot] = next.at(next.at(slot));
+            slot = next.at(slot);
+        }
+        return slot;
+    };
+
+    QVector<KpPathSeg*> removed;
+    for (int const index : qAsConst(indices)) {
+        int const slot = index >= 0 && index < count ? standingFrom(index) : count;
+        if (slot == count)
+            break;
+        if (KpPathSeg* const seg = segs.at(slot)) {
+            removed.append(seg);
+            next[slot] = slot + 1;
+        }
+    }
+
+    int kept = 0;
+    for (int slot = 0; slot < count; ++slot) {
+        if (next.at(slot) == slot)
+            segs[kept++] = segs.at(slot);
+    }
+    segs.resize(kept);
+    if (deleteSegs)
+        qDeleteAll(removed);
+}
+
+KpPathSeg* KpPathSegList::getNextSeg(KpPathSeg* seg) const
+{
+    if (!seg)
+        return nullptr;
+    int const next = indexOf(this, seg) + 1;
+    return segs.value(closed && next >= segs.count() ? 0 : next);
+}
+
+KpPathSeg* KpPathSegList::getPrevSeg(KpPathSeg* seg) const
+{
+    if (!seg)
+        return nullptr;
+    int const previous = indexOf(this, seg) - 1;
+    return segs.value(closed && previous < 0 ? segs.count() - 1 : previous);
+}
+
+void KpPathSegList::translate(double dx, double dy)
+{
+    forEachSegment(*this, [=](KpPathSeg& seg) { seg.translate(dx, dy); });
+}
+
+void KpPathSegList::updateValue(double width, double height)
+{
+    forEachSegment(*this, [=](KpPathSeg& seg) { seg.updateValue(width, height); });
+}
+
+void KpPathSegList::updateRate(double width, double height)
+{
+    forEachSegment(*this, [=](KpPathSeg& seg) { seg.updateRate(width, height); });
+}
+
+void KpPathSegList::applyTransform(QMatrix matrix)
+{
+    forEachSegment(*this, [&matrix](KpPathSeg& seg) { seg.applyTransform(matrix); });
+}
+
+void KpPathSegList::toPath(KpPath& path) const
+{
+    forEachSegment(*this, [&path](KpPathSeg& seg) { seg.addToPath(path); });
+    if (closed)
+        path.closeSubpath();
+}
+
+void KpPathSegList::fromPath(KpPath& path)
+{
+    int const close = 4;
+    auto const pointAt = [&path](int index) { return QPointF(path.at(index).x, path.at(index).y); };
+    for (int i = 0; i < path.count(); ++i) {
+        switch (path.at(i).type) {
+        case QPainterPath::MoveToElement:
+            moveTo(pointAt(i));
+            break;
+        case QPainterPath::LineToElement:
+            lineTo(pointAt(i));
+            break;
+        case QPainterPath::CurveToElement:
+            if (i + 2 < path.count()) {
+                curveTo(pointAt(i), pointAt(i + 1), pointAt(i + 2));
+                i += 2;
+            }
+            break;
+        case close:
+            closed = true;
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+bool KpPathSegList::isClockwise()
+{
+    KpPath path;
+    toPath(path);
+    return path.isClockWise();
+}
+
+void KpPathSegList::toUndoValue(QVector<int>& ints, QVector<double>& doubles)
+{
+    // The order of the flags is the record's own, not that of the fields.
+    ints << (closed ? 1 : 0) << (noFill ? 1 : 0) << (noLine ? 1 : 0);
+    forEachSegment(*this, [&ints, &doubles](KpPathSeg& seg) {
+        if (SegmentKind::realCount(seg) == 0)
+            return;
+        ints.append(seg.type);
+        SegmentKind::forEachReal(
+            seg, [&](KpReal& real) { UndoValue::append(real, ints, doubles); });
+    });
+}
+
+void KpPathSegList::fromUndoValue(
+    QVector<int>& ints, QVector<double>& doubles, int& intPos, int& doublePos, int segmentCount)
+{
+    if (!UndoValue::holds(ints, intPos, 3))
+        return;
+    closed = UndoValue::take(ints, intPos) == 1;
+    noFill = UndoValue::take(ints, intPos) == 1;
+    noLine = UndoValue::take(ints, intPos) == 1;
+
+    for (int i = 0; i < segmentCount && UndoValue::holds(ints, intPos, 1); ++i) {
+        int const type = ints.at(intPos);
+        auto const* const kind = SegmentKind::find([=](auto const& k) { return k.type == type; });
+        if (!kind) {
+            ++intPos;
+            continue;
+        }
+        std::unique_ptr<KpPathSeg> seg(kind->create(this));
+        int const reals = SegmentKind::realCount(*seg);
+        if (!UndoValue::holds(ints, intPos, 1 + reals)
+            || !UndoValue::holds(doubles, doublePos, 2 * reals))
+            return;
+        ++intPos;
+        SegmentKind::forEachReal(*seg,
+            [&](KpReal& real) { real = UndoValue::takeReal(ints, doubles, intPos, doublePos); });
+        addTail(seg.release());
+    }
+}
+
+void KpPathSegList::saveTo(QDomElement& parent)
+{
+    QDomElement geometry = GeometryXml::appendElement(parent, QStringLiteral("Geometry"));
+    writeFlags(*this, [&geometry](QString const& name, char const* text) {
+        geometry.setAttribute(name, QLatin1String(text));
+    });
+    forEachSegment(*this, [&geometry](KpPathSeg& seg) { seg.saveTo(geometry); });
+}
+
+void KpPathSegList::saveTo(XmlStreamWriter& writer)
+{
+    writer.writeStartElement(QStringLiteral("Geometry"));
+    writeFlags(*this,
+        [&writer](QString const& name, char const* text) { writer.writeAttribute(name, text); });
+    forEachSegment(*this, [&writer](KpPathSeg& seg) { seg.saveTo(writer); });
+    writer.writeEndElement();
+}
+
+bool KpPathSegList::parse(QDomElement const& geometry, unsigned int context)
+{
+    readFlag(closed, geometry.attribute(QStringLiteral("Closed")));
+    readFlag(noFill, geometry.attribute(QStringLiteral("NoFill")));
+    readFlag(noLine, geometry.attribute(QStringLiteral("NoLine")));
+    for (QDomElement child = geometry.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        int const quark = QuarkManager::quarkFromString(child.tagName());
+        auto const* const kind = SegmentKind::find([=](auto const& k) { return k.quark == quark; });
+        if (!kind)
+            continue;
+        KpPathSeg* const seg = kind->create(this);
+        seg->parse(child, context);
+        addTail(seg);
+    }
+    return true;
+}
+
+bool KpPathSegList::parse(QXmlStreamReader& reader, unsigned int context)
+{
+    QXmlStreamAttributes const attributes = reader.attributes();
+    if (attributes.isEmpty())
+        return false;
+    // An empty Closed is ignored as in a DOM, an empty NoFill or NoLine is not: deliberate,
+    // documents are read this way.
+    readFlag(closed, attributes.value(QStringLiteral("Closed")).toString());
+    readFlag(noFill, attributes.value(QStringLiteral("NoFill")));
+    readFlag(noLine, attributes.value(QStringLiteral("NoLine")));
+    while (reader.readNextStartElement()) {
+        auto const* const kind =
+            SegmentKind::find([&reader](auto const& k) { return reader.name() == k.name; });
+        if (!kind) {
+            reader.skipCurrentElement();
+            continue;
+        }
+        KpPathSeg* const seg = kind->create(this);
+        seg->parse(reader, context);
+        addTail(seg);
+    }
+    return true;
+}

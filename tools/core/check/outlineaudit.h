@@ -1,0 +1,39 @@
+#ifndef OUTLINEAUDIT_H
+#define OUTLINEAUDIT_H
+
+#include "check/outlinecheck.h"
+
+#include <QDomElement>
+
+#include <functional>
+
+/**
+ * Finds what the readers ignore or read otherwise than it looks in a `Geometry` element:
+ * unknown elements and attributes, numbers that are none, bases without a rule, coordinates
+ * that are missing or given twice.
+ */
+class OutlineAudit
+{
+public:
+    using Report = std::function<void(QDomNode const&, QString const&)>;
+
+    explicit OutlineAudit(Report const& report)
+        : m_report(report)
+    {
+    }
+
+    void geometry(QDomElement const& element) const;
+
+private:
+    void flag(QDomElement const& geometry, QString const& name) const;
+    void segment(QDomElement const& element) const;
+    void coordinate(QDomElement const& element) const;
+    void real(QDomElement const& coordinate, QString const& attribute) const;
+    void base(QDomElement const& coordinate) const;
+    void attributes(QDomElement const& element, QStringList const& known) const;
+    void texts(QDomElement const& element) const;
+
+    Report m_report;
+};
+
+#endif // OUTLINEAUDIT_H

@@ -1,0 +1,250 @@
+#include "check/outlinecheck.h"
+
+#include "check/outlineaudit.h"
+#include "document/exactcopy.h"
+#include "kppath.h"
+#include "segmentkind_p.h"
+#include "xmlstreamwriter.h"
+
+#include <QLocale>
+#include <QXmlStreamReader>
+
+#include <cmath>
+
+namespace {
+
+using ListPointer = std::unique_ptr<KpPathSegList>;
+
+/** How many differences or segments a message lists. */
+constexpr int longestList = 5;
+
+QString const geometryName = QStringLiteral("Geometry");
+
+/** "a, b, c and 4 more". */
+QString listed(QStringList const& items)
+{
+    if (items.size() <= longestList)
+        return items.join(QStringLiteral(", "));
+    return QStringLiteral("%1 and %2 more")
+        .arg(QStringList(items.mid(0, longestList)).join(QStringLiteral(", ")))
+        .arg(items.size() - longestList);
+}
+
+QString numberText(double number)
+{
+    return QString::number(number, 'g', QLocale::FloatingPointShortest);
+}
+
+/** Not-a-number equals itself here: the question is whether something was changed. */
+bool isSame(double left, double right)
+{
+    return left == right || (std::isnan(left) && std::isnan(right));
+}
+
+void compare(KpReal const& before, KpReal const& after, QString const& where, QStringList& changes)
+{
+    if (before.base != after.base) {
+        changes
+            << QStringLiteral("%1 rule %2 becomes %3").arg(where).arg(before.base).arg(after.base);
+    }
+    if (!isSame(before.value, after.value)) {
+        changes << QStringLiteral("%1 value %2 becomes %3")
+                       .arg(where, numberText(before.value), numberText(after.value));
+    }
+    if (!isSame(before.rate, after.rate)) {
+        changes << QStringLiteral("%1 rate %2 becomes %3")
+                       .arg(where, numberText(before.rate), numberText(after.rate));
+    }
+}
+
+void compareFlag(bool before, bool after, QString const& name, QStringList& changes)
+{
+    if (before != after) {
+        changes
+            << QStringLiteral("%1 %2 becomes %3").arg(name).arg(before ? 1 : 0).arg(after ? 1 : 0);
+    }
+}
+
+/** What is different in `after`, flags first. */
+QStringList changes(KpPathSegList const& before, KpPathSegList const& after)
+{
+    QStringList changes;
+    compareFlag(before.closed, after.closed, QStringLiteral("Closed"), changes);
+    compareFlag(before.noFill, after.noFill, QStringLiteral("NoFill"), changes);
+    compareFlag(before.noLine, after.noLine, QStringLiteral("NoLine"), changes);
+    if (before.segs.count() != after.segs.count()) {
+        changes << QStringLiteral("%1 segments become %2")
+                       .arg(before.segs.count())
+                       .arg(after.segs.count());
+        return changes;
+    }
+    for (int i = 0; i < before.segs.count(); ++i) {
+        KpPathSeg& seg = *before.segs.at(i);
+        KpPathSeg& counterpart = *after.segs.at(i);
+        if (seg.type != counterpart.type) {
+            changes << QStringLiteral("segment %1 becomes another kind").arg(i + 1);
+            continue;
+        }
+        QVector<KpReal> reals;
+        SegmentKind::forEachReal(counterpart, [&reals](KpReal const& real) { reals << real; });
+        int next = 0;
+        SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
+            QString const where = QStringLiteral("segment %1 %2").arg(i + 1).arg(letter);
+            compare(real, reals.at(next++), where, changes);
+        });
+    }
+    return changes;
+}
+
+/**
+ * The outlines as the stream reader reads them, those inside other outlines left out; null for
+ * one that it refuses. It may be fewer than there are when the reader meets an error.
+ */
+std::vector<ListPointer> readByStream(QByteArray const& text, QXmlStreamReader& reader)
+{
+    std::vector<ListPointer> lists;
+    reader.addData(text);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement() || reader.qualifiedName() != geometryName)
+            continue;
+        auto list = std::make_unique<KpPathSegList>();
+        if (!list->parse(reader, 0)) {
+            reader.skipCurrentElement();
+            list.reset();
+        }
+        lists.push_back(std::move(list));
+    }
+    return lists;
+}
+
+ListPointer throughStream(KpPathSegList& list)
+{
+    QByteArray text;
+    XmlStreamWriter writer(&text);
+    list.saveTo(writer);
+    QXmlStreamReader reader(text);
+    auto result = std::make_unique<KpPathSegList>();
+    if (reader.readNextStartElement())
+        result->parse(reader, 0);
+    return result;
+}
+
+ListPointer throughDom(KpPathSegList& list)
+{
+    QDomDocument document;
+    QDomElement root = document.createElement(QStringLiteral("Root"));
+    document.appendChild(root);
+    list.saveTo(root);
+    auto result = std::make_unique<KpPathSegList>();
+    result->parse(root.firstChildElement(), 0);
+    return result;
+}
+
+/** The numbers of the lines that are too short to be drawn. */
+QStringList droppedLines(KpPathSegList const& list)
+{
+    QStringList dropped;
+    KpPath path;
+    for (int i = 0; i < list.segs.count(); ++i) {
+        int const before = path.count();
+        list.segs.at(i)->addToPath(path);
+        if (path.count() == before)
+            dropped << QString::number(i + 1);
+    }
+    return dropped;
+}
+
+bool isInsideOutline(QDomElement const& element)
+{
+    for (QDomNode node = element.parentNode(); !node.isNull(); node = node.parentNode()) {
+        if (node.nodeName() == geometryName)
+            return true;
+    }
+    return false;
+}
+
+/** Collects the findings of one document. */
+class Checker
+{
+public:
+    explicit Checker(OutlineDocument& document)
+        : m_byStream(readByStream(document.text(), m_reader))
+    {
+        for (Outline& outline : document.outlines())
+            check(outline);
+        if (m_reader.hasError()) {
+            m_findings.append({static_cast<int>(m_reader.lineNumber()),
+                static_cast<int>(m_reader.columnNumber()) + 1,
+                QStringLiteral("the stream reader stops here: %1").arg(m_reader.errorString())});
+        }
+    }
+
+    QVector<Finding> const& findings() const { return m_findings; }
+
+private:
+    void report(Outline const& outline, QDomNode const& node, QString const& what)
+    {
+        m_findings.append({node.lineNumber(), node.columnNumber(),
+            QStringLiteral("outline %1: %2").arg(outline.index).arg(what)});
+    }
+
+    void reportChanges(Outline const& outline, QString const& what, QStringList const& changes)
+    {
+        if (!changes.isEmpty()) {
+            report(outline, outline.element, QStringLiteral("%1: %2").arg(what, listed(changes)));
+        }
+    }
+
+    void check(Outline& outline)
+    {
+        OutlineAudit([this, &outline](QDomNode const& node, QString const& what) {
+            report(outline, node, what);
+        }).geometry(outline.element);
+        checkReaders(outline);
+
+        KpPathSegList& list = *outline.list;
+        ListPointer const fromDom = throughDom(list);
+        ListPointer const fromStream = throughStream(list);
+        reportChanges(outline, QStringLiteral("saving changes it"), changes(list, *fromDom));
+        reportChanges(outline, QStringLiteral("the two written forms differ"),
+            changes(*fromDom, *fromStream));
+        reportChanges(outline, QStringLiteral("undo changes it"), changes(list, *exactCopy(list)));
+        if (QStringList const dropped = droppedLines(list); !dropped.isEmpty()) {
+            report(outline, outline.element,
+                QStringLiteral("lines of less than one unit are not drawn: segment %1")
+                    .arg(listed(dropped)));
+        }
+    }
+
+    void checkReaders(Outline const& outline)
+    {
+        if (isInsideOutline(outline.element)) {
+            report(outline, outline.element,
+                QStringLiteral("it stands inside another outline, whose readers skip it"));
+            return;
+        }
+        if (m_nextByStream == m_byStream.size())
+            return;
+        ListPointer const& byStream = m_byStream[m_nextByStream++];
+        if (!byStream) {
+            report(outline, outline.element,
+                QStringLiteral("the stream reader refuses it: Geometry has no attributes"));
+            return;
+        }
+        reportChanges(outline, QStringLiteral("the stream reader reads it otherwise"),
+            changes(*outline.list, *byStream));
+    }
+
+    QXmlStreamReader m_reader;
+    std::vector<ListPointer> m_byStream;
+    std::size_t m_nextByStream = 0;
+    QVector<Finding> m_findings;
+};
+
+} // namespace
+
+QVector<Finding> checkOutlines(OutlineDocument& document)
+{
+    return Checker(document).findings();
+}

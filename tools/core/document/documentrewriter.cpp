@@ -1,0 +1,214 @@
+#include "document/documentrewriter.h"
+
+#include "numbertext_p.h"
+#include "segmentkind_p.h"
+#include "xmlstreamwriter.h"
+
+#include <QXmlStreamReader>
+
+#include <cmath>
+
+namespace {
+
+// The attributes of a coordinate.
+QString const value = QStringLiteral("V");
+QString const base = QStringLiteral("B");
+QString const rate = QStringLiteral("P");
+
+/**
+ * Copies a document token by token, with the coordinates of its outlines as they stand in their
+ * lists. Whatever else there is stays: foreign elements and attributes, comments, white space,
+ * the document type.
+ */
+class DocumentRewriter
+{
+public:
+    explicit DocumentRewriter(OutlineDocument& document)
+        : m_reader(document.text())
+        , m_writer(&m_copy)
+        , m_nextOutline(document.outlines().cbegin())
+    {
+        // As when the outlines were read.
+        m_reader.setNamespaceProcessing(false);
+    }
+
+    QByteArray make()
+    {
+        while (m_reader.readNext() != QXmlStreamReader::EndDocument && !m_reader.atEnd()) {
+            if (m_reader.isStartDocument())
+                startDocument();
+            else if (m_reader.isStartElement())
+                copyElement();
+            else if (m_reader.isDTD())
+                m_writer.writeDTD(m_reader.text().trimmed().toString());
+            else
+                m_writer.writeCurrentToken(m_reader);
+            // White space outside the root element is no token.
+            m_writer.writeCharacters(QStringLiteral("\n"));
+        }
+        return m_copy;
+    }
+
+private:
+    void startDocument()
+    {
+        QString const version = QStringLiteral("1.0");
+        if (m_reader.isStandaloneDocument())
+            m_writer.writeStartDocument(version, true);
+        else
+            m_writer.writeStartDocument(version);
+    }
+
+    /** From the start tag to the end tag; `copyChild` copies the element at whose start it is. */
+    template <class CopyChild> void copyContent(CopyChild copyChild)
+    {
+        while (m_reader.readNext() != QXmlStreamReader::EndElement && !m_reader.atEnd()) {
+            if (m_reader.isStartElement())
+                copyChild();
+            else
+                copyText();
+        }
+    }
+
+    void copyText()
+    {
+        if (!m_reader.isCharacters() || m_reader.isCDATA()) {
+            m_writer.writeCurrentToken(m_reader);
+            return;
+        }
+        // A carriage return in a text was a character reference; as such it would become a
+        // line feed when the copy is read.
+        QStringList const parts = m_reader.text().toString().split(QLatin1Char('\r'));
+        for (int i = 0; i < parts.size(); ++i) {
+            if (i > 0)
+                m_writer.writeEntityReference(QStringLiteral("#13"));
+            m_writer.writeCharacters(parts.at(i));
+        }
+    }
+
+    /** As writeCurrentToken(), which would leave out a prefix here. */
+    void startElement()
+    {
+        m_writer.writeStartElement(m_reader.qualifiedName().toString());
+        m_writer.writeAttributes(m_reader.attributes());
+    }
+
+    void copyElement()
+    {
+        if (m_reader.qualifiedName() == QLatin1String("Geometry")) {
+            copyOutline();
+            return;
+        }
+        startElement();
+        copyContent([this] { copyElement(); });
+        m_writer.writeEndElement();
+    }
+
+    void copyOutline()
+    {
+        QVector<KpPathSeg*> const& segs = m_nextOutline++->list->segs;
+        int next = 0;
+        startElement();
+        copyContent([&] {
+            QStringRef const name = m_reader.qualifiedName();
+            if (SegmentKind::find([&name](auto const& kind) { return kind.name == name; }))
+                copySegment(*segs.at(next++));
+            else
+                copyElement();
+        });
+        m_writer.writeEndElement();
+    }
+
+    void copySegment(KpPathSeg& seg)
+    {
+        startElement();
+        QStringList missing;
+        SegmentKind::forEachCoordinate(
+            seg, [&missing](QString const& letter, KpReal const&) { missing << letter; });
+        copyContent([&] {
+            QString const name = m_reader.qualifiedName().toString();
+            bool const isFirst = missing.removeAll(name) > 0;
+            bool isCoordinate = false;
+            SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
+                if (letter != name)
+                    return;
+                isCoordinate = true;
+                copyCoordinate(real, isFirst);
+            });
+            if (!isCoordinate)
+                copyElement();
+        });
+        SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
+            if (missing.contains(letter)) {
+                m_writer.writeStartElement(letter);
+                writeAttributes(real, {}, true);
+                m_writer.writeEndElement();
+            }
+        });
+        m_writer.writeEndElement();
+    }
+
+    /** @param isFirst false for a coordinate that its segment has had before */
+    void copyCoordinate(KpReal const& real, bool isFirst)
+    {
+        m_writer.writeStartElement(m_reader.qualifiedName().toString());
+        writeAttributes(real, m_reader.attributes(), isFirst);
+        copyContent([this] { copyElement(); });
+        m_writer.writeEndElement();
+    }
+
+    /**
+     * The attributes as they are if they read as the real does, and the real's in their place
+     * if not. The rule of an absolute real is written down, which the document format leaves
+     * out: without it it would be read back bound in proportion to the box. What a coordinate
+     * that is given again leaves open stands in the first one, to all digits.
+     */
+    void writeAttributes(KpReal const& real, QXmlStreamAttributes const& given, bool isFirst)
+    {
+        QXmlStreamAttributes attributes;
+        for (QXmlStreamAttribute const& attribute : given) {
+            QString const name = attribute.qualifiedName().toString();
+            if (readsAs(real, name, attribute.value()))
+                attributes.append(attribute);
+            else if (isFirst || !attribute.value().isEmpty())
+                attributes.append(name, textOf(real, name));
+        }
+        for (QString const& name : {value, base, rate}) {
+            bool const isNeeded = isFirst && (name != rate || real.base != KpReal::Absolute);
+            if (isNeeded && !given.hasAttribute(name))
+                attributes.append(name, textOf(real, name));
+        }
+        m_writer.writeAttributes(attributes);
+    }
+
+    /** True also for an attribute that is none of a coordinate's. */
+    static bool readsAs(KpReal const& real, QString const& name, QStringRef const& text)
+    {
+        if (name == base)
+            return !text.isEmpty() && NumberText::toBase(text) == real.base;
+        if (name != value && name != rate)
+            return true;
+        double const number = name == value ? real.value : real.rate;
+        double const read = NumberText::toReal(text);
+        return !text.isEmpty() && std::isnan(read) == std::isnan(number) && !(read < number)
+            && !(read > number);
+    }
+
+    static QString textOf(KpReal const& real, QString const& name)
+    {
+        return name == base ? NumberText::fromBase(real.base)
+                            : NumberText::fromReal(name == value ? real.value : real.rate);
+    }
+
+    QByteArray m_copy;
+    QXmlStreamReader m_reader;
+    XmlStreamWriter m_writer;
+    std::vector<Outline>::const_iterator m_nextOutline;
+};
+
+} // namespace
+
+QByteArray copyOf(OutlineDocument& document)
+{
+    return DocumentRewriter(document).make();
+}

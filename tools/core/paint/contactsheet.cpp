@@ -1,0 +1,202 @@
+#include "paint/contactsheet.h"
+
+#include "document/exactcopy.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double cellSide = 150.0;
+constexpr double cellMargin = 10.0;
+constexpr double captionHeight = 18.0;
+constexpr double sheetMargin = 12.0;
+constexpr double sheetAspect = 1.5; ///< width to height that the grid comes close to
+
+/** A figure as it is shown: once, or once for every box. */
+struct Band
+{
+    QString caption;
+    std::vector<Figure> figures;
+    QVector<QSizeF> boxes; ///< as many as figures, or none
+    QVector<QRectF> bounds; ///< of each figure with its box
+};
+
+QString sizeText(QSizeF const& size)
+{
+    return QStringLiteral("%1 x %2").arg(
+        QString::number(size.width(), 'g', 6), QString::number(size.height(), 'g', 6));
+}
+
+Band makeBand(Figure const& figure, QVector<QSizeF> const& boxes, OutlineStyle const& style)
+{
+    Band band {figure.caption, {}, boxes, {}};
+    if (boxes.isEmpty()) {
+        band.figures.push_back(figure);
+        band.bounds.append(boundsOf(figure, style));
+    }
+    for (QSizeF const& box : boxes) {
+        band.figures.push_back(resized(figure, box));
+        band.bounds.append(
+            boundsOf(band.figures.back(), style).united(QRectF(QPointF(0.0, 0.0), box)));
+    }
+    return band;
+}
+
+/** The scale at which the largest figure of the band just fits into its cell. */
+double scaleOf(Band const& band)
+{
+    double longest = 0.0;
+    for (QRectF const& bounds : band.bounds) {
+        if (isDrawable(bounds))
+            longest = std::max({longest, bounds.width(), bounds.height()});
+    }
+    return longest > 0.0 ? (cellSide - 2.0 * cellMargin) / longest : 1.0;
+}
+
+class SheetPainter
+{
+public:
+    SheetPainter(QPainter& painter, OutlineStyle const& style)
+        : m_painter(painter)
+        , m_style(style)
+    {
+        QFont font;
+        font.setPixelSize(11);
+        m_painter.setFont(font);
+    }
+
+    void draw(Band const& band, QPointF const& topLeft)
+    {
+        double const scale = scaleOf(band);
+        double const bandWidth = cellSide * static_cast<double>(band.figures.size());
+        for (int i = 0; i < band.bounds.size(); ++i) {
+            QRectF const cell(topLeft + QPointF(i * cellSide, 0.0), QSizeF(cellSide, cellSide));
+            drawCell(band, i, cell, scale);
+            if (!band.boxes.isEmpty())
+                drawText(sizeText(band.boxes.at(i)), underneath(cell), Qt::darkGray);
+        }
+        drawText(band.caption,
+            QRectF(topLeft.x(), topLeft.y() + bandHeight(band) - captionHeight, bandWidth,
+                captionHeight),
+            Qt::black);
+    }
+
+    static double bandHeight(Band const& band)
+    {
+        return cellSide + captionHeight * (band.boxes.isEmpty() ? 1.0 : 2.0);
+    }
+
+private:
+    static QRectF underneath(QRectF const& cell)
+    {
+        return {cell.left(), cell.bottom(), cell.width(), captionHeight};
+    }
+
+    void drawCell(Band const& band, int index, QRectF const& cell, double scale)
+    {
+        QRectF const& bounds = band.bounds.at(index);
+        if (!isDrawable(bounds)) {
+            drawText(QStringLiteral("cannot be drawn"), cell, Qt::red);
+            return;
+        }
+        QPointF const origin = cell.center() - scale * bounds.center();
+        QTransform const toSheet =
+            QTransform::fromScale(scale, scale) * QTransform::fromTranslate(origin.x(), origin.y());
+        if (!band.boxes.isEmpty()) {
+            m_painter.setPen(QPen(Qt::lightGray, 0.0, Qt::DashLine));
+            m_painter.setBrush(Qt::NoBrush);
+            m_painter.drawRect(toSheet.mapRect(QRectF(QPointF(0.0, 0.0), band.boxes.at(index))));
+        }
+        OutlinePainter outlinePainter(m_painter, m_style);
+        for (auto const& list : band.figures[static_cast<std::size_t>(index)].outlines)
+            outlinePainter.draw(*list, toSheet);
+    }
+
+    void drawText(QString const& text, QRectF const& place, QColor const& colour)
+    {
+        QFontMetricsF const metrics(m_painter.font());
+        m_painter.setPen(colour);
+        m_painter.drawText(place, Qt::AlignCenter,
+            metrics.elidedText(text, Qt::ElideMiddle, place.width() - cellMargin));
+    }
+
+    QPainter& m_painter;
+    OutlineStyle m_style;
+};
+
+} // namespace
+
+QRectF boundsOf(Figure const& figure, OutlineStyle const& style)
+{
+    QRectF bounds;
+    for (auto const& list : figure.outlines) {
+        QRectF const drawn = drawnBounds(*list, style);
+        if (drawn.isNull())
+            continue;
+        // United by hand: QRectF::united leaves out a rectangle without height or width.
+        bounds = bounds.isNull() ? drawn
+                                 : QRectF(QPointF(std::min(bounds.left(), drawn.left()),
+                                              std::min(bounds.top(), drawn.top())),
+                                     QPointF(std::max(bounds.right(), drawn.right()),
+                                         std::max(bounds.bottom(), drawn.bottom())));
+    }
+    return bounds;
+}
+
+Figure resized(Figure const& figure, QSizeF const& box)
+{
+    Figure copy {figure.caption, {}};
+    for (auto const& list : figure.outlines) {
+        std::shared_ptr<KpPathSegList> const outline = exactCopy(*list);
+        outline->updateValue(box.width(), box.height());
+        copy.outlines.push_back(outline);
+    }
+    return copy;
+}
+
+bool isDrawable(QRectF const& bounds)
+{
+    return isDrawable(bounds.left()) && isDrawable(bounds.top()) && isDrawable(bounds.right())
+        && isDrawable(bounds.bottom());
+}
+
+Picture contactSheet(
+    std::vector<Figure> const& figures, QVector<QSizeF> const& boxes, OutlineStyle const& style)
+{
+    std::vector<Band> bands;
+    bands.reserve(figures.size());
+    for (Figure const& figure : figures)
+        bands.push_back(makeBand(figure, boxes, style));
+
+    double const bandWidth = cellSide * std::max(1, boxes.size());
+    double const bandHeight = SheetPainter::bandHeight(bands.front());
+    auto const count = static_cast<double>(bands.size());
+    double const columns =
+        std::clamp(std::round(std::sqrt(count * sheetAspect * bandHeight / bandWidth)), 1.0, count);
+    double const rows = std::ceil(count / columns);
+    QSizeF const grid(columns * bandWidth, rows * bandHeight);
+    double const legend = style.showsPoints ? OutlinePainter::legendSize().height() : 0.0;
+    QSizeF const size = grid + QSizeF(2.0 * sheetMargin, 2.0 * sheetMargin + legend);
+
+    auto const paint = [=, bands = std::move(bands)](QPainter& painter) {
+        SheetPainter sheetPainter(painter, style);
+        double index = 0.0;
+        for (Band const& band : bands) {
+            double const row = std::floor(index / columns);
+            double const column = index - row * columns;
+            sheetPainter.draw(
+                band, QPointF(sheetMargin + column * bandWidth, sheetMargin + row * bandHeight));
+            index += 1.0;
+        }
+        if (style.showsPoints) {
+            OutlinePainter(painter, style)
+                .drawLegend(QPointF(sheetMargin, sheetMargin + grid.height()));
+        }
+    };
+    return {size, paint};
+}

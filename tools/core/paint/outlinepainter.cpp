@@ -1,0 +1,178 @@
+#include "paint/outlinepainter.h"
+
+#include "document/bindingrule.h"
+#include "kppath.h"
+#include "kppathsegcurveto.h"
+#include "kppathsegellipse.h"
+
+#include <QFont>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr QRgb ink = 0xff1f3a5f;
+constexpr QRgb pale = 0xffdbe9f6;
+constexpr QRgb translucentInk = 0xb01f3a5f; ///< overlapping figures stay visible
+constexpr double lineWidth = 1.5;
+constexpr double markRadius = 4.5;
+constexpr double legendLineHeight = 15.0;
+constexpr double legendWidth = 260.0;
+
+enum class Mark { Corner, Curve, Control };
+
+/** The left half of a mark around the origin; the right one is its mirror image. */
+QPainterPath leftHalf(Mark mark)
+{
+    QPainterPath half(QPointF(0.0, -markRadius));
+    switch (mark) {
+    case Mark::Corner:
+        half.lineTo(-markRadius, -markRadius);
+        half.lineTo(-markRadius, markRadius);
+        break;
+    case Mark::Curve:
+        half.arcTo(
+            QRectF(-markRadius, -markRadius, 2.0 * markRadius, 2.0 * markRadius), 90.0, 180.0);
+        break;
+    case Mark::Control:
+        half.lineTo(-markRadius, 0.0);
+        break;
+    }
+    half.lineTo(0.0, markRadius);
+    half.closeSubpath();
+    return half;
+}
+
+QColor ruleColour(KpReal const& real)
+{
+    return QColor::fromRgb(bindingRule(ruleOf(real.base)).colour);
+}
+
+QPointF position(KpPoint const& point)
+{
+    return {point.x.value, point.y.value};
+}
+
+/** A mark whose left half shows the rule of x and whose right half that of y. */
+void drawMark(QPainter& painter, QPointF const& at, Mark mark, QColor const& x, QColor const& y)
+{
+    QPainterPath const half = leftHalf(mark);
+    painter.setPen(QPen(Qt::white, 0.5));
+    painter.setBrush(x);
+    painter.drawPath(half.translated(at));
+    painter.setBrush(y);
+    painter.drawPath(QTransform::fromScale(-1.0, 1.0).map(half).translated(at));
+}
+
+} // namespace
+
+OutlinePainter::OutlinePainter(QPainter& painter, OutlineStyle const& style)
+    : m_painter(painter)
+    , m_style(style)
+{
+}
+
+void OutlinePainter::draw(KpPathSegList& list, QTransform const& toDevice)
+{
+    QPainterPath path = toDevice.map(painterPathOf(list));
+    path.setFillRule(m_style.fillRule);
+    QColor const fill = QColor::fromRgba(list.noLine ? translucentInk : pale);
+    m_painter.setBrush(list.noFill ? QBrush() : QBrush(fill));
+    m_painter.setPen(list.noLine
+            ? QPen(Qt::NoPen)
+            : QPen(QColor::fromRgb(ink), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    m_painter.drawPath(path);
+    if (m_style.showsPoints)
+        drawPoints(list, toDevice);
+}
+
+void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
+{
+    QPen const handle(QColor::fromRgb(0xff909090), 0.75);
+    auto const device = [&toDevice](QPointF const& point) { return toDevice.map(point); };
+    auto const mark = [&](KpPoint const& point, Mark kind) {
+        drawMark(
+            m_painter, device(position(point)), kind, ruleColour(point.x), ruleColour(point.y));
+    };
+    for (KpPathSeg* const seg : qAsConst(list.segs)) {
+        if (KpPathSegCurveTo const* const curve = seg->toCurveTo()) {
+            m_painter.setPen(handle);
+            m_painter.drawLine(device(seg->startPt()), device(position(curve->ctrl1)));
+            m_painter.drawLine(device(position(curve->pt)), device(position(curve->ctrl2)));
+            mark(curve->ctrl1, Mark::Control);
+            mark(curve->ctrl2, Mark::Control);
+            mark(curve->pt, Mark::Curve);
+        } else if (KpPathSegEllipse const* const ellipse = seg->toEllipse()) {
+            QPointF const centre = position(ellipse->pt);
+            QPointF const right = device(centre + QPointF(ellipse->a.value, 0.0));
+            QPointF const bottom = device(centre + QPointF(0.0, ellipse->b.value));
+            m_painter.setPen(handle);
+            m_painter.drawLine(device(centre), right);
+            m_painter.drawLine(device(centre), bottom);
+            QColor const a = ruleColour(ellipse->a);
+            QColor const b = ruleColour(ellipse->b);
+            drawMark(m_painter, right, Mark::Control, a, a);
+            drawMark(m_painter, bottom, Mark::Control, b, b);
+            mark(ellipse->pt, Mark::Curve);
+        } else {
+            mark(seg->pt, Mark::Corner);
+        }
+    }
+}
+
+void OutlinePainter::drawLegend(QPointF const& topLeft)
+{
+    QFont font;
+    font.setPixelSize(11);
+    m_painter.setFont(font);
+    QPointF line = topLeft + QPointF(0.0, legendLineHeight / 2.0);
+    for (int rule = 0; rule < ruleCount; ++rule) {
+        BindingRule const& shown = bindingRule(rule);
+        QColor const colour = QColor::fromRgb(shown.colour);
+        drawMark(m_painter, line + QPointF(markRadius, 0.0), Mark::Corner, colour, colour);
+        m_painter.setPen(Qt::black);
+        m_painter.drawText(line + QPointF(4.0 * markRadius, 4.0),
+            QStringLiteral("%1: %2").arg(
+                QString::fromUtf8(shown.name), QString::fromUtf8(shown.meaning)));
+        line.ry() += legendLineHeight;
+    }
+    m_painter.drawText(
+        line + QPointF(0.0, 4.0), QStringLiteral("left half: rule of x, right half: rule of y"));
+}
+
+QSizeF OutlinePainter::legendSize()
+{
+    return {legendWidth, (ruleCount + 1) * legendLineHeight};
+}
+
+QPainterPath painterPathOf(KpPathSegList const& list)
+{
+    KpPath path;
+    list.toPath(path);
+    return path.toPainterPath();
+}
+
+bool isDrawable(double number)
+{
+    // Beyond this, scaling to a picture would leave the range in which Qt draws.
+    return std::abs(number) < 1e100;
+}
+
+QRectF drawnBounds(KpPathSegList& list, OutlineStyle const& style)
+{
+    KpPath drawing;
+    list.toPath(drawing);
+    auto const isBad = [](KpPath::KpElement const& element) {
+        return !isDrawable(element.x) || !isDrawable(element.y);
+    };
+    // A painter path would leave such an element out without a word.
+    if (std::any_of(drawing.elements.cbegin(), drawing.elements.cend(), isBad)) {
+        double const endless = std::numeric_limits<double>::infinity();
+        return QRectF(QPointF(-endless, -endless), QPointF(endless, endless));
+    }
+    QPainterPath const path = drawing.toPainterPath();
+    return style.showsPoints ? path.controlPointRect() : path.boundingRect();
+}

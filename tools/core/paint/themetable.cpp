@@ -1,0 +1,117 @@
+#include "paint/themetable.h"
+
+#include "colorutil.h"
+#include "kpcolor.h"
+
+#include <QFont>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+constexpr double swatchWidth = 112.0;
+constexpr double swatchHeight = 34.0;
+constexpr double captionHeight = 16.0;
+constexpr double gap = 6.0;
+constexpr double labelWidth = 70.0;
+constexpr double margin = 12.0;
+
+/** Signed percentages, lightest first. */
+constexpr int tints[] = {80, 60, 40, 20, 0, -20, -40, -60, -80};
+constexpr int tintCount = static_cast<int>(sizeof tints / sizeof *tints);
+
+QString label(int tint)
+{
+    if (tint == 0)
+        return QStringLiteral("reference");
+    return tint > 0 ? QStringLiteral("tint %1 %").arg(tint)
+                    : QStringLiteral("shade %1 %").arg(-tint);
+}
+
+QColor inLinearLight(QColor const& reference, int tint)
+{
+    KpColor colour;
+    colour.setTintColor(reference, tint, 0);
+    return colour;
+}
+
+/** The mix with white or black of the channels as they are encoded. */
+QColor inEncodedValues(QColor const& reference, int tint)
+{
+    double const part = std::abs(tint) * 0.01;
+    double const target = tint > 0 ? 255.0 : 0.0;
+    auto const mixed = [part, target](
+                           int channel) { return qRound(channel * (1.0 - part) + target * part); };
+    return QColor(mixed(reference.red()), mixed(reference.green()), mixed(reference.blue()));
+}
+
+class ThemeTablePainter
+{
+public:
+    ThemeTablePainter(QPainter& painter, bool compares)
+        : m_painter(painter)
+        , m_compares(compares)
+    {
+        QFont font;
+        font.setPixelSize(11);
+        m_painter.setFont(font);
+    }
+
+    void drawLabel(int row)
+    {
+        drawText(label(tints[row]), QRectF(margin, topOf(row), labelWidth, swatchHeight),
+            Qt::AlignLeft | Qt::AlignVCenter);
+    }
+
+    void drawSwatch(int row, int column, QColor const& reference)
+    {
+        QRectF const whole(margin + labelWidth + column * (swatchWidth + gap), topOf(row),
+            swatchWidth, swatchHeight);
+        QColor const colour = inLinearLight(reference, tints[row]);
+        QString caption = ColorUtil::RGBToString(colour);
+        m_painter.fillRect(whole, colour);
+        if (m_compares) {
+            QColor const encoded = inEncodedValues(reference, tints[row]);
+            QRectF right = whole;
+            right.setLeft(whole.center().x());
+            m_painter.fillRect(right, encoded);
+            caption += QLatin1Char(' ') + ColorUtil::RGBToString(encoded);
+        }
+        drawText(caption, QRectF(whole.left(), whole.bottom(), swatchWidth, captionHeight),
+            Qt::AlignCenter);
+    }
+
+    static QSizeF size(int columns)
+    {
+        return {2.0 * margin + labelWidth + columns * (swatchWidth + gap) - gap,
+            topOf(tintCount) + margin - gap};
+    }
+
+private:
+    static double topOf(int row) { return margin + row * (swatchHeight + captionHeight + gap); }
+
+    void drawText(QString const& text, QRectF const& place, int alignment)
+    {
+        m_painter.setPen(Qt::black);
+        m_painter.drawText(place, alignment, text);
+    }
+
+    QPainter& m_painter;
+    bool const m_compares;
+};
+
+} // namespace
+
+Picture themeTable(QVector<QColor> const& references, bool compares)
+{
+    auto const paint = [references, compares](QPainter& painter) {
+        ThemeTablePainter table(painter, compares);
+        for (int row = 0; row < tintCount; ++row) {
+            table.drawLabel(row);
+            for (int column = 0; column < references.size(); ++column)
+                table.drawSwatch(row, column, references.at(column));
+        }
+    };
+    return {ThemeTablePainter::size(references.size()), paint};
+}
