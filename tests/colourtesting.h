@@ -2,58 +2,15 @@
 #define COLOURTESTING_H
 
 #include "kpcolor.h"
-#include "outlinetesting.h"
+#include "testing.h"
 
 #include <QColor>
 
 #include <algorithm>
 #include <array>
 
-/** What the tests of colours share: exact comparison, watching the log, tint and shade by powers. */
+/** What the tests of colours share: exact comparison, tint and shade by powers. */
 namespace ColourTesting {
-
-/** Notes what is logged. The seeds of random tests pass through to the log of the test. */
-class MessageWatch
-{
-public:
-    /** Starts in the first test function: before it, Qt Test has not installed its own handler. */
-    void start()
-    {
-        previous() = qInstallMessageHandler(note);
-        messages().clear();
-    }
-
-    void stop() { qInstallMessageHandler(previous()); }
-
-    /** The messages since the last call. */
-    QStringList take()
-    {
-        QStringList const taken = messages();
-        messages().clear();
-        return taken;
-    }
-
-private:
-    static QStringList& messages()
-    {
-        static QStringList all;
-        return all;
-    }
-
-    static QtMessageHandler& previous()
-    {
-        static QtMessageHandler handler = nullptr;
-        return handler;
-    }
-
-    static void note(QtMsgType type, QMessageLogContext const& context, QString const& message)
-    {
-        if (type == QtInfoMsg && message.startsWith(QLatin1String("random seed ")))
-            previous()(type, context, message);
-        else
-            messages() << message;
-    }
-};
 
 /** Kind and raw components of a colour: QColor's comparison is fuzzy on some kinds. */
 inline std::array<qreal, 5> components(QColor const& colour)

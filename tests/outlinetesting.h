@@ -7,45 +7,19 @@
 #include "kppathseglineto.h"
 #include "kppathseglist.h"
 #include "kppathsegmoveto.h"
+#include "testing.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomDocument>
-#include <QRandomGenerator>
-#include <QString>
-#include <QStringList>
 #include <QXmlStreamReader>
-#include <QtTest>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <iterator>
-#include <limits>
 #include <memory>
 
-/** Defined where a sanitizer slows everything down. */
-#if defined(__SANITIZE_ADDRESS__)
-#define OUTLINETESTING_SANITIZED
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define OUTLINETESTING_SANITIZED
-#endif
-#endif
-
-/** What the tests of outlines share: exact comparison, exact text, random outlines. */
+/** What the tests of outlines share: exact text, random outlines. */
 namespace OutlineTesting {
 
-/** Equality of the bit patterns, which QCOMPARE does not give for doubles. */
-inline bool sameBits(double left, double right)
-{
-    return std::memcmp(&left, &right, sizeof left) == 0;
-}
-
-/** A double in hexadecimal notation: equal texts are equal numbers, NaN included. */
-inline QString exact(double number)
-{
-    return QString::asprintf("%a", number);
-}
+using Testing::exact;
 
 inline QString exact(KpReal const& real)
 {
@@ -181,44 +155,11 @@ private:
     int size;
 };
 
-/** A generator whose seed stands in the log. */
-inline QRandomGenerator seededRandom(quint32 seed)
-{
-    qInfo("random seed %u", seed);
-    return QRandomGenerator(seed);
-}
-
-/** A number that is often awkward: any bit pattern, a tie, a power of ten, a special value. */
-inline double awkwardReal(QRandomGenerator& random)
-{
-    switch (random.bounded(8)) {
-    case 0: {
-        quint64 const bits = random.generate64();
-        double number = 0.0;
-        std::memcpy(&number, &bits, sizeof number);
-        return number;
-    }
-    case 1:
-        return random.bounded(1000000) + 0.5;
-    case 2:
-        return std::pow(10.0, random.bounded(-20, 20));
-    case 3: {
-        static double const specials[] = {0.0, -0.0, 1.0, -1.0, 0.001,
-            std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-            -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::max(),
-            std::numeric_limits<double>::denorm_min()};
-        return specials[random.bounded(int(std::size(specials)))];
-    }
-    default:
-        return random.generateDouble() * 2000.0 - 1000.0;
-    }
-}
-
 inline KpReal randomReal(QRandomGenerator& random)
 {
     qint16 const base =
         random.bounded(8) == 0 ? qint16(random.bounded(-32768, 32768)) : qint16(random.bounded(8));
-    return KpReal(base, awkwardReal(random), awkwardReal(random));
+    return KpReal(base, Testing::awkwardReal(random), Testing::awkwardReal(random));
 }
 
 inline KpPoint randomPoint(QRandomGenerator& random)
@@ -258,18 +199,5 @@ inline void fillRandomly(KpPathSegList& list, int count, QRandomGenerator& rando
 }
 
 } // namespace OutlineTesting
-
-/** QCOMPARE for doubles that must be equal bit for bit. */
-#define COMPARE_BITS(actual, expected)                                                             \
-    do {                                                                                           \
-        double const actualValue = (actual);                                                       \
-        double const expectedValue = (expected);                                                   \
-        QVERIFY2(OutlineTesting::sameBits(actualValue, expectedValue),                             \
-            qPrintable(QStringLiteral("%1 is %2 (%3), not %4 (%5)")                                \
-                           .arg(QStringLiteral(#actual), OutlineTesting::exact(actualValue))       \
-                           .arg(actualValue, 0, 'g', 17)                                           \
-                           .arg(OutlineTesting::exact(expectedValue))                              \
-                           .arg(expectedValue, 0, 'g', 17)));                                      \
-    } while (false)
 
 #endif // OUTLINETESTING_H

@@ -12,10 +12,10 @@ using OutlineTesting::parseStream;
 
 Q_DECLARE_METATYPE(KpReal)
 
-namespace {
+using Testing::infinite;
+using Testing::notANumber;
 
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
+namespace {
 
 /** What a reader makes of `written` when it starts from `before`. */
 KpReal readBack(KpReal const& written, KpReal const& before)
@@ -653,7 +653,7 @@ void SegmentTest::truncatedDomReadsNothingElse()
 
 void SegmentTest::randomSegmentsReadBackRounded()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(20200229);
+    QRandomGenerator random = Testing::seededRandom(20200229);
     for (int round = 0; round < 500; ++round) {
         auto const seg = create();
         auto const expected = create();

@@ -560,7 +560,7 @@ void TestGeometryUndo::realsAtAPositionOutsideDropTheSegment()
 
 void TestGeometryUndo::randomOutlinesGoThereAndBack()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(271828);
+    QRandomGenerator random = Testing::seededRandom(271828);
     for (int round = 0; round < 1000; ++round) {
         KpPathSegList list;
         OutlineTesting::fillRandomly(list, random.bounded(20), random);
@@ -579,7 +579,7 @@ void TestGeometryUndo::randomOutlinesGoThereAndBack()
 
 void TestGeometryUndo::randomStreamsAreReadWithinTheirBounds()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(161803);
+    QRandomGenerator random = Testing::seededRandom(161803);
     int segments = 0;
     for (int round = 0; round < 20000; ++round) {
         Ints ints(random.bounded(40));

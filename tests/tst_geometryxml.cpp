@@ -11,10 +11,10 @@ using OutlineTesting::parseDom;
 using OutlineTesting::parseStream;
 using OutlineTesting::streamXml;
 
-namespace {
+using Testing::infinite;
+using Testing::notANumber;
 
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
+namespace {
 
 QString values(KpPathSeg& seg)
 {
@@ -949,7 +949,7 @@ void TestGeometryXml::deepNestingIsSteppedOver()
 
 void TestGeometryXml::randomOutlinesInBothForms()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(31415926);
+    QRandomGenerator random = Testing::seededRandom(31415926);
     for (int round = 0; round < 1000; ++round) {
         KpPathSegList list;
         OutlineTesting::fillRandomly(list, random.bounded(12), random);

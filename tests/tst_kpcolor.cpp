@@ -1,8 +1,10 @@
 #include "colorutil.h"
 #include "colourtesting.h"
+#include "outlinetesting.h"
 
 #include <QDataStream>
 
+#include <optional>
 #include <type_traits>
 
 using ColourTesting::colourOf;
@@ -144,25 +146,25 @@ private Q_SLOTS:
     void documentsGoThereAndBack();
 
 private:
-    ColourTesting::MessageWatch watch;
+    std::optional<Testing::MessageWatch> watch;
 };
 
 void TestKpColor::initTestCase()
 {
-    watch.start();
+    watch.emplace();
     QCOMPARE(KpColor::s_genPreTheme, false);
 }
 
 void TestKpColor::cleanup()
 {
     KpColor::s_genPreTheme = false;
-    QCOMPARE(watch.take(), QStringList());
+    VERIFY_NOTHING_LOGGED(*watch);
 }
 
 void TestKpColor::cleanupTestCase()
 {
-    watch.stop();
-    QCOMPARE(watch.take(), QStringList());
+    watch->stop();
+    VERIFY_NOTHING_LOGGED(*watch);
 }
 
 void TestKpColor::fieldsStandInOrder()
@@ -674,7 +676,7 @@ void TestKpColor::shortStreamsAreRead()
 
 void TestKpColor::streamsOfAnyBytesAreRead()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(1644);
+    QRandomGenerator random = Testing::seededRandom(1644);
     int kinds[6] = {};
     for (int i = 0; i < 20000; ++i) {
         QByteArray bytes(19, '\0');
@@ -815,7 +817,7 @@ void TestKpColor::undoRecordOfOtherKindsHoldsTheirChannels()
 
 void TestKpColor::undoRecordGoesThereAndBack()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(1848);
+    QRandomGenerator random = Testing::seededRandom(1848);
     for (int i = 0; i < 10000; ++i) {
         KpColor colour = colourOf(QColor(QRgb(random.generate())),
             QColor::fromRgba(random.generate()), random.bounded(-120, 120), random.bounded(70000));
@@ -953,7 +955,7 @@ void TestKpColor::writesWhatTheThemeDoesNotTell()
 
 void TestKpColor::bothWritersFollowTheRules()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(1582);
+    QRandomGenerator random = Testing::seededRandom(1582);
     for (int i = 0; i < 4000; ++i) {
         KpColor::s_genPreTheme = random.bounded(2) == 1;
         int const theme = random.bounded(2) == 1 ? random.bounded(-32768, 32768) : 0;
@@ -1406,7 +1408,7 @@ void TestKpColor::readerDoesNotMove()
 
 void TestKpColor::documentsGoThereAndBack()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(1955);
+    QRandomGenerator random = Testing::seededRandom(1955);
     for (int i = 0; i < 5000; ++i) {
         // References of two digits a channel, which the format keeps.
         QRgb const reference = 0x101010 | random.generate();

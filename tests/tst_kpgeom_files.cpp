@@ -1,5 +1,5 @@
 #include "kpgeomtesting.h"
-#include "outlinetesting.h"
+#include "testing.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -60,12 +60,9 @@ void limitFileSize(rlim_t bytes)
 /** Limits what the tool may allocate; a sanitizer needs more than any limit. */
 void limitMemory(rlim_t mebibytes)
 {
-#ifdef OUTLINETESTING_SANITIZED
-    Q_UNUSED(mebibytes)
-#else
     rlimit const limit {mebibytes * 1024 * 1024, mebibytes * 1024 * 1024};
-    setrlimit(RLIMIT_DATA, &limit);
-#endif
+    if (!Testing::sanitized)
+        setrlimit(RLIMIT_DATA, &limit);
 }
 
 /** Lets the superuser, too, be stopped by permissions. */
@@ -153,13 +150,8 @@ Result runWithBytes(Workplace const& place, QByteArrayList const& arguments, cha
 }
 
 // A sanitizer makes runs slower and keeps what they have freed.
-#ifdef OUTLINETESTING_SANITIZED
-constexpr int prefixStep = 7;
-constexpr long growthOfManyFiles = 512L * 1024;
-#else
-constexpr int prefixStep = 1;
-constexpr long growthOfManyFiles = 64L * 1024;
-#endif
+constexpr int prefixStep = Testing::sanitized ? 7 : 1;
+constexpr long growthOfManyFiles = (Testing::sanitized ? 512L : 64L) * 1024;
 
 } // namespace
 
@@ -874,7 +866,8 @@ void TestKpgeomFiles::endlessInputTakesBoundedMemory()
 void TestKpgeomFiles::lackOfMemoryIsTold()
 {
     // A sanitizer ends a run without memory itself.
-#ifndef OUTLINETESTING_SANITIZED
+    if (Testing::sanitized)
+        return;
     QFETCH(QStringList, arguments);
     Workplace const place;
     Workplace::Start start;
@@ -884,7 +877,6 @@ void TestKpgeomFiles::lackOfMemoryIsTold()
     };
     COMPARE_FAILURE(place.run(arguments, start), 1, "kpgeom: out of memory");
     QCOMPARE(place.entries(), QStringList());
-#endif
 }
 
 void TestKpgeomFiles::encodingsAreTaken_data()

@@ -1,26 +1,21 @@
 #include "conversion_p.h"
 #include "kpmath.h"
-#include "outlinetesting.h"
+#include "testing.h"
 
 #include <cstdlib>
 #include <new>
 
 using namespace KpMath;
 
+using Testing::infinite;
+using Testing::notANumber;
+
 namespace {
 
 /** Blocks of memory asked for so far. */
 long allocations = 0;
 
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
-
-/** Equal to the last bit; all that is not a number is alike. */
-bool isSame(double first, double second)
-{
-    return (std::isnan(first) && std::isnan(second))
-        || std::memcmp(&first, &second, sizeof first) == 0;
-}
+using Testing::isSame;
 
 bool isSame(QPointF const& first, QPointF const& second)
 {
@@ -266,7 +261,7 @@ class Inputs
 {
 public:
     explicit Inputs(quint32 seed)
-        : m_random(OutlineTesting::seededRandom(seed))
+        : m_random(Testing::seededRandom(seed))
     {
     }
 
@@ -328,7 +323,7 @@ private:
         case 2:
             return m_last + (m_random.generateDouble() - 0.5) * 0.003;
         case 3:
-            return OutlineTesting::awkwardReal(m_random);
+            return Testing::awkwardReal(m_random);
         case 4:
             return m_last = m_random.generateDouble() * 2000.0 - 1000.0;
         default:
@@ -362,7 +357,7 @@ private:
 
 } // namespace
 
-#ifdef OUTLINETESTING_SANITIZED
+#ifdef TESTING_SANITIZED
 
 // The sanitizer has a malloc of its own.
 void* operator new(std::size_t size)
@@ -557,9 +552,9 @@ void TestKpMath::determinantFollowsTheRuleOfSarrus()
     QFETCH(double, expected);
     QVector<double> rows = matrix;
     double const found = kpDeterminate(rows.data(), rows.data() + 3, rows.data() + 6);
-    QVERIFY2(isSame(found, expected), qPrintable(QString::number(found, 'g', 17)));
+    COMPARE_SAME(found, expected);
     for (int i = 0; i < rows.size(); ++i)
-        QVERIFY(isSame(rows.at(i), matrix.at(i)));
+        COMPARE_SAME(rows.at(i), matrix.at(i));
 }
 
 void TestKpMath::directionRunsFromMinusToPlus180_data()
@@ -593,7 +588,7 @@ void TestKpMath::directionRunsFromMinusToPlus180()
     QFETCH(QPointF, a);
     QFETCH(QPointF, b);
     QFETCH(double, expected);
-    QVERIFY2(isSame(kpAtan(a, b), expected), qPrintable(QString::number(kpAtan(a, b), 'g', 17)));
+    COMPARE_SAME(kpAtan(a, b), expected);
 }
 
 void TestKpMath::directionRunsFrom0To360_data()
@@ -638,7 +633,7 @@ void TestKpMath::directionRunsFrom0To360()
     QFETCH(QPointF, a);
     QFETCH(QPointF, b);
     QFETCH(double, expected);
-    QVERIFY2(isSame(kpAtan2(a, b), expected), qPrintable(QString::number(kpAtan2(a, b), 'g', 17)));
+    COMPARE_SAME(kpAtan2(a, b), expected);
 }
 
 void TestKpMath::sideOfALine_data()
@@ -805,7 +800,7 @@ void TestKpMath::angleAtAPoint()
     QFETCH(QPointF, b);
     QFETCH(double, degrees);
     double const angle = kpDegree(a, QPointF(0, 0), b);
-    QVERIFY2(isSame(angle, degrees), qPrintable(QString::number(angle, 'g', 17)));
+    COMPARE_SAME(angle, degrees);
 }
 
 void TestKpMath::rectangleOfTwoCorners_data()
@@ -1256,7 +1251,7 @@ void TestKpMath::roundedNumbersGoUpward()
 
 void TestKpMath::roundedNumbersAreThoseOfQt()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(31415);
+    QRandomGenerator random = Testing::seededRandom(31415);
     int different = 0;
     for (int i = 0; i < 1000000; ++i) {
         double number = (random.generateDouble() - 0.5) * std::pow(10.0, random.bounded(10));

@@ -1,15 +1,15 @@
 #include "outlinetesting.h"
 
 #include <QPainterPath>
-#include <QRandomGenerator>
-#include <QtTest>
 
 #include <cstddef>
-#include <limits>
 #include <type_traits>
 
 using Elements = QVector<KpPath::KpElement>;
 Q_DECLARE_METATYPE(Elements)
+
+using Testing::infinite;
+using Testing::notANumber;
 
 namespace {
 
@@ -18,9 +18,6 @@ constexpr int line = 1;
 constexpr int curve = 2;
 constexpr int data = 3;
 constexpr int closing = 4;
-
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
 
 KpPath::KpElement element(int type, double x, double y)
 {
@@ -286,8 +283,7 @@ void TestKpPath::ellipseStaysCloseToTheTrueOne()
 
 void TestKpPath::ellipseAgreesWithThatOfQPainterPath()
 {
-    quint32 const seed = 20110;
-    QRandomGenerator random(seed);
+    QRandomGenerator random = Testing::seededRandom(20110);
     for (int round = 0; round < 1000; ++round) {
         QRectF const rect(random.generateDouble() * 200.0 - 100.0,
             random.generateDouble() * 200.0 - 100.0, 1.0 + random.generateDouble() * 100.0,
@@ -303,8 +299,7 @@ void TestKpPath::ellipseAgreesWithThatOfQPainterPath()
             bool const close = qAbs(outline.at(i).x - expected.x) < 1e-7
                 && qAbs(outline.at(i).y - expected.y) < 1e-7;
             QVERIFY2(close,
-                qPrintable(QStringLiteral("seed %1 round %2 element %3: %4,%5 and %6,%7")
-                               .arg(seed)
+                qPrintable(QStringLiteral("round %1 element %2: %3,%4 and %5,%6")
                                .arg(round)
                                .arg(i)
                                .arg(outline.at(i).x)
@@ -397,8 +392,7 @@ void TestKpPath::isClockWise()
 
 void TestKpPath::reversedPolygonTurnsTheOtherWay()
 {
-    quint32 const seed = 20111;
-    QRandomGenerator random(seed);
+    QRandomGenerator random = Testing::seededRandom(20111);
     int clockWise = 0;
     for (int round = 0; round < 2000; ++round) {
         // Small integers: the areas are exact.
@@ -419,7 +413,7 @@ void TestKpPath::reversedPolygonTurnsTheOtherWay()
             twiceArea += u.x() * v.y() - u.y() * v.x();
         }
         QByteArray const where =
-            QStringLiteral("seed %1 round %2 area %3").arg(seed).arg(round).arg(twiceArea).toUtf8();
+            QStringLiteral("round %1 area %2").arg(round).arg(twiceArea).toUtf8();
         QVERIFY2(pathOf(forwards).isClockWise() == (twiceArea > 0), where.constData());
         QVERIFY2(pathOf(backwards).isClockWise() == (twiceArea < 0), where.constData());
         clockWise += twiceArea > 0 ? 1 : 0;
@@ -476,18 +470,17 @@ void TestKpPath::toPainterPathDrawsWhatFormsAStep()
 
 void TestKpPath::toPainterPathOfRandomElementsIsFinite()
 {
-    quint32 const seed = 20112;
-    QRandomGenerator random(seed);
+    QRandomGenerator random = Testing::seededRandom(20112);
     for (int round = 0; round < 500; ++round) {
         KpPath path;
         for (int i = random.bounded(20); i > 0; --i) {
-            path.append(element(random.bounded(-1, 6), OutlineTesting::awkwardReal(random),
-                OutlineTesting::awkwardReal(random)));
+            path.append(element(
+                random.bounded(-1, 6), Testing::awkwardReal(random), Testing::awkwardReal(random)));
         }
         QPainterPath const drawn = path.toPainterPath();
         for (int i = 0; i < drawn.elementCount(); ++i) {
             bool const finite = qIsFinite(drawn.elementAt(i).x) && qIsFinite(drawn.elementAt(i).y);
-            QVERIFY2(finite, qPrintable(QStringLiteral("seed %1 round %2").arg(seed).arg(round)));
+            QVERIFY2(finite, qPrintable(QStringLiteral("round %1").arg(round)));
         }
     }
 }

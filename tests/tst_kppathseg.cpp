@@ -3,6 +3,8 @@
 #include <type_traits>
 
 using OutlineTesting::exact;
+using Testing::infinite;
+using Testing::notANumber;
 
 namespace {
 
@@ -260,10 +262,9 @@ void TestKpPathSeg::setStartPtMovesThePreviousPoint()
 
 void TestKpPathSeg::setStartPtTakesAnyNumbers()
 {
-    double const infinite = std::numeric_limits<double>::infinity();
     KpPathSegList list;
     fill(list, {Line, Line});
-    list.segs.at(1)->setStartPt(QPointF(std::numeric_limits<double>::quiet_NaN(), -infinite));
+    list.segs.at(1)->setStartPt(QPointF(notANumber, -infinite));
     QVERIFY(std::isnan(list.segs.at(0)->pt.x.value));
     COMPARE_BITS(list.segs.at(0)->pt.y.value, -infinite);
     QVERIFY(std::isnan(list.segs.at(1)->startPt().x()));

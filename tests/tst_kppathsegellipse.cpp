@@ -3,6 +3,7 @@
 using OutlineTesting::exact;
 using OutlineTesting::parseDom;
 using OutlineTesting::parseStream;
+using Testing::infinite;
 
 namespace {
 
@@ -100,7 +101,6 @@ void TestKpPathSegEllipse::drawsTheEllipseInItsBounds_data()
     QTest::addColumn<double>("a");
     QTest::addColumn<double>("b");
     QTest::addColumn<QRectF>("bounds");
-    double const infinite = std::numeric_limits<double>::infinity();
     QTest::newRow("radii are half axes")
         << QPointF(50, 40) << 30.0 << 20.0 << QRectF(20, 20, 60, 40);
     QTest::newRow("no radius") << QPointF(50, 40) << 0.0 << 20.0 << QRectF(50, 20, 0, 40);

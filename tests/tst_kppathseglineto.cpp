@@ -2,6 +2,9 @@
 
 using OutlineTesting::exact;
 
+using Testing::infinite;
+using Testing::notANumber;
+
 namespace {
 
 TestedKind const kindLineTo {"LineTo", KpPathSeg::SegLineTo,
@@ -12,9 +15,6 @@ TestedKind const kindLineTo {"LineTo", KpPathSeg::SegLineTo,
     true, false, [](KpPathSegList* owner) -> KpPathSeg* {
         return new KpPathSegLineTo(QPointF(0.0, 0.0), owner);
     }};
-
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
 
 } // namespace
 

@@ -655,7 +655,7 @@ void TestKpPathSegList::removeAtIndicesLeavesTheCallersVector()
 
 void TestKpPathSegList::removeAtRandomIndicesAsOneByOne()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(77001);
+    QRandomGenerator random = Testing::seededRandom(77001);
     int removedInAll = 0;
     for (int round = 0; round < 20000; ++round) {
         int const count = random.bounded(13);
@@ -789,7 +789,7 @@ void TestKpPathSegList::randomWalksFindTheNeighboursOfAPlainSearch()
 {
     QFETCH(int, listCount);
     std::vector<KpPathSegList> lists {size_t(listCount)};
-    QCOMPARE(randomWalk(lists, 100000, OutlineTesting::seededRandom(4711).generate()), 0);
+    QCOMPARE(randomWalk(lists, 100000, Testing::seededRandom(4711).generate()), 0);
 }
 
 void TestKpPathSegList::twoThreadsWalkTwoLists()
@@ -1075,7 +1075,7 @@ void TestKpPathSegList::clockwiseIsThePathsOwnAnswer()
 
 void TestKpPathSegList::copyIsDeep()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(99);
+    QRandomGenerator random = Testing::seededRandom(99);
     for (int round = 0; round < 50; ++round) {
         KpPathSegList source;
         OutlineTesting::fillRandomly(source, 8, random);

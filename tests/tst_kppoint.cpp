@@ -7,10 +7,11 @@ Q_DECLARE_METATYPE(KpPoint)
 
 using OutlineTesting::exact;
 
+using Testing::infinite;
+using Testing::notANumber;
+
 namespace {
 
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
 int const intMax = std::numeric_limits<int>::max();
 int const intMin = std::numeric_limits<int>::min();
 

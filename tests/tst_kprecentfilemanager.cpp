@@ -1,5 +1,5 @@
-#include "outlinetesting.h"
 #include "recentfilestesting.h"
+#include "testing.h"
 
 #include <limits>
 #include <vector>
@@ -13,7 +13,7 @@
 #include <unistd.h>
 
 // With a sanitizer a process needs more system calls than the filter lets through.
-#if !defined(OUTLINETESTING_SANITIZED) && (defined(__x86_64__) || defined(__aarch64__))
+#if !defined(TESTING_SANITIZED) && (defined(__x86_64__) || defined(__aarch64__))
 #define WITH_SYSTEM_CALL_FILTER
 #endif
 
@@ -1188,7 +1188,7 @@ void TestKpRecentFileManager::listingDoesNotTouchTheFileSystem()
 
 void TestKpRecentFileManager::agreesWithThePlainModel()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(31);
+    QRandomGenerator random = Testing::seededRandom(31);
     KpRecentFileManager manager;
     Model model;
     model.fileFolder = manager.m_recentFileFolder;

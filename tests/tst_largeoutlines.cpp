@@ -9,15 +9,9 @@ using OutlineTesting::exact;
 
 namespace {
 
-#ifdef OUTLINETESTING_SANITIZED
-int const largeCount = 300000;
-int const xmlCount = 40000;
-int const domCount = 15000;
-#else
-int const largeCount = 1000000;
-int const xmlCount = 200000;
-int const domCount = 60000;
-#endif
+int const largeCount = Testing::sanitized ? 300000 : 1000000;
+int const xmlCount = Testing::sanitized ? 40000 : 200000;
+int const domCount = Testing::sanitized ? 15000 : 60000;
 
 /** Lines to (0, 0), (1, 2), (2, 4) and so on, and a curve at every tenth place. */
 void fill(KpPathSegList& list, int count)
@@ -227,7 +221,7 @@ void TestLargeOutlines::removesHalfOfTheSegments_data()
     QVector<int> backwards = even;
     std::reverse(backwards.begin(), backwards.end());
     QVector<int> shuffled = even;
-    QRandomGenerator random = OutlineTesting::seededRandom(8128);
+    QRandomGenerator random = Testing::seededRandom(8128);
     std::shuffle(shuffled.begin(), shuffled.end(), random);
     QTest::addColumn<QVector<int>>("indices");
     QTest::newRow("forwards") << even;

@@ -4,10 +4,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <limits>
-
 #include <sys/stat.h>
 #include <zlib.h>
+
+using Testing::infinite;
+using Testing::notANumber;
 
 namespace {
 
@@ -20,28 +21,6 @@ QString described(BoundedXml::Error const& error)
         ? error.message
         : QStringLiteral("%1:%2: %3").arg(error.line).arg(error.column).arg(error.message);
 }
-
-QStringList messagesToStderr;
-
-void noteMessage(QtMsgType, QMessageLogContext const&, QString const& message)
-{
-    messagesToStderr << message;
-}
-
-/** Notes what reaches Qt's message handler while it lives. */
-class MessageWatch
-{
-public:
-    MessageWatch()
-        : m_handler(qInstallMessageHandler(noteMessage))
-    {
-        messagesToStderr.clear();
-    }
-    ~MessageWatch() { qInstallMessageHandler(m_handler); }
-
-private:
-    QtMessageHandler m_handler;
-};
 
 QByteArray testFile(char const* name)
 {
@@ -154,7 +133,7 @@ private Q_SLOTS:
 
 void TestOutlineImport::importsEachShapeAsOneOutline()
 {
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error {3, 4, QStringLiteral("of an earlier call")};
     ImportedPicture const picture = importSvg(testFile("shapes.svg"), 10.0, error);
     QCOMPARE(error.message, QString());
@@ -168,7 +147,7 @@ void TestOutlineImport::importsEachShapeAsOneOutline()
             "closed noLine M 200 40 L 260 40 L 260 120 L 200 120 L 200 40",
             "noFill M 0 200 L 400 200", "noFill noLine M 50 50 L 60 60 L 70 50",
             "closed noLine M 300 100 C 320 100 340 120 340 140 M 360 160 L 380 160 L 360 160"}));
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::importsCompressedPictures()
@@ -276,7 +255,7 @@ void TestOutlineImport::paintedPathsAreThoseOfTheOutlines()
 
 void TestOutlineImport::warnsOfWhatHasNoEffect()
 {
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error;
     ImportedPicture const picture = importSvg(testFile("ignored.svg"), 1.0, error);
     QCOMPARE(error.message, QString());
@@ -286,7 +265,7 @@ void TestOutlineImport::warnsOfWhatHasNoEffect()
         QStringList({"1 clipPath: without effect, shapes in it may be painted",
             "2 mask: without effect, shapes in it may be painted", "1 image: left out",
             "<input>:9: Could not resolve property: #nowhere"}));
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::warnsOfEverything_data()
@@ -313,14 +292,14 @@ void TestOutlineImport::warnsOfEverything()
     QFETCH(QByteArray, text);
     QFETCH(QStringList, warnings);
     QFETCH(int, outlines);
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error;
     ImportedPicture const picture = importSvg(text, 1.0, error);
     QCOMPARE(error.message, QString());
     QCOMPARE(picture.warnings, warnings);
     QCOMPARE(int(picture.outlines.size()), outlines);
     QCOMPARE(picture.names.count(), outlines);
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::opensNoOtherFile()
@@ -345,8 +324,6 @@ void TestOutlineImport::rejectsWithOneLine_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<double>("scale");
     QTest::addColumn<QString>("expected");
-    double const nan = std::numeric_limits<double>::quiet_NaN();
-    double const infinity = std::numeric_limits<double>::infinity();
     QByteArray const line = "<path d='M0 0L5 5'/>";
     auto const row = [](char const* name, QByteArray const& text, char const* expected,
                          double scale = 1.0) {
@@ -378,8 +355,9 @@ void TestOutlineImport::rejectsWithOneLine_data()
         "the picture would be 1e+301 by 1e+301 units large, more than 1000000", 1e300);
     row("a scale that overflows", svg(line), "the picture has no size", 1e308);
     row("a negative scale", svg(line), "the scale must be a number and not negative", -1.0);
-    row("a scale that is no number", svg(line), "the scale must be a number and not negative", nan);
-    row("an infinite scale", svg(line), "the scale must be a number and not negative", infinity);
+    row("a scale that is no number", svg(line), "the scale must be a number and not negative",
+        notANumber);
+    row("an infinite scale", svg(line), "the scale must be a number and not negative", infinite);
     row("a million groups in one another",
         svg(QByteArray("<g>").repeated(1000000) + line + QByteArray("</g>").repeated(1000000)),
         "1:3107: more than 1000 nested elements");
@@ -400,7 +378,7 @@ void TestOutlineImport::rejectsWithOneLine()
     QFETCH(QByteArray, text);
     QFETCH(double, scale);
     QFETCH(QString, expected);
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error;
     ImportedPicture const picture = importSvg(text, scale, error);
     QCOMPARE(described(error), expected);
@@ -409,7 +387,7 @@ void TestOutlineImport::rejectsWithOneLine()
     QCOMPARE(picture.names, QStringList());
     QCOMPARE(picture.warnings, QStringList());
     QVERIFY(!picture.size.isValid());
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::survivesEveryPrefix()
@@ -428,18 +406,18 @@ void TestOutlineImport::survivesEveryPrefix()
 
 void TestOutlineImport::restoresTheMessageHandler()
 {
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error;
     importSvg(svg("<path d='M0 0L1 1L2 nan'/>"), 1.0, error);
     importSvg("no SVG", 1.0, error);
     importText(sans, QStringLiteral("A"), 2048.0, error);
     qWarning("after all that");
-    QCOMPARE(messagesToStderr, QStringList("after all that"));
+    QCOMPARE(watch.take(), QStringList("after all that"));
 }
 
 void TestOutlineImport::importsGlyphsSideBySide()
 {
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error {3, 4, QStringLiteral("of an earlier call")};
     ImportedPicture const picture = importText(sans, QStringLiteral("lI"), 2048.0, error);
     QCOMPARE(error.message, QString());
@@ -453,7 +431,7 @@ void TestOutlineImport::importsGlyphsSideBySide()
     QCOMPARE(picture.painted.at(0).path.fillRule(), Qt::WindingFill);
     COMPARE_BITS(picture.outlines.at(1)->segs.at(0)->pt.x.rate, 770.0 / 1173.0);
     COMPARE_BITS(picture.outlines.at(1)->segs.at(0)->pt.y.rate, 408.0 / 2384.0);
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::scalesGlyphsToTheEm()
@@ -510,7 +488,6 @@ void TestOutlineImport::rejectsTextWithOneLine_data()
     QTest::addColumn<QString>("expected");
     QString const noFont = QStringLiteral(KPGEOMETRY_TEST_DATA "/import/shapes.svg");
     QString const missing = QStringLiteral("missing.ttf");
-    double const nan = std::numeric_limits<double>::quiet_NaN();
     QString const letter = QStringLiteral("l");
     QString const noSize = QStringLiteral("the size of an em must be a number above 0");
     QTest::newRow("no text") << sans << QString() << 2048.0 << QStringLiteral("the text is empty");
@@ -520,7 +497,7 @@ void TestOutlineImport::rejectsTextWithOneLine_data()
                              << QStringLiteral("not a font file that can be read");
     QTest::newRow("an em of zero") << sans << letter << 0.0 << noSize;
     QTest::newRow("a negative em") << sans << letter << -1.0 << noSize;
-    QTest::newRow("an em that is no number") << sans << letter << nan << noSize;
+    QTest::newRow("an em that is no number") << sans << letter << notANumber << noSize;
     QTest::newRow("only characters without a glyph")
         << sans << QStringLiteral("\u4e2d") << 2048.0 << QStringLiteral("the picture has no size");
     QTest::newRow("a text too long")
@@ -534,14 +511,14 @@ void TestOutlineImport::rejectsTextWithOneLine()
     QFETCH(QString, text);
     QFETCH(double, emSize);
     QFETCH(QString, expected);
-    MessageWatch const watch;
+    Testing::MessageWatch watch;
     BoundedXml::Error error;
     ImportedPicture const picture = importText(font, text, emSize, error);
     QCOMPARE(described(error), expected);
     QVERIFY(picture.outlines.empty());
     QVERIFY(picture.painted.empty());
     QCOMPARE(picture.warnings, QStringList());
-    QCOMPARE(messagesToStderr, QStringList());
+    VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::outlineOfRefusesWhatIsNotFinite()
@@ -550,7 +527,7 @@ void TestOutlineImport::outlineOfRefusesWhatIsNotFinite()
     painted.path.moveTo(1.0, 2.0);
     painted.path.lineTo(3.0, 4.0);
     QVERIFY(outlineOf(painted, QSizeF(10.0, 10.0)));
-    painted.path.translate(std::numeric_limits<double>::infinity(), 0.0);
+    painted.path.translate(infinite, 0.0);
     QVERIFY(!outlineOf(painted, QSizeF(10.0, 10.0)));
 }
 

@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <vector>
 
 /**
@@ -18,19 +19,7 @@
 namespace {
 
 // The sanitizers make the test four times as slow.
-#if defined(__SANITIZE_ADDRESS__)
-#define KPGEOMETRY_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KPGEOMETRY_SANITIZED 1
-#endif
-#endif
-#ifdef KPGEOMETRY_SANITIZED
-constexpr int everyNth = 10;
-#else
-constexpr int everyNth = 1;
-#endif
-
+constexpr int everyNth = Testing::sanitized ? 10 : 1;
 constexpr int fewestGlyphs = 10000 / everyNth;
 constexpr int fewestIcons = 3000 / everyNth;
 
@@ -77,19 +66,6 @@ constexpr Exception exceptions[] = {
 char const* const fontFolder = "/usr/share/fonts/truetype/dejavu";
 char const* const iconFolder = "/usr/share/icons/breeze";
 
-/** What was logged while this counted: by the library or on its behalf. */
-QStringList loggedMessages;
-bool messagesCount = true;
-QtMessageHandler testMessageHandler = nullptr;
-
-void logMessage(QtMsgType type, QMessageLogContext const& context, QString const& message)
-{
-    if (messagesCount) {
-        loggedMessages << message;
-        testMessageHandler(type, context, message);
-    }
-}
-
 double sixDigits(double number)
 {
     return QString::number(number, 'g', 6).toDouble();
@@ -130,7 +106,7 @@ bool sameKinds(KpPathSegList const& left, KpPathSegList const& right)
 template <class Stored>
 bool sameFields(KpPathSegList const& read, KpPathSegList const& written, Stored stored)
 {
-    using OutlineTesting::sameBits;
+    using Testing::sameBits;
     std::vector<KpReal> const actual = reals(read);
     std::vector<KpReal> const expected = reals(written);
     if (!sameKinds(read, written) || actual.size() != expected.size())
@@ -182,7 +158,7 @@ QVector<KpPath::KpElement> expectedElements(QPainterPath const& source)
 
 bool sameElements(QVector<KpPath::KpElement> const& left, QVector<KpPath::KpElement> const& right)
 {
-    using OutlineTesting::sameBits;
+    using Testing::sameBits;
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
         [](KpPath::KpElement const& a, KpPath::KpElement const& b) {
             return a.type == b.type && sameBits(a.x, b.x) && sameBits(a.y, b.y)
@@ -291,13 +267,12 @@ QImage blank(QSize size)
 QImage iconByQt(QByteArray const& svg, QSizeF size, double scale)
 {
     // What Qt has to say about the file is in the warnings of the import already.
-    messagesCount = false;
+    Testing::MessageWatch const ignored;
     QRectF const bounds(QPointF(0.0, 0.0), size * scale);
     QImage image = blank(bounds.toAlignedRect().size());
     QSvgRenderer renderer(svg);
     QPainter painter(&image);
     renderer.render(&painter, bounds);
-    messagesCount = true;
     return image;
 }
 
@@ -427,11 +402,12 @@ private:
     int m_glyphs = 0;
     int m_icons = 0;
     int m_iconOutlines = 0;
+    std::optional<Testing::MessageWatch> m_watch;
 };
 
 void TestRealInput::initTestCase()
 {
-    testMessageHandler = qInstallMessageHandler(logMessage);
+    m_watch.emplace();
     QVERIFY2(QFileInfo::exists(fontFolder), "the fonts are missing: install fonts-dejavu-core");
     QVERIFY2(QFileInfo::exists(iconFolder), "the icons are missing: install breeze-icon-theme");
     if (everyNth > 1)
@@ -440,7 +416,7 @@ void TestRealInput::initTestCase()
 
 void TestRealInput::cleanupTestCase()
 {
-    qInstallMessageHandler(testMessageHandler);
+    m_watch->stop();
 }
 
 void TestRealInput::glyphs_data()
@@ -538,7 +514,7 @@ void TestRealInput::sawThousandsOfEach()
 
 void TestRealInput::logsNothing()
 {
-    QCOMPARE(loggedMessages, QStringList());
+    VERIFY_NOTHING_LOGGED(*m_watch);
 }
 
 QTEST_MAIN(TestRealInput)

@@ -473,7 +473,7 @@ void TestRecentFilesFile::everythingComesBack()
 
 void TestRecentFilesFile::randomListsComeBack()
 {
-    QRandomGenerator random = OutlineTesting::seededRandom(41);
+    QRandomGenerator random = Testing::seededRandom(41);
     for (int round = 0; round < 200; ++round) {
         KpRecentFileManager manager;
         manager.m_recentFileFolder = trickyText(random);
@@ -770,12 +770,8 @@ void TestRecentFilesFile::fullFileSystemKeepsTheFile()
 
 void TestRecentFilesFile::killedSaveKeepsAWholeFile()
 {
-#ifdef OUTLINETESTING_SANITIZED
-    int const rounds = 60;
-#else
-    int const rounds = 1000;
-#endif
-    QRandomGenerator random = OutlineTesting::seededRandom(42);
+    int const rounds = Testing::sanitized ? 60 : 1000;
+    QRandomGenerator random = Testing::seededRandom(42);
     // How often a save has begun and ended, also seen from outside.
     auto* const counters = static_cast<std::atomic<int>*>(mmap(nullptr,
         2 * sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
@@ -837,11 +833,7 @@ void TestRecentFilesFile::killedSaveKeepsAWholeFile()
 
 void TestRecentFilesFile::savesAtOnceLeaveOneOfThem()
 {
-#ifdef OUTLINETESTING_SANITIZED
-    int const rounds = 20;
-#else
-    int const rounds = 200;
-#endif
+    int const rounds = Testing::sanitized ? 20 : 200;
     int wins[2] = {};
     for (int round = 0; round < rounds; ++round) {
         pid_t children[2];
@@ -967,9 +959,7 @@ void TestRecentFilesFile::hostileFilesAreHarmless()
     close(report[0]);
     close(report[1]);
     qInfo("%ld MB", kilobytes / 1024);
-#ifndef OUTLINETESTING_SANITIZED
-    QVERIFY(kilobytes / 1024 < 700);
-#endif
+    QVERIFY(Testing::sanitized || kilobytes / 1024 < 700);
 }
 
 void TestRecentFilesFile::externalEntitiesAreNotRead()

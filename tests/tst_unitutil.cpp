@@ -1,5 +1,5 @@
 #include "kpversion.h"
-#include "outlinetesting.h"
+#include "testing.h"
 #include "unitutil.h"
 
 #include <QAbstractEventDispatcher>
@@ -12,30 +12,20 @@
 #include <QTimer>
 
 #include <cerrno>
+#include <optional>
 
 #include <sys/inotify.h>
 #include <unistd.h>
 
 using namespace UnitUtil;
 
+using Testing::infinite;
+using Testing::notANumber;
+
 namespace {
 
-double const notANumber = std::numeric_limits<double>::quiet_NaN();
-double const infinite = std::numeric_limits<double>::infinity();
 int const greatestInt = std::numeric_limits<int>::max();
 int const leastInt = std::numeric_limits<int>::min();
-
-QStringList logged;
-QtMessageHandler usualHandler = nullptr;
-
-void noteMessage(QtMsgType type, QMessageLogContext const& context, QString const& message)
-{
-    // The tests themselves log the seeds.
-    if (message.startsWith("random seed"))
-        usualHandler(type, context, message);
-    else
-        logged << message;
-}
 
 /** All variables of UnitUtil. */
 struct Variables
@@ -247,25 +237,27 @@ private Q_SLOTS:
     void waitingNoTimeHandlesNothing_data();
     void waitingNoTimeHandlesNothing();
     void fileDigestIsEmpty();
+
+private:
+    std::optional<Testing::MessageWatch> m_watch;
 };
 
 void TestUnitUtil::init()
 {
-    logged.clear();
-    usualHandler = qInstallMessageHandler(noteMessage);
+    m_watch.emplace();
     initScreen(96.0, 1.0, QSize(1920, 1080));
 }
 
 void TestUnitUtil::cleanup()
 {
-    qInstallMessageHandler(usualHandler);
+    m_watch->stop();
     // The application's own: nothing here writes them.
     QCOMPARE(s_usedMemory, 0);
     QCOMPARE(s_inited, false);
     initialVariables.restore();
     KpVersion::s_fontFamilyList.clear();
     KpVersion::s_langID = 0;
-    QCOMPARE(logged, QStringList());
+    VERIFY_NOTHING_LOGGED(*m_watch);
 }
 
 void TestUnitUtil::variablesBeforeTheScreenIsKnown()
@@ -437,10 +429,10 @@ void TestUnitUtil::factorsAreUsedInTheirOrder()
     s_pixPerDidot = 1.1;
     s_pixPerMile = 6.1;
     s_logicalDpi = 97.3;
-    QRandomGenerator random = OutlineTesting::seededRandom(1789);
+    QRandomGenerator random = Testing::seededRandom(1789);
     int different = 0;
     for (int i = 0; i < 20000; ++i) {
-        double const v = OutlineTesting::awkwardReal(random);
+        double const v = Testing::awkwardReal(random);
         double const toUnit[] = {v, v / 3.7, v * 0.1 / 3.7, v * 0.001 / 3.7, v * 0.000001 / 3.7,
             v / 97.3, v / (12 * 97.3), v / (12 * 97.3), v / (36 * 97.3), v / 6.1, v / 1.3,
             v / (12 * 1.3), v / 1.1, v / (12 * 1.1)};
@@ -448,13 +440,8 @@ void TestUnitUtil::factorsAreUsedInTheirOrder()
             v * 97.3, v * 97.3 * 12, v * 97.3 * 12, v * 97.3 * 36, v * 6.1, v * 1.3, v * 1.3 * 12,
             v * 1.1, v * 1.1 * 12};
         for (unsigned int unit = 0; unit < 14; ++unit) {
-            if (std::isnan(v)) {
-                different += std::isnan(pixelToUnit(v, unit)) ? 0 : 1;
-                different += std::isnan(unitToPixel(v, unit)) ? 0 : 1;
-                continue;
-            }
-            different += OutlineTesting::sameBits(pixelToUnit(v, unit), toUnit[unit]) ? 0 : 1;
-            different += OutlineTesting::sameBits(unitToPixel(v, unit), toPixel[unit]) ? 0 : 1;
+            different += Testing::isSame(pixelToUnit(v, unit), toUnit[unit]) ? 0 : 1;
+            different += Testing::isSame(unitToPixel(v, unit), toPixel[unit]) ? 0 : 1;
         }
     }
     QCOMPARE(different, 0);
@@ -859,7 +846,7 @@ void TestUnitUtil::oddScreensSaturate()
     QCOMPARE(s_screenSize, expectedScreen);
     QCOMPARE(QSize(s_cacheWidth, s_cacheHeight), expectedCache);
     QCOMPARE(docDefaultSize(), expectedDocument);
-    QVERIFY(OutlineTesting::sameBits(s_pixelRatio, ratio));
+    QVERIFY(Testing::sameBits(s_pixelRatio, ratio));
 }
 
 void TestUnitUtil::scalesFollowTheScreen()
@@ -1145,11 +1132,11 @@ int main(int argc, char* argv[])
 {
     QElapsedTimer timer;
     timer.start();
-    usualHandler = qInstallMessageHandler(noteMessage);
+    Testing::MessageWatch watch;
     timeDelay(20);
-    qInstallMessageHandler(usualHandler);
+    watch.stop();
     // A message would have been logged before any test could see it.
-    waitedWithoutApplication = logged.isEmpty() ? timer.elapsed() : -1;
+    waitedWithoutApplication = watch.take().isEmpty() ? timer.elapsed() : -1;
 
     QCoreApplication const application(argc, argv);
     TestUnitUtil test;
