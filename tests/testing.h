@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -45,10 +46,18 @@ inline bool isSame(double left, double right)
     return (std::isnan(left) && std::isnan(right)) || sameBits(left, right);
 }
 
-/** A double in hexadecimal notation: equal texts are equal numbers, NaN included. */
+/**
+ * A double in hexadecimal notation: equal texts are equal numbers, to the last bit and to the sign
+ * of a zero; all that is not a number is alike.
+ */
 inline QString exact(double number)
 {
-    return QString::asprintf("%a", number);
+    if (std::isnan(number))
+        return QStringLiteral("nan");
+    // QString's own formatting takes %a for %f.
+    char text[32];
+    std::snprintf(text, sizeof text, "%a", number);
+    return QString::fromLatin1(text);
 }
 
 /** Both notations of both numbers, for a comparison that fails. */
