@@ -83,7 +83,7 @@ class TestKpPathSeg : public QObject
 
 private Q_SLOTS:
     void kindsHaveTheNumbersOfRecords();
-    void isAbstractAndNotCopied();
+    void isNotCopied();
     void constructorBindsThePointInProportion();
     void baseIsOfNoKind();
     void isDestroyedThroughTheBase();
@@ -111,10 +111,8 @@ void TestKpPathSeg::kindsHaveTheNumbersOfRecords()
     QCOMPARE(int(KpPathSeg::SegEllipse), 5);
 }
 
-void TestKpPathSeg::isAbstractAndNotCopied()
+void TestKpPathSeg::isNotCopied()
 {
-    QVERIFY(std::is_abstract<KpPathSeg>::value);
-    QVERIFY(std::has_virtual_destructor<KpPathSeg>::value);
     QVERIFY(!std::is_copy_constructible<KpPathSegLineTo>::value);
     QVERIFY(!std::is_copy_assignable<KpPathSegLineTo>::value);
 }

@@ -51,8 +51,6 @@ private Q_SLOTS:
 
 void TestKpPoint::realsAndPointsArePlainValues()
 {
-    QVERIFY(std::is_trivially_copyable<KpReal>::value);
-    QVERIFY(std::is_trivially_copyable<KpPoint>::value);
     QVERIFY(!std::is_polymorphic<KpReal>::value);
     QVERIFY(!std::is_polymorphic<KpPoint>::value);
 
