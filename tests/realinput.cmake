@@ -1,9 +1,17 @@
 # The import of pictures and fonts, and the library with what others have drawn.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 
-kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomtool)
+kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomcore)
 find_package(ZLIB REQUIRED)
-kpgeometry_add_test(tst_outlineimport LIBRARIES kpgeomtool ZLIB::ZLIB)
-kpgeometry_add_test(tst_fillorientation LIBRARIES kpgeomtool TIMEOUT 900)
+# The log of messages is the tool's own.
+kpgeometry_add_test(tst_outlineimport
+  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
+  LIBRARIES kpgeomcore ZLIB::ZLIB)
+target_include_directories(tst_outlineimport PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+kpgeometry_add_test(tst_fillorientation LIBRARIES kpgeomcore TIMEOUT 900)
 # Every glyph and every icon: minutes under the sanitizers and in a debug build.
-kpgeometry_add_test(tst_realinput LIBRARIES kpgeomtool TIMEOUT 900)
+kpgeometry_add_test(tst_realinput
+  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
+  LIBRARIES kpgeomcore
+  TIMEOUT 900)
+target_include_directories(tst_realinput PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)

@@ -1,5 +1,5 @@
 #include "import/fillorientation.h"
-#include "import/outlineimport.h"
+#include "import/svgimport.h"
 #include "outlinetesting.h"
 
 #include <QDirIterator>
@@ -92,8 +92,7 @@ bool sameBits(QPainterPath const& left, QPainterPath const& right)
     for (int i = 0; same && i < left.elementCount(); ++i) {
         QPainterPath::Element const a = left.elementAt(i);
         QPainterPath::Element const b = right.elementAt(i);
-        same = a.type == b.type && Testing::sameBits(a.x, b.x)
-            && Testing::sameBits(a.y, b.y);
+        same = a.type == b.type && Testing::sameBits(a.x, b.x) && Testing::sameBits(a.y, b.y);
     }
     return same;
 }
@@ -726,11 +725,12 @@ void TestFillOrientation::icons()
         if (icons++ % everyNth != 0)
             continue;
         QVERIFY(file.open(QIODevice::ReadOnly));
-        BoundedXml::Error error;
-        ImportedPicture const picture = importSvg(file.readAll(), 0.0, error);
-        QVERIFY2(error.isNull(), qPrintable(file.fileName()));
-        for (std::size_t i = 0; i < picture.painted.size(); ++i) {
-            QPainterPath const& path = picture.painted[i].path;
+        Diagnostics diagnostics;
+        auto const picture = importSvg(
+            file.readAll(), {file.fileName(), 0.0, [] { return QStringList(); }}, diagnostics);
+        QVERIFY2(picture, qPrintable(file.fileName()));
+        for (ImportedOutline const& outline : picture->outlines) {
+            QPainterPath const& path = outline.painted.path;
             OrientedPath const oriented = orientedForBothRules(path);
             bool const isEvenOdd = path.fillRule() == Qt::OddEvenFill;
             ++(isEvenOdd ? evenOdd : nonzero);
@@ -743,7 +743,7 @@ void TestFillOrientation::icons()
                 continue;
             }
             ++differAfter;
-            faults << QStringLiteral("%1, %2").arg(file.fileName(), picture.names.at(int(i)));
+            faults << QStringLiteral("%1, %2").arg(file.fileName(), outline.name);
         }
     }
     std::printf("Of %d icons %d paths are meant even-odd: %d differed, now %d, %d refused. "

@@ -92,6 +92,7 @@ private Q_SLOTS:
 
     void convertTellsHowPathsArePainted_data();
     void convertTellsHowPathsArePainted();
+    void convertLeavesOutWhatPaintsNothing();
     void convertAppliesTransforms();
     void convertKeepsTheOrder();
     void convertFitsThePictureToLargeUnits();
@@ -372,7 +373,6 @@ void TestKpgeomDocuments::convertTellsHowPathsArePainted_data()
     QTest::newRow("filled") << QByteArray("fill='red'") << false << true;
     QTest::newRow("stroked") << QByteArray("fill='none' stroke='red'") << true << false;
     QTest::newRow("both") << QByteArray("fill='red' stroke='blue'") << false << false;
-    QTest::newRow("neither") << QByteArray("fill='none'") << true << true;
     QTest::newRow("by style") << QByteArray("style='fill:none;stroke:#00f'") << true << false;
 }
 
@@ -388,6 +388,25 @@ void TestKpgeomDocuments::convertTellsHowPathsArePainted()
     QCOMPARE(info.value("noFill").toBool(), noFill);
     QCOMPARE(info.value("noLine").toBool(), noLine);
     QCOMPARE(info.value("closed").toBool(), true);
+}
+
+void TestKpgeomDocuments::convertLeavesOutWhatPaintsNothing()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<path d='M1 1L9 1L9 9Z' fill='none'/><path d='M1 1L9 1L9 9Z' opacity='0'/>"
+            "<path d='M2 2L9 1L9 9Z'/>"));
+    Result const result = place.run({"convert", "in.svg", "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray("in.svg: 2 shapes painted with nothing: left out\n"));
+    QCOMPARE(infoOf(place, "out.xml").value("name").toString(), QString("path 3"));
+    place.write("in.svg", svg("<path d='M1 1L9 1L9 9Z' fill='none'/>"));
+    Result const nothing = place.run({"convert", "in.svg", "-o", "none.xml"});
+    COMPARE_EXIT(nothing, 1);
+    QCOMPARE(nothing.err,
+        QByteArray("in.svg: 1 shape painted with nothing: left out\n"
+                   "in.svg: nothing in it becomes an outline\n"));
+    QCOMPARE(place.read("none.xml"), QByteArray());
 }
 
 void TestKpgeomDocuments::convertAppliesTransforms()
@@ -441,7 +460,7 @@ void TestKpgeomDocuments::bothFormsHoldTheSameOutlines_data()
 {
     QTest::addColumn<QStringList>("source");
     QTest::addColumn<int>("count");
-    QTest::newRow("picture") << QStringList {"in.svg"} << 3;
+    QTest::newRow("picture") << QStringList {"in.svg"} << 2;
     QTest::newRow("text") << QStringList {"--font", sans, "--text", "Agß@"} << 4;
 }
 

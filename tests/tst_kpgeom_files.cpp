@@ -202,9 +202,9 @@ private Q_SLOTS:
 
     void standardOutputThatFailsIsTold_data();
     void standardOutputThatFailsIsTold();
-    void readerThatGoesAwayIsTold();
-    void everyCommandIsToldOfAReaderThatGoesAway_data() { standardOutputThatFailsIsTold_data(); }
-    void everyCommandIsToldOfAReaderThatGoesAway();
+    void readerThatGoesAwayEndsQuietly();
+    void everyCommandEndsQuietlyWithoutAReader_data() { standardOutputThatFailsIsTold_data(); }
+    void everyCommandEndsQuietlyWithoutAReader();
     void failedOutputOfManyFilesIsToldOnce_data();
     void failedOutputOfManyFilesIsToldOnce();
     void closedStreamsAreNotMistakenForFiles();
@@ -680,7 +680,7 @@ void TestKpgeomFiles::standardOutputThatFailsIsTold()
     COMPARE_FAILURE(place.run(arguments, closed), 1, "<stdout>: cannot be written");
 }
 
-void TestKpgeomFiles::readerThatGoesAwayIsTold()
+void TestKpgeomFiles::readerThatGoesAwayEndsQuietly()
 {
     Workplace const place;
     prepareInput(place);
@@ -691,10 +691,11 @@ void TestKpgeomFiles::readerThatGoesAwayIsTold()
     start.setUp = [ends] { dup2(ends[1], STDOUT_FILENO); };
     Result const result = place.run({"info", "in.xml"}, start);
     close(ends[1]);
-    COMPARE_FAILURE(result, 1, "<stdout>: cannot be written");
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray());
 }
 
-void TestKpgeomFiles::everyCommandIsToldOfAReaderThatGoesAway()
+void TestKpgeomFiles::everyCommandEndsQuietlyWithoutAReader()
 {
     QFETCH(QStringList, arguments);
     Workplace const place;
@@ -708,7 +709,9 @@ void TestKpgeomFiles::everyCommandIsToldOfAReaderThatGoesAway()
         dup2(ends[1], STDOUT_FILENO);
         close(ends[1]);
     };
-    COMPARE_FAILURE(place.run(arguments, start), 1, "<stdout>: cannot be written");
+    Result const result = place.run(arguments, start);
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray());
 }
 
 void TestKpgeomFiles::failedOutputOfManyFilesIsToldOnce_data()
@@ -766,7 +769,7 @@ void TestKpgeomFiles::inputThatCannotBeReadIsTold_data()
     QTest::newRow("empty device") << "/dev/null"
                                   << QByteArray("/dev/null:1:1: Premature end of document.");
     QTest::newRow("picture") << "picture"
-                             << QByteArray("picture:1:2: Encountered incorrectly encoded content.");
+                             << QByteArray("picture: a PNG picture, not an XML document");
     QTest::newRow("text") << "text" << QByteArray("text:1:2: Start tag expected.");
     QTest::newRow("half of UTF-16")
         << "half" << QByteArray("half:1:10: Premature end of document.");
@@ -1048,7 +1051,7 @@ void TestKpgeomFiles::badFilesAreToldInTheirOrder()
         QByteArray("missing: No such file or directory\n"
                    "cut:2:3: Premature end of document.\n"
                    ".: file to open is a directory\n"
-                   "bytes:1:2: Start tag expected.\n"
+                   "bytes: a program or library, not an XML document\n"
                    "cut:2:3: Premature end of document.\n"));
     QCOMPARE(result.out, out);
 }
@@ -1171,7 +1174,12 @@ void TestKpgeomFiles::largeDocumentsAreTaken()
     place.write("a.xml", document);
     Result const result = place.run(arguments);
     COMPARE_EXIT(result, 0);
-    QCOMPARE(result.err, QByteArray());
+    bool const isSmaller = arguments.first() == "resize";
+    QCOMPARE(result.err,
+        isSmaller
+            ? QByteArray("a.xml: in a box of 10 x 6 80000 lines are shorter than one unit and "
+                         "not drawn\n")
+            : QByteArray());
     if (arguments.first() == "info")
         QVERIFY(result.out.contains("  100000  "));
     if (arguments.first() == "resize")

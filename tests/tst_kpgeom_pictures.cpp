@@ -222,11 +222,13 @@ void TestKpgeomPictures::largePicturesAreRefused()
                                                   "000075300000753008060000006627f8ba");
     place.write("claim.png", header + encoded(square()).mid(header.size()));
     COMPARE_FAILURE(place.run({"blur", "claim.png", "-o", "out.png", "-r", "3"}), 1,
-        "claim.png: a picture of 30000 by 30000 is too large");
+        "claim.png: a picture of 30000 by 30000 is too large: at most 20000 a side, and 100 "
+        "million in all");
     place.write("in.png", encoded(square()));
     COMPARE_FAILURE(
         place.run({"blur", "in.png", "-o", "out.png", "-r", "3", "--shadow", "20000,0,red"}), 1,
-        "in.png: a picture of 20033 by 36 is too large");
+        "in.png: a picture of 20033 by 36 is too large: at most 20000 a side, and 100 million "
+        "in all");
     QCOMPARE(place.entries(), QStringList({"claim.png", "in.png"}));
 }
 

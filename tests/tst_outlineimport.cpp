@@ -1,4 +1,6 @@
-#include "import/outlineimport.h"
+#include "import/svgimport.h"
+#include "import/textimport.h"
+#include "messagelog.h"
 #include "outlinetesting.h"
 
 #include <QFile>
@@ -14,12 +16,67 @@ namespace {
 
 QString const sans = QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
 
-/** The error with its place if it has one. */
-QString described(BoundedXml::Error const& error)
+/** A diagnostic without its file. */
+QString described(Diagnostic const& diagnostic)
 {
-    return error.line == 0
-        ? error.message
-        : QStringLiteral("%1:%2: %3").arg(error.line).arg(error.column).arg(error.message);
+    return diagnostic.line == 0 ? diagnostic.text
+                                : QStringLiteral("%1:%2: %3")
+                                      .arg(diagnostic.line)
+                                      .arg(diagnostic.column)
+                                      .arg(diagnostic.text);
+}
+
+/** What an import comes to, and what it tells: no more than one error, behind all warnings. */
+struct Imported
+{
+    std::optional<ImportedOutlines> picture;
+    QStringList warnings;
+    QString error;
+
+    std::vector<ImportedOutline> const& outlines() const { return picture->outlines; }
+    KpPathSegList& list(std::size_t index) const { return *picture->outlines.at(index).list; }
+
+    QStringList names() const
+    {
+        QStringList all;
+        for (ImportedOutline const& outline : outlines())
+            all << outline.name;
+        return all;
+    }
+
+    /** @param import does it, with what it is to be given */
+    template <class Import> explicit Imported(QString const& file, Import import)
+    {
+        MessageLog log;
+        Diagnostics diagnostics;
+        picture = import([&log] { return log.take(); }, diagnostics);
+        for (Diagnostic const& diagnostic : diagnostics) {
+            if (diagnostic.file != file || !error.isEmpty())
+                qFatal("%s", qPrintable(diagnostic.file + diagnostic.text));
+            if (diagnostic.severity == Diagnostic::Severity::Error)
+                error = described(diagnostic);
+            else
+                warnings << described(diagnostic);
+        }
+        if (picture.has_value() != error.isEmpty())
+            qFatal("an error is told exactly if there is no picture");
+    }
+};
+
+Imported importedSvg(QByteArray const& svg, double scale)
+{
+    QString const file = QStringLiteral("a.svg");
+    return Imported(file, [&](TakeMessages const& takeMessages, Diagnostics& diagnostics) {
+        return importSvg(svg, {file, scale, takeMessages}, diagnostics);
+    });
+}
+
+Imported importedText(QString const& font, QString const& text, double emSize)
+{
+    return Imported(font, [&](TakeMessages const& takeMessages, Diagnostics& diagnostics) {
+        return importText(
+            text, {font, emSize, QStringLiteral("an em of"), takeMessages}, diagnostics);
+    });
 }
 
 QByteArray testFile(char const* name)
@@ -78,11 +135,11 @@ QString text(KpPathSegList const& outline)
     return parts.join(QLatin1Char(' '));
 }
 
-QStringList texts(ImportedPicture const& picture)
+QStringList texts(Imported const& picture)
 {
     QStringList lines;
-    for (auto const& outline : picture.outlines)
-        lines << text(*outline);
+    for (ImportedOutline const& outline : picture.outlines())
+        lines << text(*outline.list);
     return lines;
 }
 
@@ -128,58 +185,56 @@ private Q_SLOTS:
     void rejectsTextWithOneLine_data();
     void rejectsTextWithOneLine();
 
-    void outlineOfRefusesWhatIsNotFinite();
+    void leavesOutWhatIsNotFinite();
 };
 
 void TestOutlineImport::importsEachShapeAsOneOutline()
 {
     Testing::MessageWatch watch;
-    BoundedXml::Error error {3, 4, QStringLiteral("of an earlier call")};
-    ImportedPicture const picture = importSvg(testFile("shapes.svg"), 10.0, error);
-    QCOMPARE(error.message, QString());
-    QCOMPARE(picture.size, QSizeF(400.0, 200.0));
-    QCOMPARE(picture.warnings, QStringList());
-    QCOMPARE(
-        picture.names, QStringList({"path 1", "path 2", "path 3", "path 4", "path 5", "path 6"}));
+    Imported const picture = importedSvg(testFile("shapes.svg"), 10.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.picture->size, QSizeF(400.0, 200.0));
+    QCOMPARE(picture.warnings,
+        QStringList({"1 shape painted with nothing: left out",
+            "2 shapes with a colour other than black: not kept"}));
+    QCOMPARE(picture.names(), QStringList({"path 1", "path 2", "path 3", "path 4", "path 6"}));
     QCOMPARE(texts(picture),
         QStringList({"closed M 10 20 L 110 20 L 110 120 L 10 20",
             "noFill M 10 20 L 110 20 L 110 120",
             "closed noLine M 200 40 L 260 40 L 260 120 L 200 120 L 200 40",
-            "noFill M 0 200 L 400 200", "noFill noLine M 50 50 L 60 60 L 70 50",
+            "noFill M 0 200 L 400 200",
             "closed noLine M 300 100 C 320 100 340 120 340 140 M 360 160 L 380 160 L 360 160"}));
     VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::importsCompressedPictures()
 {
-    BoundedXml::Error error;
     QByteArray const plain = testFile("shapes.svg");
-    ImportedPicture const expected = importSvg(plain, 10.0, error);
-    QVERIFY(expected.outlines.size() > 3);
+    Imported const expected = importedSvg(plain, 10.0);
+    QVERIFY(expected.outlines().size() > 3);
     // What follows the end of the compressed text is not read.
     for (QByteArray const& file : {compressed(plain), compressed(plain) + "more"}) {
         QVERIFY(file.size() < plain.size());
-        ImportedPicture const picture = importSvg(file, 10.0, error);
-        QCOMPARE(error.message, QString());
-        QCOMPARE(picture.size, expected.size);
-        QCOMPARE(picture.names, expected.names);
-        QCOMPARE(picture.outlines.size(), expected.outlines.size());
-        for (std::size_t i = 0; i < expected.outlines.size(); ++i)
-            QCOMPARE(text(*picture.outlines[i]), text(*expected.outlines[i]));
+        Imported const picture = importedSvg(file, 10.0);
+        QCOMPARE(picture.error, QString());
+        QCOMPARE(picture.picture->size, expected.picture->size);
+        QCOMPARE(picture.names(), expected.names());
+        QCOMPARE(picture.outlines().size(), expected.outlines().size());
+        for (std::size_t i = 0; i < expected.outlines().size(); ++i)
+            QCOMPARE(text(picture.list(i)), text(expected.list(i)));
     }
 }
 
 void TestOutlineImport::bindsOutlinesToTheBox()
 {
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg(testFile("shapes.svg"), 10.0, error);
-    KpPathSeg const* const seg = picture.outlines.at(0)->segs.at(2);
+    Imported const picture = importedSvg(testFile("shapes.svg"), 10.0);
+    KpPathSeg const* const seg = picture.list(0).segs.at(2);
     QCOMPARE(int(seg->pt.x.base), 1);
     QCOMPARE(int(seg->pt.y.base), 2);
     COMPARE_BITS(seg->pt.x.rate, 0.275);
     COMPARE_BITS(seg->pt.y.rate, 0.6);
-    picture.outlines.at(0)->updateValue(40.0, 40.0);
-    QCOMPARE(text(*picture.outlines.at(0)), QStringLiteral("closed M 1 4 L 11 4 L 11 24 L 1 4"));
+    picture.list(0).updateValue(40.0, 40.0);
+    QCOMPARE(text(picture.list(0)), QStringLiteral("closed M 1 4 L 11 4 L 11 24 L 1 4"));
 }
 
 void TestOutlineImport::measuresTheViewBox_data()
@@ -187,7 +242,7 @@ void TestOutlineImport::measuresTheViewBox_data()
     QTest::addColumn<QByteArray>("attributes");
     QTest::addColumn<double>("scale");
     QTest::addColumn<QSizeF>("size");
-    QTest::addColumn<QString>("outline"); // of a line from (1, 1) to (3, 2)
+    QTest::addColumn<QString>("outline"); // of a line from (1, 1) to (3, 2); empty if invisible
     auto const row = [](char const* name, QByteArray const& attributes, double scale, QSizeF size,
                          char const* outline) {
         QTest::newRow(name) << attributes << scale << size << QString::fromLatin1(outline);
@@ -198,8 +253,7 @@ void TestOutlineImport::measuresTheViewBox_data()
         {20.0, 10.0}, "noFill M 2 2 L 6 4");
     row("another origin", "viewBox='1 -1 10 5'", 2.0, {20.0, 10.0}, "noFill M 0 4 L 4 6");
     row("a fraction", "width='10.5' height='5.25'", 2.0, {21.0, 10.5}, "noFill M 2 2 L 6 4");
-    row("the picture's own bounds", "stroke-width='0'", 2.0, {4.0, 2.0},
-        "noFill noLine M 0 0 L 4 2");
+    row("the picture's own bounds", "stroke-width='0'", 2.0, {4.0, 2.0}, "");
     row("no scale, wide", "width='10' height='5'", 0.0, {10000.0, 5000.0},
         "noFill M 1000 1000 L 3000 2000");
     row("no scale, high", "width='5' height='20'", 0.0, {2500.0, 10000.0},
@@ -214,20 +268,18 @@ void TestOutlineImport::measuresTheViewBox()
     QFETCH(double, scale);
     QFETCH(QSizeF, size);
     QFETCH(QString, outline);
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg("<svg xmlns='http://www.w3.org/2000/svg' "
-            + attributes + "><path d='M1 1L3 2' fill='none' stroke='red'/></svg>",
-        scale, error);
-    QCOMPARE(error.message, QString());
-    QCOMPARE(picture.size, size);
-    QCOMPARE(texts(picture), QStringList(outline));
+    Imported const picture = importedSvg("<svg xmlns='http://www.w3.org/2000/svg' " + attributes
+            + "><path d='M1 1L3 2' fill='none' stroke='red'/></svg>",
+        scale);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.picture->size, size);
+    QCOMPARE(texts(picture), outline.isEmpty() ? QStringList() : QStringList(outline));
 }
 
 void TestOutlineImport::followsUse()
 {
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg(testFile("used.svg"), 1.0, error);
-    QCOMPARE(error.message, QString());
+    Imported const picture = importedSvg(testFile("used.svg"), 1.0);
+    QCOMPARE(picture.error, QString());
     QCOMPARE(texts(picture),
         QStringList({"closed noLine M 5 5 L 6 5 L 6 6 L 5 6 L 5 5",
             "closed noLine M 5 5 L 7 5 L 7 6 L 5 6 L 5 5",
@@ -237,14 +289,13 @@ void TestOutlineImport::followsUse()
 
 void TestOutlineImport::paintedPathsAreThoseOfTheOutlines()
 {
-    BoundedXml::Error error;
-    ImportedPicture const picture =
-        importSvg(svg("<path d='M0 0L5 5L0 5' fill='red' stroke='blue' fill-opacity='0.5' "
-                      "stroke-opacity='0.25' stroke-width='2' fill-rule='evenodd'/>"),
-            1.0, error);
-    QCOMPARE(picture.outlines.size(), std::size_t(1));
-    QCOMPARE(picture.painted.size(), std::size_t(1));
-    RecordedPath const& painted = picture.painted.front();
+    Imported const picture =
+        importedSvg(svg("<path d='M0 0L5 5L0 5' fill='red' stroke='blue' fill-opacity='0.5' "
+                        "stroke-opacity='0.25' stroke-width='2' fill-rule='evenodd'/>"),
+            1.0);
+    QCOMPARE(picture.outlines().size(), std::size_t(1));
+    QCOMPARE(picture.outlines().size(), std::size_t(1));
+    RecordedPath const& painted = picture.outlines().front().painted;
     QCOMPARE(painted.brush.color(), QColor(Qt::red));
     QCOMPARE(painted.pen.color(), QColor(Qt::blue));
     QCOMPARE(painted.pen.widthF(), 2.0);
@@ -256,14 +307,14 @@ void TestOutlineImport::paintedPathsAreThoseOfTheOutlines()
 void TestOutlineImport::warnsOfWhatHasNoEffect()
 {
     Testing::MessageWatch watch;
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg(testFile("ignored.svg"), 1.0, error);
-    QCOMPARE(error.message, QString());
-    // Three rectangles stand in clip path and masks.
-    QCOMPARE(picture.outlines.size(), std::size_t(5));
+    Imported const picture = importedSvg(testFile("ignored.svg"), 1.0);
+    QCOMPARE(picture.error, QString());
+    // Three rectangles stand in clip path and masks, and one is filled with nothing.
+    QCOMPARE(picture.outlines().size(), std::size_t(4));
     QCOMPARE(picture.warnings,
         QStringList({"1 clipPath: without effect, shapes in it may be painted",
             "2 mask: without effect, shapes in it may be painted", "1 image: left out",
+            "1 shape painted with nothing: left out",
             "<input>:9: Could not resolve property: #nowhere"}));
     VERIFY_NOTHING_LOGGED(watch);
 }
@@ -293,12 +344,11 @@ void TestOutlineImport::warnsOfEverything()
     QFETCH(QStringList, warnings);
     QFETCH(int, outlines);
     Testing::MessageWatch watch;
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg(text, 1.0, error);
-    QCOMPARE(error.message, QString());
+    Imported const picture = importedSvg(text, 1.0);
+    QCOMPARE(picture.error, QString());
     QCOMPARE(picture.warnings, warnings);
-    QCOMPARE(int(picture.outlines.size()), outlines);
-    QCOMPARE(picture.names.count(), outlines);
+    QCOMPARE(int(picture.outlines().size()), outlines);
+    QCOMPARE(picture.names().count(), outlines);
     VERIFY_NOTHING_LOGGED(watch);
 }
 
@@ -308,14 +358,15 @@ void TestOutlineImport::opensNoOtherFile()
     QString const pipe = directory.filePath(QStringLiteral("pipe"));
     // Whoever opens it waits for a writer, who never comes.
     QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-    BoundedXml::Error error;
-    ImportedPicture const picture =
-        importSvg("<?xml-stylesheet type=\"text/css\" href=\"" + pipe.toLocal8Bit() + "\"?>"
+    Imported const picture =
+        importedSvg("<?xml-stylesheet type=\"text/css\" href=\"" + pipe.toLocal8Bit() + "\"?>"
                 + svg("<image width='1' height='1' xlink:href='" + pipe.toLocal8Bit()
                     + "'/><path d='M0 0L1 1'/><text>&lt;</text>"),
-            1.0, error);
-    QCOMPARE(error.message, QString());
-    QCOMPARE(picture.warnings, QStringList("1 image: left out"));
+            1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.warnings,
+        QStringList({"1 image: left out",
+            "1 line of less than one unit: not drawn, unless at a larger scale"}));
     QCOMPARE(texts(picture).mid(0, 1), QStringList("noLine M 0 0 L 1 1"));
 }
 
@@ -332,7 +383,8 @@ void TestOutlineImport::rejectsWithOneLine_data()
     row("nothing", "", "the picture is empty");
     row("no XML", "just text", "1:2: Start tag expected.");
     row("XML that ends early", "<svg><path d='M0 0L5 5'/>", "1:26: Premature end of document.");
-    row("binary", QByteArray("\x00\xff\xfe\x01\x80", 5),
+    row("binary", QByteArray("\x00\xff\xfe\x01\x80", 5), "a binary file, not an SVG picture");
+    row("bytes that are no UTF-8", "\x81\xff\xfe\x01\x80",
         "1:2: Encountered incorrectly encoded content.");
     row("damaged compression", "\x1f\x8b\x08 and so on",
         "the compressed picture is damaged or too large");
@@ -379,14 +431,9 @@ void TestOutlineImport::rejectsWithOneLine()
     QFETCH(double, scale);
     QFETCH(QString, expected);
     Testing::MessageWatch watch;
-    BoundedXml::Error error;
-    ImportedPicture const picture = importSvg(text, scale, error);
-    QCOMPARE(described(error), expected);
-    QVERIFY(picture.outlines.empty());
-    QVERIFY(picture.painted.empty());
-    QCOMPARE(picture.names, QStringList());
+    Imported const picture = importedSvg(text, scale);
+    QCOMPARE(picture.error, expected);
     QCOMPARE(picture.warnings, QStringList());
-    QVERIFY(!picture.size.isValid());
     VERIFY_NOTHING_LOGGED(watch);
 }
 
@@ -396,10 +443,8 @@ void TestOutlineImport::survivesEveryPrefix()
         // Without the line break at its end, every shorter text lacks the end of its root.
         QByteArray const whole = testFile(name).trimmed();
         for (int size = 0; size < whole.size(); ++size) {
-            BoundedXml::Error error;
-            ImportedPicture const picture = importSvg(whole.left(size), 1.0, error);
-            QVERIFY2(!error.isNull(), qPrintable(QStringLiteral("%1: %2").arg(name).arg(size)));
-            QVERIFY(picture.outlines.empty());
+            Imported const picture = importedSvg(whole.left(size), 1.0);
+            QVERIFY2(!picture.picture, qPrintable(QStringLiteral("%1: %2").arg(name).arg(size)));
         }
     }
 }
@@ -407,10 +452,9 @@ void TestOutlineImport::survivesEveryPrefix()
 void TestOutlineImport::restoresTheMessageHandler()
 {
     Testing::MessageWatch watch;
-    BoundedXml::Error error;
-    importSvg(svg("<path d='M0 0L1 1L2 nan'/>"), 1.0, error);
-    importSvg("no SVG", 1.0, error);
-    importText(sans, QStringLiteral("A"), 2048.0, error);
+    importedSvg(svg("<path d='M0 0L1 1L2 nan'/>"), 1.0);
+    importedSvg("no SVG", 1.0);
+    importedText(sans, QStringLiteral("A"), 2048.0);
     qWarning("after all that");
     QCOMPARE(watch.take(), QStringList("after all that"));
 }
@@ -418,27 +462,25 @@ void TestOutlineImport::restoresTheMessageHandler()
 void TestOutlineImport::importsGlyphsSideBySide()
 {
     Testing::MessageWatch watch;
-    BoundedXml::Error error {3, 4, QStringLiteral("of an earlier call")};
-    ImportedPicture const picture = importText(sans, QStringLiteral("lI"), 2048.0, error);
-    QCOMPARE(error.message, QString());
+    Imported const picture = importedText(sans, QStringLiteral("lI"), 2048.0);
+    QCOMPARE(picture.error, QString());
     QCOMPARE(picture.warnings, QStringList());
-    QCOMPARE(picture.names, QStringList({"l", "I"}));
+    QCOMPARE(picture.names(), QStringList({"l", "I"}));
     // The font's own numbers: advances of 569 and 604, an ascent of 1901, a descent of 483.
-    QCOMPARE(picture.size, QSizeF(1173.0, 2384.0));
+    QCOMPARE(picture.picture->size, QSizeF(1173.0, 2384.0));
     QCOMPARE(texts(picture),
         QStringList({"closed noLine M 193 345 L 377 345 L 377 1901 L 193 1901 L 193 345",
             "closed noLine M 770 408 L 972 408 L 972 1901 L 770 1901 L 770 408"}));
-    QCOMPARE(picture.painted.at(0).path.fillRule(), Qt::WindingFill);
-    COMPARE_BITS(picture.outlines.at(1)->segs.at(0)->pt.x.rate, 770.0 / 1173.0);
-    COMPARE_BITS(picture.outlines.at(1)->segs.at(0)->pt.y.rate, 408.0 / 2384.0);
+    QCOMPARE(picture.outlines().at(0).painted.path.fillRule(), Qt::WindingFill);
+    COMPARE_BITS(picture.list(1).segs.at(0)->pt.x.rate, 770.0 / 1173.0);
+    COMPARE_BITS(picture.list(1).segs.at(0)->pt.y.rate, 408.0 / 2384.0);
     VERIFY_NOTHING_LOGGED(watch);
 }
 
 void TestOutlineImport::scalesGlyphsToTheEm()
 {
-    BoundedXml::Error error;
-    ImportedPicture const picture = importText(sans, QStringLiteral("l"), 512.0, error);
-    QCOMPARE(picture.size, QSizeF(142.25, 596.0));
+    Imported const picture = importedText(sans, QStringLiteral("l"), 512.0);
+    QCOMPARE(picture.picture->size, QSizeF(142.25, 596.0));
     QCOMPARE(texts(picture),
         QStringList("closed noLine M 48.25 86.25 L 94.25 86.25 L 94.25 475.25 L 48.25 475.25 "
                     "L 48.25 86.25"));
@@ -446,38 +488,35 @@ void TestOutlineImport::scalesGlyphsToTheEm()
 
 void TestOutlineImport::namesGlyphsByCharacter()
 {
-    BoundedXml::Error error;
     uint const beyondTheBasicPlane = 0x1d538; // a double-struck A
     QString const text = QStringLiteral("a\u00e9") + QString::fromUcs4(&beyondTheBasicPlane, 1);
-    ImportedPicture const picture = importText(sans, text, 2048.0, error);
-    QCOMPARE(error.message, QString());
+    Imported const picture = importedText(sans, text, 2048.0);
+    QCOMPARE(picture.error, QString());
     QCOMPARE(picture.warnings, QStringList());
-    QCOMPARE(picture.names,
+    QCOMPARE(picture.names(),
         QStringList({QStringLiteral("a"), QStringLiteral("\u00e9"),
             QString::fromUcs4(&beyondTheBasicPlane, 1)}));
 }
 
 void TestOutlineImport::blankCharactersTakeRoomOnly()
 {
-    BoundedXml::Error error;
-    ImportedPicture const picture = importText(sans, QStringLiteral(" l "), 2048.0, error);
-    QCOMPARE(picture.names, QStringList("l"));
-    QCOMPARE(picture.size, QSizeF(651.0 + 569.0 + 651.0, 2384.0));
-    QCOMPARE(picture.outlines.at(0)->segs.at(0)->pt.x.value, 651.0 + 193.0);
-    QVERIFY(importText(sans, QStringLiteral(" "), 2048.0, error).outlines.empty());
-    QCOMPARE(error.message, QString());
+    Imported const picture = importedText(sans, QStringLiteral(" l "), 2048.0);
+    QCOMPARE(picture.names(), QStringList("l"));
+    QCOMPARE(picture.picture->size, QSizeF(651.0 + 569.0 + 651.0, 2384.0));
+    QCOMPARE(picture.list(0).segs.at(0)->pt.x.value, 651.0 + 193.0);
+    QVERIFY(importedText(sans, QStringLiteral(" "), 2048.0).outlines().empty());
+    QCOMPARE(picture.error, QString());
 }
 
 void TestOutlineImport::warnsOfMissingGlyphsOnce()
 {
-    BoundedXml::Error error;
     uint const cuneiform = 0x12000;
     QString const text = QStringLiteral("l\u4e2d\u4e2d") + QString::fromUcs4(&cuneiform, 1);
-    ImportedPicture const picture = importText(sans, text, 2048.0, error);
-    QCOMPARE(error.message, QString());
-    QCOMPARE(picture.names, QStringList("l"));
+    Imported const picture = importedText(sans, text, 2048.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.names(), QStringList("l"));
     QCOMPARE(picture.warnings, QStringList({"no glyph for U+4E2D", "no glyph for U+12000"}));
-    QCOMPARE(picture.size, QSizeF(569.0, 2384.0));
+    QCOMPARE(picture.picture->size, QSizeF(569.0, 2384.0));
 }
 
 void TestOutlineImport::rejectsTextWithOneLine_data()
@@ -486,23 +525,28 @@ void TestOutlineImport::rejectsTextWithOneLine_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<double>("emSize");
     QTest::addColumn<QString>("expected");
+    QTest::addColumn<QStringList>("warnings");
     QString const noFont = QStringLiteral(KPGEOMETRY_TEST_DATA "/import/shapes.svg");
     QString const missing = QStringLiteral("missing.ttf");
     QString const letter = QStringLiteral("l");
     QString const noSize = QStringLiteral("the size of an em must be a number above 0");
-    QTest::newRow("no text") << sans << QString() << 2048.0 << QStringLiteral("the text is empty");
-    QTest::newRow("no such file") << missing << letter << 2048.0
-                                  << QStringLiteral("not a font file that can be read");
-    QTest::newRow("no font") << noFont << letter << 2048.0
-                             << QStringLiteral("not a font file that can be read");
-    QTest::newRow("an em of zero") << sans << letter << 0.0 << noSize;
-    QTest::newRow("a negative em") << sans << letter << -1.0 << noSize;
-    QTest::newRow("an em that is no number") << sans << letter << notANumber << noSize;
-    QTest::newRow("only characters without a glyph")
-        << sans << QStringLiteral("\u4e2d") << 2048.0 << QStringLiteral("the picture has no size");
-    QTest::newRow("a text too long")
-        << sans << QString(2000, QLatin1Char('l')) << 2048.0
-        << QStringLiteral("the picture would be 1.138e+06 by 2384 units large, more than 1000000");
+    auto const row = [](char const* name, QString const& font, QString const& text, double emSize,
+                         QString const& expected, QStringList const& warnings = {}) {
+        QTest::newRow(name) << font << text << emSize << expected << warnings;
+    };
+    row("no text", sans, QString(), 2048.0, QStringLiteral("the text is empty"));
+    row("no such file", missing, letter, 2048.0, QStringLiteral("there is no such font file"));
+    row("a folder", QStringLiteral(KPGEOMETRY_TEST_DATA), letter, 2048.0,
+        QStringLiteral("the font file cannot be read"));
+    row("no font", noFont, letter, 2048.0, QStringLiteral("not a font file that can be read"));
+    row("an em of zero", sans, letter, 0.0, noSize);
+    row("a negative em", sans, letter, -1.0, noSize);
+    row("an em that is no number", sans, letter, notANumber, noSize);
+    row("only characters without a glyph", sans, QStringLiteral("\u4e2d"), 2048.0,
+        QStringLiteral("the picture has no size"), {"no glyph for U+4E2D"});
+    row("a text too long", sans, QString(2000, QLatin1Char('l')), 2048.0,
+        QStringLiteral("the picture would be 1.138e+06 by 2384 units large, more than 1000000; an "
+                       "em of 1799 would do"));
 }
 
 void TestOutlineImport::rejectsTextWithOneLine()
@@ -511,24 +555,28 @@ void TestOutlineImport::rejectsTextWithOneLine()
     QFETCH(QString, text);
     QFETCH(double, emSize);
     QFETCH(QString, expected);
+    QFETCH(QStringList, warnings);
     Testing::MessageWatch watch;
-    BoundedXml::Error error;
-    ImportedPicture const picture = importText(font, text, emSize, error);
-    QCOMPARE(described(error), expected);
-    QVERIFY(picture.outlines.empty());
-    QVERIFY(picture.painted.empty());
-    QCOMPARE(picture.warnings, QStringList());
+    Imported const picture = importedText(font, text, emSize);
+    QCOMPARE(picture.error, expected);
+    QCOMPARE(picture.warnings, warnings);
     VERIFY_NOTHING_LOGGED(watch);
 }
 
-void TestOutlineImport::outlineOfRefusesWhatIsNotFinite()
+void TestOutlineImport::leavesOutWhatIsNotFinite()
 {
     RecordedPath painted;
     painted.path.moveTo(1.0, 2.0);
     painted.path.lineTo(3.0, 4.0);
-    QVERIFY(outlineOf(painted, QSizeF(10.0, 10.0)));
+    ImportedOutlines picture {QSizeF(10.0, 10.0), {}};
+    Diagnostics diagnostics;
+    appendOutline(picture, painted, QStringLiteral("one"), QStringLiteral("a"), diagnostics);
     painted.path.translate(infinite, 0.0);
-    QVERIFY(!outlineOf(painted, QSizeF(10.0, 10.0)));
+    appendOutline(picture, painted, QStringLiteral("two"), QStringLiteral("a"), diagnostics);
+    QCOMPARE(picture.outlines.size(), std::size_t(1));
+    QCOMPARE(picture.outlines.front().name, QStringLiteral("one"));
+    QCOMPARE(diagnostics.size(), 1);
+    QCOMPARE(diagnostics.at(0).text, QStringLiteral("two: a coordinate is too large; left out"));
 }
 
 QTEST_MAIN(TestOutlineImport)

@@ -32,7 +32,7 @@ inline QPointF position(KpPoint const& point) noexcept
     return {point.x.value, point.y.value};
 }
 
-inline void moveTo(KpPoint& point, QPointF const& position) noexcept
+inline void setPosition(KpPoint& point, QPointF const& position) noexcept
 {
     point.x.value = position.x();
     point.y.value = position.y();
@@ -46,7 +46,7 @@ inline void translate(KpPoint& point, double dx, double dy) noexcept
 
 inline void map(KpPoint& point, QMatrix const& matrix)
 {
-    moveTo(point, matrix.map(position(point)));
+    setPosition(point, matrix.map(position(point)));
 }
 
 /** @param type a QPainterPath::ElementType; a painter path numbers its elements alike */

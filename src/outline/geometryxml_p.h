@@ -1,6 +1,7 @@
 #ifndef GEOMETRYXML_P_H
 #define GEOMETRYXML_P_H
 
+#include "geometryformat_p.h"
 #include "numbertext_p.h"
 #include "quarkmanager.h"
 #include "segmentkind_p.h"
@@ -27,11 +28,11 @@ namespace GeometryXml {
 /** @param attribute gives the text of an attribute by its name */
 template <class Attribute> void readReal(KpReal& real, Attribute attribute)
 {
-    if (auto const value = attribute(QStringLiteral("V")); XmlAttribute::isGiven(value))
+    if (auto const value = attribute(GeometryFormat::value()); XmlAttribute::isGiven(value))
         real.value = NumberText::toReal(value);
-    if (auto const base = attribute(QStringLiteral("B")); XmlAttribute::isGiven(base))
+    if (auto const base = attribute(GeometryFormat::base()); XmlAttribute::isGiven(base))
         real.base = NumberText::toBase(base);
-    if (auto const rate = attribute(QStringLiteral("P")); XmlAttribute::isGiven(rate))
+    if (auto const rate = attribute(GeometryFormat::rate()); XmlAttribute::isGiven(rate))
         real.rate = NumberText::toReal(rate);
 }
 
@@ -48,11 +49,11 @@ inline void readReal(KpReal& real, QXmlStreamAttributes const& attributes)
 /** @param setAttribute takes the name and the text of one attribute */
 template <class SetAttribute> void writeReal(KpReal const& real, SetAttribute setAttribute)
 {
-    setAttribute(QStringLiteral("V"), NumberText::fromReal(real.value));
+    setAttribute(GeometryFormat::value(), NumberText::fromReal(real.value));
     if (real.base == KpReal::Absolute)
         return;
-    setAttribute(QStringLiteral("B"), NumberText::fromBase(real.base));
-    setAttribute(QStringLiteral("P"), NumberText::fromReal(real.rate));
+    setAttribute(GeometryFormat::base(), NumberText::fromBase(real.base));
+    setAttribute(GeometryFormat::rate(), NumberText::fromReal(real.rate));
 }
 
 /** Appends the element `name` to `parent` and returns it: a null one to a null one. */

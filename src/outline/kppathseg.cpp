@@ -21,7 +21,7 @@ QPointF KpPathSeg::startPt()
 void KpPathSeg::setStartPt(QPointF point)
 {
     if (KpPathSeg* const previous = owner ? owner->getPrevSeg(this) : nullptr)
-        BoundPoint::moveTo(previous->pt, point);
+        BoundPoint::setPosition(previous->pt, point);
 }
 
 void KpPathSeg::updateValue(double width, double height)

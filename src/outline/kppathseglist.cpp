@@ -1,5 +1,6 @@
 #include "kppathseglist.h"
 
+#include "geometryformat_p.h"
 #include "geometryxml_p.h"
 #include "kppath.h"
 #include "undoreal_p.h"
@@ -72,11 +73,11 @@ template <class Text> void readFlag(bool& flag, Text const& text)
 /** Sets the flags' attributes with `setAttribute`, which takes name and text. */
 template <class SetAttribute> void writeFlags(KpPathSegList const& list, SetAttribute setAttribute)
 {
-    setAttribute(QStringLiteral("Closed"), list.closed ? "1" : "0");
+    setAttribute(GeometryFormat::closed(), list.closed ? "1" : "0");
     if (list.noFill)
-        setAttribute(QStringLiteral("NoFill"), "1");
+        setAttribute(GeometryFormat::noFill(), "1");
     if (list.noLine)
-        setAttribute(QStringLiteral("NoLine"), "1");
+        setAttribute(GeometryFormat::noLine(), "1");
 }
 
 } // namespace
@@ -346,7 +347,7 @@ void KpPathSegList::fromUndoValue(
 
 void KpPathSegList::saveTo(QDomElement& parent)
 {
-    QDomElement geometry = GeometryXml::appendElement(parent, QStringLiteral("Geometry"));
+    QDomElement geometry = GeometryXml::appendElement(parent, GeometryFormat::geometry());
     writeFlags(*this, [&geometry](QString const& name, char const* text) {
         geometry.setAttribute(name, QLatin1String(text));
     });
@@ -355,7 +356,7 @@ void KpPathSegList::saveTo(QDomElement& parent)
 
 void KpPathSegList::saveTo(XmlStreamWriter& writer)
 {
-    writer.writeStartElement(QStringLiteral("Geometry"));
+    writer.writeStartElement(GeometryFormat::geometry());
     writeFlags(*this,
         [&writer](QString const& name, char const* text) { writer.writeAttribute(name, text); });
     forEachSegment(*this, [&writer](KpPathSeg& seg) { seg.saveTo(writer); });
@@ -364,9 +365,9 @@ void KpPathSegList::saveTo(XmlStreamWriter& writer)
 
 bool KpPathSegList::parse(QDomElement const& geometry, unsigned int context)
 {
-    readFlag(closed, geometry.attribute(QStringLiteral("Closed")));
-    readFlag(noFill, geometry.attribute(QStringLiteral("NoFill")));
-    readFlag(noLine, geometry.attribute(QStringLiteral("NoLine")));
+    readFlag(closed, geometry.attribute(GeometryFormat::closed()));
+    readFlag(noFill, geometry.attribute(GeometryFormat::noFill()));
+    readFlag(noLine, geometry.attribute(GeometryFormat::noLine()));
     for (QDomElement child = geometry.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         int const quark = QuarkManager::quarkFromString(child.tagName());
@@ -387,9 +388,9 @@ bool KpPathSegList::parse(QXmlStreamReader& reader, unsigned int context)
         return false;
     // An empty Closed is ignored as in a DOM, an empty NoFill or NoLine is not: deliberate,
     // documents are read this way.
-    readFlag(closed, attributes.value(QStringLiteral("Closed")).toString());
-    readFlag(noFill, attributes.value(QStringLiteral("NoFill")));
-    readFlag(noLine, attributes.value(QStringLiteral("NoLine")));
+    readFlag(closed, attributes.value(GeometryFormat::closed()).toString());
+    readFlag(noFill, attributes.value(GeometryFormat::noFill()));
+    readFlag(noLine, attributes.value(GeometryFormat::noLine()));
     while (reader.readNextStartElement()) {
         auto const* const kind =
             SegmentKind::find([&reader](auto const& k) { return reader.name() == k.name; });

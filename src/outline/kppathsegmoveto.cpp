@@ -23,7 +23,7 @@ QPointF KpPathSegMoveTo::startPt()
 
 void KpPathSegMoveTo::setStartPt(QPointF point)
 {
-    BoundPoint::moveTo(pt, point);
+    BoundPoint::setPosition(pt, point);
 }
 
 void KpPathSegMoveTo::saveTo(QDomElement& geometry)

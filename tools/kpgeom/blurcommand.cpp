@@ -1,6 +1,7 @@
 #include "commandline.h"
+#include "console.h"
 #include "gaussianblur.h"
-#include "inputoutput.h"
+#include "messagelog.h"
 #include "paint/colourtext.h"
 #include "paint/dropshadow.h"
 #include "paint/imagefile.h"
@@ -39,33 +40,35 @@ std::optional<DropShadow> shadowFromText(QString const& text)
 }
 
 /** What is wrong with the options, or nothing. */
-QString readOptions(CommandLine const& line, BlurOptions& options)
+std::optional<Diagnostic> readOptions(CommandLine const& line, BlurOptions& options)
 {
     if (line.operands().size() != 1)
-        return QStringLiteral("one picture is taken");
+        return misuse(QStringLiteral("one picture is taken"));
     options.output = line.value(QStringLiteral("output"));
     if (options.output.isEmpty())
-        return QStringLiteral("no output file given (-o)");
+        return misuse(QStringLiteral("no output file given (-o)"));
     options.format = line.isSet(QStringLiteral("format")) ? line.value(QStringLiteral("format"))
                                                           : QFileInfo(options.output).suffix();
     if (!isWritableFormat(options.format))
-        return QStringLiteral("pictures of the format '%1' are not written").arg(options.format);
+        return misuse(
+            QStringLiteral("pictures of the format '%1' are not written").arg(options.format));
     bool isNumber = false;
     options.kernel.radius = line.value(QStringLiteral("radius")).toUInt(&isNumber);
     if (!isNumber || options.kernel.radius > greatestRadius)
-        return QStringLiteral("-r takes a number from 0 to %1").arg(greatestRadius);
+        return misuse(QStringLiteral("-r takes a number from 0 to %1").arg(greatestRadius));
     options.kernel.flatness = line.value(QStringLiteral("flatness")).toUInt(&isNumber);
     if (!isNumber)
-        return QStringLiteral("--flatness takes a number from 0 to 4294967295");
+        return misuse(QStringLiteral("--flatness takes a number from 0 to 4294967295"));
     if (line.isSet(QStringLiteral("shadow"))) {
         options.shadow = shadowFromText(line.value(QStringLiteral("shadow")));
         if (!options.shadow) {
-            return QStringLiteral("--shadow takes an offset of at most %1 pixels and a colour, "
-                                  "like 4,4,#80000000")
-                .arg(greatestOffset);
+            return misuse(
+                QStringLiteral("--shadow takes an offset of at most %1 pixels and a colour, "
+                               "like 4,4,#80000000")
+                    .arg(greatestOffset));
         }
     }
-    return QString();
+    return std::nullopt;
 }
 
 QImage blurred(QImage const& picture, BlurOptions const& options)
@@ -76,18 +79,32 @@ QImage blurred(QImage const& picture, BlurOptions const& options)
               .toImage();
 }
 
-/** The blurred picture as a file; empty, with `error` set, on failure. */
-QByteArray blurredFile(QByteArray const& file, BlurOptions const& options, QString& error)
+std::optional<QImage> decoded(
+    QByteArray const& content, QString const& operand, Diagnostics& diagnostics)
 {
-    QImage const picture = decodedPicture(file, error);
-    if (error.isEmpty() && options.shadow)
-        error = sizeFault(shadowedArea(picture.size(), *options.shadow, options.kernel).size());
-    if (!error.isEmpty())
+    QuietStandardError const quiet;
+    return decodedPicture(content, operand, diagnostics);
+}
+
+/** The blurred picture as a file; empty, with a diagnostic, on failure. */
+QByteArray blurredFile(QString const& operand, BlurOptions const& options, Diagnostics& diagnostics)
+{
+    auto const content = readInput(operand, diagnostics);
+    if (!content)
         return QByteArray();
-    QByteArray result = encodedPicture(blurred(picture, options), options.format);
-    if (result.isEmpty())
-        error = QStringLiteral("the picture cannot be written in this format");
-    return result;
+    auto const picture = decoded(*content, operand, diagnostics);
+    if (!picture)
+        return QByteArray();
+    QString fault;
+    if (options.shadow)
+        fault = sizeFault(shadowedArea(picture->size(), *options.shadow, options.kernel).size());
+    QByteArray const file =
+        fault.isEmpty() ? encodedPicture(blurred(*picture, options), options.format) : QByteArray();
+    if (fault.isEmpty() && file.isEmpty())
+        fault = QStringLiteral("the picture cannot be written in this format");
+    if (!fault.isEmpty())
+        diagnostics.error(operand, fault);
+    return file;
 }
 
 } // namespace
@@ -114,17 +131,11 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     BlurOptions options;
-    if (QString const fault = readOptions(line, options); !fault.isEmpty())
-        return line.misused(fault);
-    QString const input = line.operands().first();
-    auto const file = readInput(input);
-    if (!file)
-        return Outcome::Failed;
-    QString error;
-    QByteArray const result = blurredFile(*file, options, error);
-    if (!error.isEmpty()) {
-        printError(QStringLiteral("%1: %2").arg(displayName(input), error));
-        return Outcome::Failed;
-    }
-    return writeOutput(options.output, result) ? Outcome::Done : Outcome::Failed;
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
+    Diagnostics diagnostics;
+    QByteArray const file = blurredFile(line.operands().first(), options, diagnostics);
+    report(diagnostics);
+    return diagnostics.isEmpty() && writeOutput(options.output, file) ? Outcome::Done
+                                                                      : Outcome::Failed;
 }

@@ -1,15 +1,16 @@
 #include "check/outlinecheck.h"
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "documentinput.h"
 #include "progress.h"
 
 namespace {
 
-QString toText(OutlineDocument& document, QVector<Finding> const& findings)
+QString toText(OutlineDocument const& document, Diagnostics const& findings)
 {
     QString const file = displayName(document.file());
     QString text;
-    for (Finding const& finding : findings) {
+    for (Diagnostic const& finding : findings) {
         text += QStringLiteral("%1:%2:%3: %4\n")
                     .arg(file, QString::number(finding.line), QString::number(finding.column),
                         finding.text);
@@ -28,18 +29,18 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
-        return line.misused(QStringLiteral("no file given"));
+        return line.misused(misuse(QStringLiteral("no file given")));
 
     Outcome outcome = Outcome::Done;
-    Progress progress(line.operands().size());
+    Progress progress(line.operands());
     for (QString const& file : line.operands()) {
         progress.step();
-        auto document = OutlineDocument::load(file);
+        auto const document = loadDocument(file, progress.ofStep());
         if (!document) {
             outcome = Outcome::Failed;
             continue;
         }
-        QVector<Finding> const findings = checkOutlines(*document);
+        Diagnostics const findings = checkOutlines(*document);
         Progress::clear();
         if (!printOut(toText(*document, findings)))
             return Outcome::Failed;

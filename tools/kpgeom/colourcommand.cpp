@@ -1,9 +1,10 @@
 #include "colorutil.h"
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
 #include "kpcolor.h"
 #include "paint/colourtext.h"
 #include "paint/themetable.h"
+#include "pictureoutput.h"
 #include "texttable.h"
 
 #include <QFileInfo>
@@ -34,45 +35,47 @@ struct ColourOptions
 };
 
 /** What is wrong with the transform, or nothing. */
-QString appendStep(QString const& text, std::vector<Step>& steps)
+std::optional<Diagnostic> appendStep(QString const& text, std::vector<Step>& steps)
 {
     QString const name = text.section(QLatin1Char('='), 0, 0);
     ColorUtil::ColorFunc const function = ColorUtil::getColorFunc(name);
     if (!function)
-        return QStringLiteral("there is no transform '%1'").arg(name);
+        return misuse(QStringLiteral("there is no transform '%1'").arg(name));
     bool isNumber = false;
     double const value = text.section(QLatin1Char('='), 1).toDouble(&isNumber);
     if (!isNumber)
-        return QStringLiteral("'%1' does not end in a number").arg(text);
+        return misuse(QStringLiteral("'%1' does not end in a number").arg(text));
     steps.push_back({text, name, function, value});
-    return QString();
+    return std::nullopt;
 }
 
 /** What is wrong with the arguments, or nothing. */
-QString readOptions(CommandLine const& line, ColourOptions& options)
+std::optional<Diagnostic> readOptions(CommandLine const& line, ColourOptions& options)
 {
     for (QString const& operand : line.operands()) {
         if (operand.contains(QLatin1Char('='))) {
-            if (QString fault = appendStep(operand, options.steps); !fault.isEmpty())
+            if (auto fault = appendStep(operand, options.steps))
                 return fault;
             continue;
         }
         QColor const colour = colourFromText(operand);
         if (!colour.isValid())
-            return QStringLiteral("'%1' is no colour").arg(operand);
+            return misuse(QStringLiteral("'%1' is no colour").arg(operand));
         options.colours.append(colour);
     }
     if (options.colours.isEmpty())
-        return QStringLiteral("no colour given");
+        return misuse(QStringLiteral("no colour given"));
     options.compares = line.isSet(QStringLiteral("compare"));
     if (!line.isSet(QStringLiteral("swatches")))
-        return options.compares ? QStringLiteral("--compare goes with --swatches") : QString();
+        return options.compares
+            ? std::optional(misuse(QStringLiteral("--compare goes with --swatches")))
+            : std::nullopt;
     options.swatches = line.value(QStringLiteral("swatches"));
     auto const format = pictureFormat(QFileInfo(options.swatches).suffix());
     if (!format)
-        return QStringLiteral("the picture's format is none of svg, png and pdf");
+        return misuse(QStringLiteral("the picture's format is none of svg, png and pdf"));
     options.format = *format;
-    return QString();
+    return std::nullopt;
 }
 
 /** Whether standard output shows colours. */
@@ -176,11 +179,12 @@ bool drawSwatches(ColourOptions const& options)
     QVector<QColor> references;
     for (QColor const& given : options.colours)
         references.append(applySteps(given, options.steps, [](QString const&, QColor const&) {}));
-    QString error;
-    auto const content = toFile(themeTable(references, options.compares), options.format, error);
-    if (!content)
-        printError(QStringLiteral("%1: %2").arg(displayName(options.swatches), error));
-    return content && writeOutput(options.swatches, *content);
+    PictureSettings settings;
+    settings.format = options.format;
+    settings.title = QStringLiteral("Tints and shades");
+    settings.wayOut = QStringLiteral("draw fewer colours at a time");
+    return writePicture(themeTable(references, options.compares), settings,
+        QStringLiteral("kpgeom colour"), options.swatches);
 }
 
 } // namespace
@@ -197,8 +201,8 @@ Outcome runColour(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     ColourOptions options;
-    if (QString const fault = readOptions(line, options); !fault.isEmpty())
-        return line.misused(fault);
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
     if (!options.swatches.isEmpty() && !drawSwatches(options))
         return Outcome::Failed;
     QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);

@@ -1,6 +1,6 @@
 #include "commandline.h"
 
-#include "inputoutput.h"
+#include "console.h"
 
 CommandLine::CommandLine(Command const& command)
     : m_command(command)
@@ -22,7 +22,7 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     if (m_parser.isSet(QStringLiteral("help")))
         return printOut(helpText()) ? Outcome::Done : Outcome::Failed;
     if (!understood)
-        return misused(m_parser.errorText());
+        return misused(misuse(m_parser.errorText()));
     return std::nullopt;
 }
 
@@ -36,11 +36,16 @@ QString CommandLine::helpText() const
         + options.mid(options.indexOf(QLatin1Char('\n')));
 }
 
-Outcome CommandLine::misused(QString const& what) const
+Outcome CommandLine::misused(Diagnostic const& fault) const
 {
-    printError(QStringLiteral("kpgeom %1: %2 (see kpgeom %1 --help)")
-                   .arg(QString::fromUtf8(m_command.name), what));
+    report(misuse(QStringLiteral("kpgeom %1: %2 (see kpgeom %1 --help)")
+                      .arg(QString::fromUtf8(m_command.name), fault.text)));
     return Outcome::Misused;
+}
+
+Diagnostic misuse(QString const& what)
+{
+    return {Diagnostic::Severity::Error, QString(), 0, 0, what};
 }
 
 std::optional<double> factorFromText(QString const& text)

@@ -2,6 +2,7 @@
 #define COMMANDLINE_H
 
 #include "command.h"
+#include "diagnostic.h"
 
 #include <QCommandLineParser>
 #include <QSizeF>
@@ -25,7 +26,7 @@ public:
     QStringList operands() const { return m_parser.positionalArguments(); }
 
     /** Tells the user how the command was misused. */
-    Outcome misused(QString const& what) const;
+    Outcome misused(Diagnostic const& fault) const;
 
 private:
     QString helpText() const;
@@ -33,6 +34,9 @@ private:
     Command const& m_command;
     QCommandLineParser m_parser;
 };
+
+/** A wrong use of a command, about no file. */
+Diagnostic misuse(QString const& what);
 
 /** "WxH", both greater than 0 and at most a million units. */
 std::optional<QSizeF> sizeFromText(QString const& text);

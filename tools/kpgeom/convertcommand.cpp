@@ -1,10 +1,14 @@
 #include "commandline.h"
-#include "import/outlineimport.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "document/outlinedocument.h"
+#include "document/shapeformat.h"
+#include "import/svgimport.h"
+#include "import/textimport.h"
+#include "messagelog.h"
+#include "text.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomDocument>
-#include <QTextStream>
 
 namespace {
 
@@ -19,49 +23,50 @@ QString xmlText(QString const& name)
     return text;
 }
 
-/** Hands the attributes of the shape around outline `index` to `setAttribute`. */
+/** Hands the attributes of the shape around an outline to `setAttribute`. */
 template <class SetAttribute>
-void writeShape(ImportedPicture const& picture, std::size_t index, SetAttribute setAttribute)
+void writeShape(QSizeF const& size, ImportedOutline const& outline, SetAttribute setAttribute)
 {
-    auto const number = [](double value) { return QString::number(value, 'g', 6); };
-    setAttribute(QStringLiteral("Name"), xmlText(picture.names.at(static_cast<int>(index))));
-    setAttribute(QStringLiteral("Width"), number(picture.size.width()));
-    setAttribute(QStringLiteral("Height"), number(picture.size.height()));
+    setAttribute(ShapeFormat::name(), xmlText(outline.name));
+    setAttribute(ShapeFormat::width(), numberText(size.width()));
+    setAttribute(ShapeFormat::height(), numberText(size.height()));
+    if (outline.fillRule)
+        setAttribute(ShapeFormat::fillRule(), fillRuleText(*outline.fillRule));
 }
 
-QByteArray streamDocument(ImportedPicture const& picture)
+QByteArray streamDocument(ImportedOutlines const& picture)
 {
     QByteArray xml;
     XmlStreamWriter writer(&xml);
     writer.setAutoFormatting(true);
     writer.setAutoFormattingIndent(1);
     writer.writeStartDocument();
-    writer.writeStartElement(QStringLiteral("Shapes"));
-    for (std::size_t i = 0; i < picture.outlines.size(); ++i) {
-        writer.writeStartElement(QStringLiteral("Shape"));
-        writeShape(picture, i, [&writer](QString const& name, QString const& text) {
+    writer.writeStartElement(ShapeFormat::shapes());
+    for (ImportedOutline const& outline : picture.outlines) {
+        writer.writeStartElement(ShapeFormat::shape());
+        writeShape(picture.size, outline, [&writer](QString const& name, QString const& text) {
             writer.writeAttribute(name, text);
         });
-        picture.outlines[i]->saveTo(writer);
+        outline.list->saveTo(writer);
         writer.writeEndElement();
     }
     writer.writeEndDocument();
     return xml;
 }
 
-QByteArray domDocument(ImportedPicture const& picture)
+QByteArray domDocument(ImportedOutlines const& picture)
 {
     QDomDocument document;
     document.appendChild(document.createProcessingInstruction(
         QStringLiteral("xml"), QStringLiteral("version=\"1.0\" encoding=\"UTF-8\"")));
-    QDomElement shapes = document.createElement(QStringLiteral("Shapes"));
+    QDomElement shapes = document.createElement(ShapeFormat::shapes());
     document.appendChild(shapes);
-    for (std::size_t i = 0; i < picture.outlines.size(); ++i) {
-        QDomElement shape = document.createElement(QStringLiteral("Shape"));
-        writeShape(picture, i,
+    for (ImportedOutline const& outline : picture.outlines) {
+        QDomElement shape = document.createElement(ShapeFormat::shape());
+        writeShape(picture.size, outline,
             [&shape](QString const& name, QString const& text) { shape.setAttribute(name, text); });
         shapes.appendChild(shape);
-        picture.outlines[i]->saveTo(shape);
+        outline.list->saveTo(shape);
     }
     return document.toByteArray(1);
 }
@@ -77,59 +82,64 @@ struct ConvertOptions
 };
 
 /** What is wrong with the options, or nothing. */
-QString readOptions(CommandLine const& line, ConvertOptions& options)
+std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& options)
 {
     options.font = line.value(QStringLiteral("font"));
     options.text = line.value(QStringLiteral("text"));
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
     if (isText && (options.font.isEmpty() || options.text.isEmpty()))
-        return QStringLiteral("--font and --text go together");
+        return misuse(QStringLiteral("--font and --text go together"));
     if (line.operands().size() != (isText ? 0 : 1)) {
-        return isText ? QStringLiteral("--font and --text take no input file")
-                      : QStringLiteral("exactly one input file is needed");
+        return misuse(isText ? QStringLiteral("--font and --text take no input file")
+                             : QStringLiteral("exactly one input file is needed"));
     }
     options.input = line.operands().value(0);
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale || isText)
-            return QStringLiteral("--scale takes a number greater than 0, and an SVG file");
+            return misuse(QStringLiteral("--scale takes a number greater than 0, and an SVG file"));
         options.scale = *scale;
     }
     if (line.isSet(QStringLiteral("em"))) {
         auto const emSize = factorFromText(line.value(QStringLiteral("em")));
         if (!emSize || !isText)
-            return QStringLiteral("--em takes a number greater than 0, and a font");
+            return misuse(QStringLiteral("--em takes a number greater than 0, and a font"));
         options.emSize = *emSize;
     }
     QString const form = line.value(QStringLiteral("form"));
     options.usesDom = form == QLatin1String("dom");
     if (!options.usesDom && form != QLatin1String("stream"))
-        return QStringLiteral("--form takes dom or stream, not '%1'").arg(form);
-    return QString();
+        return misuse(QStringLiteral("--form takes dom or stream, not '%1'").arg(form));
+    return std::nullopt;
 }
 
-/** Nothing, after an error message, if there is no picture to be had. */
-std::optional<ImportedPicture> import(ConvertOptions const& options)
+/** Nothing, with a diagnostic, if there is no picture to be had. */
+std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostics& diagnostics)
 {
-    BoundedXml::Error error;
-    ImportedPicture picture;
-    QString const source = options.input.isEmpty() ? options.font : options.input;
+    MessageLog log;
+    TakeMessages const takeMessages = [&log] { return log.take(); };
     if (options.input.isEmpty()) {
-        picture = importText(options.font, options.text, options.emSize, error);
-    } else {
-        auto const svg = readInput(options.input);
-        if (!svg)
-            return std::nullopt;
-        picture = importSvg(*svg, options.scale, error);
+        TextImportOptions const textOptions {
+            options.font, options.emSize, QStringLiteral("--em"), takeMessages};
+        return importText(options.text, textOptions, diagnostics);
     }
-    for (QString const& warning : qAsConst(picture.warnings))
-        printError(QStringLiteral("%1: %2").arg(displayName(source), warning));
-    if (error.isNull() && picture.outlines.empty())
-        error.message = QStringLiteral("nothing in it becomes an outline");
-    if (!error.isNull()) {
-        printError(source, error);
+    auto const svg = readInput(options.input, diagnostics);
+    if (!svg)
         return std::nullopt;
+    return importSvg(*svg, {options.input, options.scale, takeMessages}, diagnostics);
+}
+
+/** Nothing, after a message, if there is no outline to be had. */
+std::optional<ImportedOutlines> importedOutlines(ConvertOptions const& options)
+{
+    Diagnostics diagnostics;
+    auto picture = import(options, diagnostics);
+    if (picture && picture->outlines.empty()) {
+        diagnostics.error(options.input.isEmpty() ? options.font : options.input,
+            QStringLiteral("nothing in it becomes an outline"));
+        picture.reset();
     }
+    report(diagnostics);
     return picture;
 }
 
@@ -146,8 +156,9 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
         QStringLiteral("TEXT")});
     line.addOption({QStringLiteral("scale"),
         QStringLiteral("Outline units an SVG unit. By default as many as make the longer side of "
-                       "the picture %1 units: lines of less than one unit are not drawn.")
-            .arg(defaultPictureSide),
+                       "the picture %1 units, or %2 where lines would be lost: those of less "
+                       "than one unit are not drawn.")
+            .arg(numberText(defaultPictureSide), numberText(finePictureSide)),
         QStringLiteral("FACTOR")});
     line.addOption({QStringLiteral("em"),
         QStringLiteral("Outline units an em of the font, by default %1.").arg(defaultEmSize),
@@ -158,13 +169,13 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     ConvertOptions options;
-    if (QString const fault = readOptions(line, options); !fault.isEmpty())
-        return line.misused(fault);
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
     QString const output = line.value(QStringLiteral("output"));
     if (output.isEmpty())
-        return line.misused(QStringLiteral("no output file given (-o)"));
+        return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    auto const picture = import(options);
+    auto const picture = importedOutlines(options);
     if (!picture)
         return Outcome::Failed;
     bool const isWritten =

@@ -1,7 +1,9 @@
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "document/contentkind.h"
 #include "md5.h"
 #include "progress.h"
+#include "text.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -32,14 +34,17 @@ int stepsOf(QStringList const& files)
 std::optional<QString> digestOf(QString const& file, Progress& progress)
 {
     QFile input;
-    if (!openInput(input, file))
+    Diagnostics diagnostics;
+    bool const isOpen = openInput(input, file, diagnostics);
+    report(diagnostics);
+    if (!isOpen)
         return std::nullopt;
     MD5 md5;
     QByteArray chunk(chunkSize, '\0');
     progress.step();
     for (qint64 read = 0, total = 0; (read = input.read(chunk.data(), chunkSize)) != 0;) {
         if (read < 0) {
-            printError(QStringLiteral("%1: %2").arg(displayName(file), input.errorString()));
+            report({Diagnostic::Severity::Error, file, 0, 0, input.errorString()});
             return std::nullopt;
         }
         md5.update(chunk.constData(), static_cast<std::size_t>(read));
@@ -151,11 +156,27 @@ void checkEntry(Entry const& entry, Progress& progress, Tally& tally)
         tally.isPrinted && printOut(QStringLiteral("%1: %2\n").arg(printable(entry.file), verdict));
 }
 
+bool isBinary(QByteArray const& content)
+{
+    return !kindOfContent(content).isEmpty() || content.contains('\0');
+}
+
+QString noListText(QByteArray const& content)
+{
+    QString const kind = kindOfContent(content);
+    return QStringLiteral("%1, not a list of digests")
+        .arg(kind.isEmpty() ? QStringLiteral("a binary file") : kind);
+}
+
 /** False, after an error message, when the list cannot be read or holds no digest. */
 bool checkList(QString const& list, Tally& tally)
 {
-    auto const content = readInput(list);
-    if (!content)
+    Diagnostics diagnostics;
+    auto const content = readInput(list, diagnostics);
+    if (content && isBinary(*content))
+        diagnostics.error(list, noListText(*content));
+    report(diagnostics);
+    if (!diagnostics.isEmpty())
         return false;
     QStringList lines = QString::fromUtf8(*content).split(QLatin1Char('\n'));
     if (lines.last().isEmpty())
@@ -168,18 +189,24 @@ bool checkList(QString const& list, Tally& tally)
             files.append(entry->file);
         } else {
             ++tally.malformed;
-            printError(QStringLiteral("%1:%2:1: no line with a digest")
-                           .arg(displayName(list), QString::number(i + 1)));
+            report({Diagnostic::Severity::Error, list, i + 1, 1,
+                QStringLiteral("no line with a digest")});
         }
     }
     if (entries.isEmpty()) {
-        printError(QStringLiteral("%1: no digest found").arg(displayName(list)));
+        report({Diagnostic::Severity::Error, list, 0, 0, QStringLiteral("no digest found")});
         return false;
     }
     Progress progress(stepsOf(files));
     for (Entry const& entry : qAsConst(entries))
         checkEntry(entry, progress, tally);
     return true;
+}
+
+void reportTotal(char const* what, int count)
+{
+    report({Diagnostic::Severity::Error, QString(), 0, 0,
+        QStringLiteral("kpgeom digest: %1: %2").arg(QLatin1String(what)).arg(count)});
 }
 
 Outcome checkLists(QStringList const& lists)
@@ -189,11 +216,10 @@ Outcome checkLists(QStringList const& lists)
     for (QString const& list : lists)
         areRead = checkList(list, tally) && areRead;
     if (tally.unreadable > 0) {
-        printError(
-            QStringLiteral("kpgeom digest: files that cannot be read: %1").arg(tally.unreadable));
+        reportTotal("files that cannot be read", tally.unreadable);
     }
     if (tally.different > 0)
-        printError(QStringLiteral("kpgeom digest: digests that differ: %1").arg(tally.different));
+        reportTotal("digests that differ", tally.different);
     if (!areRead || !tally.isPrinted || tally.unreadable > 0 || tally.different > 0)
         return Outcome::Failed;
     return tally.malformed > 0 ? Outcome::Warned : Outcome::Done;
@@ -210,7 +236,7 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
-        return line.misused(QStringLiteral("no file given"));
+        return line.misused(misuse(QStringLiteral("no file given")));
     return line.isSet(QStringLiteral("check")) ? checkLists(line.operands())
                                                : printDigests(line.operands());
 }

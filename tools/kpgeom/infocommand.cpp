@@ -1,8 +1,9 @@
 #include "commandline.h"
-#include "document/outlinedocument.h"
+#include "console.h"
 #include "document/outlinesummary.h"
-#include "inputoutput.h"
+#include "documentinput.h"
 #include "progress.h"
+#include "text.h"
 #include "texttable.h"
 
 #include <QJsonArray>
@@ -18,8 +19,7 @@ constexpr int longestCaption = 40;
 
 QString shortCaption(Outline const& outline)
 {
-    QString const text = printable(caption(outline));
-    return text.size() <= longestCaption ? text : text.left(longestCaption - 1) + QChar(0x2026);
+    return elided(printable(caption(outline)), longestCaption);
 }
 
 QString flagsText(KpPathSegList const& list)
@@ -32,11 +32,6 @@ QString flagsText(KpPathSegList const& list)
     if (list.noLine)
         flags << QStringLiteral("noline");
     return flags.isEmpty() ? QStringLiteral("-") : flags.join(QLatin1Char(','));
-}
-
-QString numberText(double number)
-{
-    return QString::number(number, 'g', 6);
 }
 
 QString boundsText(QRectF const& bounds)
@@ -58,12 +53,12 @@ QString rulesText(RuleCounts const& counts)
     return parts.isEmpty() ? QStringLiteral("-") : parts.join(QStringLiteral(", "));
 }
 
-QString toText(OutlineDocument& document)
+QString toText(OutlineDocument const& document)
 {
     std::size_t const count = document.outlines().size();
-    QString heading = QStringLiteral("%1: %2 outline%3\n")
-                          .arg(displayName(document.file()), QString::number(count),
-                              QLatin1String(count == 1 ? "" : "s"));
+    QString const heading = QStringLiteral("%1: %2\n")
+                                .arg(displayName(document.file()),
+                                    countText(static_cast<int>(count), QStringLiteral("outline")));
     if (count == 0)
         return heading;
     TextTable table({QStringLiteral(">#"), QStringLiteral("name"), QStringLiteral("flags"),
@@ -107,7 +102,7 @@ QJsonObject toJson(Outline const& outline)
         {QStringLiteral("direction"), facts.direction}, {QStringLiteral("rules"), rules}};
 }
 
-QJsonObject toJson(OutlineDocument& document)
+QJsonObject toJson(OutlineDocument const& document)
 {
     QJsonArray outlines;
     for (Outline const& outline : document.outlines())
@@ -124,15 +119,15 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
-        return line.misused(QStringLiteral("no file given"));
+        return line.misused(misuse(QStringLiteral("no file given")));
 
     Outcome outcome = Outcome::Done;
     QStringList texts;
     QJsonArray json;
-    Progress progress(line.operands().size());
+    Progress progress(line.operands());
     for (QString const& file : line.operands()) {
         progress.step();
-        auto document = OutlineDocument::load(file);
+        auto const document = loadDocument(file, progress.ofStep());
         if (!document)
             outcome = Outcome::Failed;
         else if (line.isSet(QStringLiteral("json")))

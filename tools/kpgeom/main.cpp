@@ -1,5 +1,5 @@
 #include "command.h"
-#include "inputoutput.h"
+#include "console.h"
 
 #include <QGuiApplication>
 #include <QHash>
@@ -71,9 +71,10 @@ Outcome run(QStringList const& arguments)
         if (name == QLatin1String(command.name))
             return command.run(command, arguments.mid(1));
     }
-    printError(name.isEmpty()
+    report({Diagnostic::Severity::Error, QString(), 0, 0,
+        name.isEmpty()
             ? QStringLiteral("kpgeom: no command given (see kpgeom --help)")
-            : QStringLiteral("kpgeom: unknown command '%1' (see kpgeom --help)").arg(name));
+            : QStringLiteral("kpgeom: unknown command '%1' (see kpgeom --help)").arg(name)});
     return Outcome::Misused;
 }
 

@@ -1,5 +1,6 @@
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "text.h"
 #include "texttable.h"
 #include "unitutil.h"
 
@@ -45,12 +46,6 @@ struct PredefinedPage
     }
 };
 
-QString sizeText(QSizeF const& size)
-{
-    return QStringLiteral("%1 x %2").arg(
-        QString::number(size.width(), 'g', 6), QString::number(size.height(), 'g', 6));
-}
-
 QJsonObject toJson(QSizeF const& size)
 {
     return {{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}};
@@ -95,7 +90,7 @@ Outcome runPages(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(arguments))
         return *end;
     if (!line.operands().isEmpty())
-        return line.misused(QStringLiteral("no operand is taken"));
+        return line.misused(misuse(QStringLiteral("no operand is taken")));
     UnitUtil::initScreen(96.0, 1.0, QSize(0, 0));
     QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();
     return printOut(output) ? Outcome::Done : Outcome::Failed;

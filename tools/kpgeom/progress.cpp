@@ -1,7 +1,9 @@
 #include "progress.h"
 
 #include <QByteArray>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -10,6 +12,20 @@ namespace {
 
 constexpr int fewestSteps = 10;
 constexpr int widestBar = 40;
+
+/** From this size on, reading a file takes a time that is noticed. */
+constexpr qint64 largeFile = 4 << 20;
+
+bool isTerminal()
+{
+    return isatty(STDERR_FILENO) != 0;
+}
+
+bool isAnyLarge(QStringList const& files)
+{
+    return std::any_of(files.begin(), files.end(),
+        [](QString const& file) { return QFileInfo(file).size() >= largeFile; });
+}
 
 /** The columns of the terminal, many if it does not tell. */
 int columnsOfTerminal()
@@ -35,7 +51,15 @@ bool Progress::s_isOnScreen = false;
 
 Progress::Progress(int total)
     : m_total(total)
-    , m_isShown(total >= fewestSteps && isatty(STDERR_FILENO) != 0)
+    , m_hasParts(false)
+    , m_isShown(total >= fewestSteps && isTerminal())
+{
+}
+
+Progress::Progress(QStringList const& files)
+    : m_total(files.size())
+    , m_hasParts(files.size() < fewestSteps && isAnyLarge(files))
+    , m_isShown((files.size() >= fewestSteps || m_hasParts) && isTerminal())
 {
 }
 
@@ -47,10 +71,36 @@ Progress::~Progress()
 void Progress::step()
 {
     ++m_step;
+    if (m_hasParts)
+        showPart(0.0);
+    else
+        show(QByteArray::number(m_step) + '/' + QByteArray::number(m_total),
+            static_cast<double>(m_step) / m_total);
+}
+
+std::function<void(double)> Progress::ofStep()
+{
+    return [this](double part) {
+        if (m_hasParts)
+            showPart(part);
+    };
+}
+
+void Progress::showPart(double partOfStep)
+{
+    double const share = (m_step - 1 + std::clamp(partOfStep, 0.0, 1.0)) / m_total;
+    int const percent = static_cast<int>(100.0 * share);
+    if (percent == m_percent)
+        return;
+    m_percent = percent;
+    show(QByteArray::number(percent).rightJustified(3) + " %", share);
+}
+
+void Progress::show(QByteArray const& count, double share)
+{
     if (!m_isShown)
         return;
-    QByteArray const count = QByteArray::number(m_step) + '/' + QByteArray::number(m_total);
-    QByteArray const bar = barBefore(count, static_cast<double>(m_step) / m_total);
+    QByteArray const bar = barBefore(count, share);
     std::fprintf(stderr, "\r%s%s", bar.constData(), count.constData());
     std::fflush(stderr);
     s_isOnScreen = true;

@@ -1,6 +1,8 @@
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "filecontent.h"
 #include "recentlists.h"
+#include "text.h"
 #include "texttable.h"
 
 #include <QDir>
@@ -30,8 +32,9 @@ struct Action
     char const* operandText; ///< of the operand that it needs, empty if it takes none
     bool takesMore;
     bool changes;
-    /** The text to print; nothing, after an error message, on failure. */
-    std::optional<QString> (*run)(RecentLists& lists, RecentOptions const& options);
+    /** The text to print; nothing, with a diagnostic, on failure. */
+    std::optional<QString> (*run)(
+        RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics);
 };
 
 QString kindText(int kind)
@@ -141,7 +144,8 @@ QString toText(QJsonObject const& object)
     return QString::fromUtf8(QJsonDocument(object).toJson());
 }
 
-std::optional<QString> listAll(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> listAll(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& /*diagnostics*/)
 {
     KpRecentFileManager& manager = lists.manager();
     if (options.asJson) {
@@ -161,7 +165,8 @@ std::optional<QString> listAll(RecentLists& lists, RecentOptions const& options)
         + toText(shownFolders(manager), QStringLiteral("folders"));
 }
 
-std::optional<QString> listFolders(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> listFolders(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& /*diagnostics*/)
 {
     QVector<ShownEntry> const folders = shownFolders(lists.manager());
     if (options.asJson) {
@@ -184,12 +189,13 @@ QString changeText(char const* change, QString const& path)
     return QStringLiteral("%1 %2\n").arg(QLatin1String(change), printable(path));
 }
 
-std::optional<QString> addFiles(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> addFiles(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics)
 {
     KpRecentFileManager& manager = lists.manager();
     QString text;
     for (QString const& operand : options.operands) {
-        if (!isNameExact(operand))
+        if (!isNameExact(operand, diagnostics))
             return std::nullopt;
         QString const path = absolutePath(operand);
         manager.m_isModified = false;
@@ -199,15 +205,16 @@ std::optional<QString> addFiles(RecentLists& lists, RecentOptions const& options
     return text;
 }
 
-std::optional<QString> fail(QString const& what)
+std::nullopt_t fail(QString const& what, Diagnostics& diagnostics)
 {
-    printError(QStringLiteral("kpgeom recent: %1").arg(what));
+    diagnostics.error(QString(), QStringLiteral("kpgeom recent: %1").arg(what));
     return std::nullopt;
 }
 
-std::optional<QString> noEntry(char const* what, QString const& operand)
+std::nullopt_t noEntry(char const* what, QString const& operand, Diagnostics& diagnostics)
 {
-    return fail(QStringLiteral("there is no entry for %1 %2").arg(QLatin1String(what), operand));
+    return fail(QStringLiteral("there is no entry for %1 %2").arg(QLatin1String(what), operand),
+        diagnostics);
 }
 
 bool areEqual(RecFile const& left, RecFile const& right)
@@ -221,7 +228,8 @@ QList<RecFile>& chosenList(KpRecentFileManager& manager, RecentOptions const& op
     return options.ofFolders ? manager.m_folders : manager.m_files;
 }
 
-std::optional<QString> pinEntry(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> pinEntry(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics)
 {
     KpRecentFileManager& manager = lists.manager();
     QList<RecFile> const& list = chosenList(manager, options);
@@ -229,27 +237,28 @@ std::optional<QString> pinEntry(RecentLists& lists, RecentOptions const& options
     bool isNumber = false;
     int const row = options.operands.first().toInt(&isNumber);
     if (!isNumber)
-        return noEntry("row", options.operands.first());
+        return noEntry("row", options.operands.first(), diagnostics);
     bool const isNew =
         options.ofFolders ? manager.moveRecentFolderTop(row) : manager.moveRecentFileTop(row);
     if (!isNew)
         return changeText("pinned already:", list.first().path);
     if (std::equal(list.cbegin(), list.cend(), before.cbegin(), areEqual))
-        return noEntry("row", options.operands.first());
+        return noEntry("row", options.operands.first(), diagnostics);
     return changeText("pinned", list.first().path);
 }
 
-std::optional<QString> unpinEntry(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> unpinEntry(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics)
 {
     KpRecentFileManager& manager = lists.manager();
     QList<RecFile> const& list = chosenList(manager, options);
     bool isNumber = false;
     int const index = options.operands.first().toInt(&isNumber);
     if (!isNumber || index < 0 || index >= list.size())
-        return noEntry("index", options.operands.first());
+        return noEntry("index", options.operands.first(), diagnostics);
     QString const path = list.at(index).path;
     if (!list.at(index).isTop)
-        return fail(QStringLiteral("%1 is not pinned").arg(path));
+        return fail(QStringLiteral("%1 is not pinned").arg(path), diagnostics);
     if (options.ofFolders)
         manager.moveRecentFolderNotTop(index);
     else
@@ -258,7 +267,7 @@ std::optional<QString> unpinEntry(RecentLists& lists, RecentOptions const& optio
 }
 
 std::optional<QString> removeRow(
-    KpRecentFileManager& manager, int row, RecentOptions const& options)
+    KpRecentFileManager& manager, int row, RecentOptions const& options, Diagnostics& diagnostics)
 {
     QList<RecFile> const& list = chosenList(manager, options);
     QList<RecFile> const before = list;
@@ -267,14 +276,14 @@ std::optional<QString> removeRow(
     else
         manager.delRecentFile(row);
     if (list.size() == before.size())
-        return noEntry("row", QString::number(row));
+        return noEntry("row", QString::number(row), diagnostics);
     auto const removed =
         std::mismatch(list.cbegin(), list.cend(), before.cbegin(), areEqual).second;
     return changeText("removed", removed->path);
 }
 
-std::optional<QString> removePath(
-    KpRecentFileManager& manager, QString const& path, RecentOptions const& options)
+std::optional<QString> removePath(KpRecentFileManager& manager, QString const& path,
+    RecentOptions const& options, Diagnostics& diagnostics)
 {
     QList<RecFile>& list = chosenList(manager, options);
     for (QString const& wanted : {path, absolutePath(path)}) {
@@ -285,16 +294,17 @@ std::optional<QString> removePath(
             return changeText("removed", wanted);
         }
     }
-    return noEntry("path", path);
+    return noEntry("path", path, diagnostics);
 }
 
-std::optional<QString> removeEntry(RecentLists& lists, RecentOptions const& options)
+std::optional<QString> removeEntry(
+    RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics)
 {
     QString const operand = options.operands.first();
     bool isNumber = false;
     int const row = operand.toInt(&isNumber);
-    return isNumber ? removeRow(lists.manager(), row, options)
-                    : removePath(lists.manager(), operand, options);
+    return isNumber ? removeRow(lists.manager(), row, options, diagnostics)
+                    : removePath(lists.manager(), operand, options, diagnostics);
 }
 
 constexpr Action actions[] = {
@@ -307,32 +317,43 @@ constexpr Action actions[] = {
 };
 
 /** What is wrong with the number of operands, or nothing. */
-QString operandFault(Action const& action, QStringList const& operands)
+std::optional<Diagnostic> operandFault(Action const& action, QStringList const& operands)
 {
     QString const name = QLatin1String(action.name);
     bool const isNeeded = *action.operandText != '\0';
     if (isNeeded && operands.isEmpty())
-        return QStringLiteral("%1 needs %2").arg(name, QLatin1String(action.operandText));
+        return misuse(QStringLiteral("%1 needs %2").arg(name, QLatin1String(action.operandText)));
     if (operands.size() > (isNeeded ? 1 : 0) && !action.takesMore)
-        return QStringLiteral("%1 takes %2")
-            .arg(name, isNeeded ? QStringLiteral("one operand") : QStringLiteral("no operand"));
-    return QString();
+        return misuse(
+            QStringLiteral("%1 takes %2")
+                .arg(
+                    name, isNeeded ? QStringLiteral("one operand") : QStringLiteral("no operand")));
+    return std::nullopt;
+}
+
+/** The text to print; nothing, with a diagnostic, on failure. */
+std::optional<QString> perform(Action const& action, RecentLists& lists,
+    RecentOptions const& options, Diagnostics& diagnostics)
+{
+    auto text = action.run(lists, options, diagnostics);
+    if (text && action.changes && !lists.save(diagnostics))
+        return std::nullopt;
+    return text;
 }
 
 Outcome run(Action const& action, QString const& directory, RecentOptions const& options)
 {
     bool const mayBeMissing = action.run == addFiles;
-    auto lists = RecentLists::load(
-        directory, mayBeMissing ? RecentLists::Missing::IsEmpty : RecentLists::Missing::IsError);
-    if (!lists)
-        return Outcome::Failed;
-    auto const text = action.run(*lists, options);
-    if (!text || (action.changes && !lists->save()) || !printOut(*text))
+    Diagnostics diagnostics;
+    auto lists = RecentLists::load(directory,
+        mayBeMissing ? RecentLists::Missing::IsEmpty : RecentLists::Missing::IsError, diagnostics);
+    auto const text = lists ? perform(action, *lists, options, diagnostics) : std::nullopt;
+    report(diagnostics);
+    if (!text || !printOut(*text))
         return Outcome::Failed;
     if (action.changes || lists->oddities().isEmpty())
         return Outcome::Done;
-    for (BoundedXml::Error const& oddity : lists->oddities())
-        printError(lists->file(), oddity);
+    report(lists->oddities());
     return Outcome::Warned;
 }
 
@@ -355,18 +376,19 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     auto const* const action = std::find_if(std::begin(actions), std::end(actions),
         [&name](Action const& candidate) { return name == QLatin1String(candidate.name); });
     if (action == std::end(actions)) {
-        return line.misused(name.isEmpty() ? QStringLiteral("no action given")
-                                           : QStringLiteral("unknown action '%1'").arg(name));
+        return line.misused(
+            misuse(name.isEmpty() ? QStringLiteral("no action given")
+                                  : QStringLiteral("unknown action '%1'").arg(name)));
     }
     RecentOptions const options {line.operands().mid(1), line.isSet(QStringLiteral("json")),
         line.isSet(QStringLiteral("folders"))};
-    if (QString const fault = operandFault(*action, options.operands); !fault.isEmpty())
-        return line.misused(fault);
+    if (auto const fault = operandFault(*action, options.operands))
+        return line.misused(*fault);
     QString const directory = line.isSet(QStringLiteral("config"))
         ? line.value(QStringLiteral("config"))
         : QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
     if (line.isSet(QStringLiteral("config")) && !QDir(directory).exists()) {
-        printError(QStringLiteral("%1: is no directory").arg(displayName(directory)));
+        report({Diagnostic::Severity::Error, directory, 0, 0, QStringLiteral("is no directory")});
         return Outcome::Failed;
     }
     return run(*action, directory, options);

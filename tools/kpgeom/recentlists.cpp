@@ -1,7 +1,8 @@
 #include "recentlists.h"
 
 #include "check/recentaudit.h"
-#include "inputoutput.h"
+#include "filecontent.h"
+#include "xmldiagnostic.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -39,12 +40,27 @@ private:
     QString const m_name = QCoreApplication::applicationName();
 };
 
-/** Tells two files apart that have the same name one after the other; 0 where there is none. */
-ino_t identityOf(QString const& file)
+/** Tells a file from what it becomes when it is written: another file, or another time. */
+struct FileState
 {
-    struct stat status = {};
-    return stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_ino : 0;
-}
+    ino_t identity = 0; ///< 0 where there is no file
+    timespec changed {};
+
+    explicit FileState(QString const& file)
+    {
+        struct stat status = {};
+        if (stat(QFile::encodeName(file).constData(), &status) == 0) {
+            identity = status.st_ino;
+            changed = status.st_ctim;
+        }
+    }
+
+    bool isSame(FileState const& other) const
+    {
+        return identity == other.identity && changed.tv_sec == other.changed.tv_sec
+            && changed.tv_nsec == other.changed.tv_nsec;
+    }
+};
 
 } // namespace
 
@@ -54,43 +70,44 @@ RecentLists::RecentLists(QString const& directory)
 {
 }
 
-std::optional<RecentLists> RecentLists::load(QString const& directory, Missing missing)
+std::optional<RecentLists> RecentLists::load(
+    QString const& directory, Missing missing, Diagnostics& diagnostics)
 {
     RecentLists lists(directory);
     bool const isEmpty = missing == Missing::IsEmpty && !QFileInfo::exists(lists.m_file);
-    if (!isEmpty && !lists.read())
+    if (!isEmpty && !lists.read(diagnostics))
         return std::nullopt;
     return lists;
 }
 
-bool RecentLists::read()
+bool RecentLists::read(Diagnostics& diagnostics)
 {
-    auto const text = readInput(m_file);
+    auto const text = readFile(m_file, diagnostics);
     if (!text)
         return false;
     QDomDocument document;
     BoundedXml::Error error;
     if (!BoundedXml::parse(*text, document, error, BoundedXml::configurationLimits)) {
-        printError(m_file, error);
+        diagnostics.add(xmlDiagnostic(error, m_file));
         return false;
     }
     QDomElement root = document.firstChildElement(QStringLiteral("RecentFiles"));
-    m_oddities = odditiesOf(document);
+    m_oddities = auditRecentFiles(document, m_file);
     m_manager.parse(root);
     return true;
 }
 
-bool RecentLists::save()
+bool RecentLists::save(Diagnostics& diagnostics)
 {
-    // The library replaces the file, and does not say when it cannot.
-    ino_t const before = identityOf(m_file);
+    // The library writes the file, and does not say when it cannot.
+    FileState const before(m_file);
     {
         ConfigurationDirectory const redirected(m_directory);
         m_manager.save();
     }
-    ino_t const after = identityOf(m_file);
-    if (after != 0 && after != before)
+    FileState const after(m_file);
+    if (after.identity != 0 && !after.isSame(before))
         return true;
-    printError(QStringLiteral("%1: cannot be written").arg(displayName(m_file)));
+    diagnostics.error(m_file, QStringLiteral("cannot be written"));
     return false;
 }

@@ -1,10 +1,8 @@
 #ifndef RECENTLISTS_H
 #define RECENTLISTS_H
 
-#include "boundedxml_p.h"
+#include "diagnostic.h"
 #include "kprecentfilemanager.h"
-
-#include <QVector>
 
 #include <optional>
 
@@ -14,26 +12,27 @@ class RecentLists
 public:
     enum class Missing { IsError, IsEmpty };
 
-    /** Of the directory; nothing, after an error message, when the file cannot be read. */
-    static std::optional<RecentLists> load(QString const& directory, Missing missing);
+    /** Of the directory; nothing, with a diagnostic, when the file cannot be read. */
+    static std::optional<RecentLists> load(
+        QString const& directory, Missing missing, Diagnostics& diagnostics);
 
     QString const& file() const { return m_file; }
     KpRecentFileManager& manager() { return m_manager; }
 
     /** What reading the file has changed or left out, with its place. */
-    QVector<BoundedXml::Error> const& oddities() const { return m_oddities; }
+    Diagnostics const& oddities() const { return m_oddities; }
 
-    /** Writes the file as the application would; false, after an error message, on failure. */
-    bool save();
+    /** Writes the file as the application would; false, with a diagnostic, on failure. */
+    bool save(Diagnostics& diagnostics);
 
 private:
     explicit RecentLists(QString const& directory);
-    bool read();
+    bool read(Diagnostics& diagnostics);
 
     QString m_directory;
     QString m_file;
     KpRecentFileManager m_manager;
-    QVector<BoundedXml::Error> m_oddities;
+    Diagnostics m_oddities;
 };
 
 #endif // RECENTLISTS_H

@@ -1,29 +1,26 @@
 #include "commandline.h"
-#include "document/outlinedocument.h"
-#include "inputoutput.h"
+#include "console.h"
+#include "documentinput.h"
+#include "paint/colourtext.h"
 #include "paint/contactsheet.h"
+#include "paint/drawing.h"
+#include "pictureoutput.h"
 #include "progress.h"
+#include "text.h"
 
 #include <QFileInfo>
-#include <QPainter>
 
 #include <algorithm>
 
 namespace {
 
-constexpr double margin = 10.0;
-
-/** A drawing without --scale is made smaller if its longer side exceeds this. */
-constexpr double comfortableSide = 2000.0;
-
 struct RenderOptions
 {
     QString output;
-    PictureFormat format = PictureFormat::Svg;
+    PictureSettings settings;
     QVector<QSizeF> boxes;
     QVector<int> indices; ///< the outlines to draw; all if empty
-    std::optional<double> scale;
-    OutlineStyle style;
+    DrawingLayout layout;
     bool isSheet = false;
     bool isWholeFiles = false;
 };
@@ -42,8 +39,23 @@ void addOptions(CommandLine& line)
         QStringLiteral("Resize the outlines to this box. Repeatable with --sheet."),
         QStringLiteral("WxH")});
     line.addOption({QStringLiteral("scale"),
-        QStringLiteral("Pixels or points a unit. By default 1, or less for a large drawing."),
+        QStringLiteral("Pixels of 1/96 inch a unit. By default 1, or less for a large drawing."),
         QStringLiteral("FACTOR")});
+    line.addOption({QStringLiteral("width"),
+        QStringLiteral("Make the picture this wide, in pixels of 1/96 inch."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("height"),
+        QStringLiteral("Make the picture this high. With --width the drawing fits into both."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("margin"),
+        QStringLiteral("Leave <N> pixels around the drawing; with --size around just the box, and "
+                       "what lies beyond is cut off. By default 10, and nothing is cut off."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("dpi"),
+        QStringLiteral("Dots an inch of a PNG file, by default 96."), QStringLiteral("N")});
+    line.addOption({QStringLiteral("background"),
+        QStringLiteral("The colour behind the drawing, by default white; none for no ground."),
+        QStringLiteral("COLOUR")});
     line.addOption({QStringLiteral("sheet"),
         QStringLiteral("Draw a contact sheet: a cell for each outline and size, with captions.")});
     line.addOption({QStringLiteral("whole-files"),
@@ -54,117 +66,192 @@ void addOptions(CommandLine& line)
         QStringLiteral("nonzero (the default) or evenodd."), QStringLiteral("RULE")});
 }
 
-/** What is wrong with the options, or nothing. */
-QString readOptions(CommandLine const& line, RenderOptions& options)
+/** A number from the command line, or none if the option is not given. */
+struct Measure
 {
-    options.output = line.value(QStringLiteral("output"));
-    if (options.output.isEmpty())
-        return QStringLiteral("no output file given (-o)");
+    char const* name;
+    double least;
+    std::optional<double>* target;
+};
+
+/** What is wrong with the numbers, or nothing. */
+std::optional<Diagnostic> readMeasures(
+    CommandLine const& line, DrawingLayout& layout, std::optional<double>& dotsPerInch)
+{
+    Measure const measures[] = {
+        {"scale", 0.0, &layout.scale},
+        {"width", 0.0, &layout.width},
+        {"height", 0.0, &layout.height},
+        {"dpi", 1.0, &dotsPerInch},
+    };
+    for (Measure const& measure : measures) {
+        QString const name = QLatin1String(measure.name);
+        if (!line.isSet(name))
+            continue;
+        *measure.target = factorFromText(line.value(name));
+        if (!*measure.target || **measure.target < measure.least) {
+            return misuse(measure.least > 0.0
+                    ? QStringLiteral("--%1 takes a number from %2").arg(name).arg(measure.least)
+                    : QStringLiteral("--%1 takes a number greater than 0").arg(name));
+        }
+    }
+    if (!line.isSet(QStringLiteral("margin")))
+        return std::nullopt;
+    bool isNumber = false;
+    double const margin = line.value(QStringLiteral("margin")).toDouble(&isNumber);
+    // Written so that NaN fails.
+    if (!isNumber || !(margin >= 0.0 && margin <= 1e6))
+        return misuse(QStringLiteral("--margin takes a number from 0"));
+    layout.margin = margin;
+    return std::nullopt;
+}
+
+/** What is wrong with the picture's settings, or nothing. */
+std::optional<Diagnostic> readSettings(
+    CommandLine const& line, std::optional<double> dotsPerInch, PictureSettings& settings)
+{
+    QString const output = line.value(QStringLiteral("output"));
     auto const format =
         pictureFormat(line.isSet(QStringLiteral("format")) ? line.value(QStringLiteral("format"))
-                                                           : QFileInfo(options.output).suffix());
+                                                           : QFileInfo(output).suffix());
     if (!format)
-        return QStringLiteral("the picture's format is none of svg, png and pdf");
-    options.format = *format;
+        return misuse(QStringLiteral("the picture's format is none of svg, png and pdf"));
+    settings.format = *format;
+    if (dotsPerInch && settings.format != PictureFormat::Png)
+        return misuse(QStringLiteral("--dpi goes with PNG: the other formats have no dots"));
+    settings.dotsPerInch = dotsPerInch.value_or(settings.dotsPerInch);
+    if (!line.isSet(QStringLiteral("background")))
+        return std::nullopt;
+    QString const background = line.value(QStringLiteral("background"));
+    settings.background =
+        background == QLatin1String("none") ? QColor(Qt::transparent) : colourFromText(background);
+    if (!settings.background.isValid())
+        return misuse(
+            QStringLiteral("--background takes a colour or none, not '%1'").arg(background));
+    return std::nullopt;
+}
+
+/** What is wrong with the choice of outlines and how they are drawn, or nothing. */
+std::optional<Diagnostic> readSelection(CommandLine const& line, RenderOptions& options)
+{
     for (QString const& text : line.values(QStringLiteral("size"))) {
         auto const box = sizeFromText(text);
         if (!box)
-            return QStringLiteral("--size takes a box like 240x160, not '%1'").arg(text);
+            return misuse(QStringLiteral("--size takes a box like 240x160, not '%1'").arg(text));
         options.boxes.append(*box);
     }
     for (QString const& text : line.values(QStringLiteral("index"))) {
         int const index = text.toInt();
         if (index < 1)
-            return QStringLiteral("--index takes a number from 1, not '%1'").arg(text);
+            return misuse(QStringLiteral("--index takes a number from 1, not '%1'").arg(text));
         options.indices.append(index);
     }
-    if (line.isSet(QStringLiteral("scale"))) {
-        options.scale = factorFromText(line.value(QStringLiteral("scale")));
-        if (!options.scale)
-            return QStringLiteral("--scale takes a number greater than 0");
+    if (line.isSet(QStringLiteral("fill-rule"))) {
+        QString const text = line.value(QStringLiteral("fill-rule"));
+        options.layout.style.fillRule = fillRuleFromText(text);
+        if (!options.layout.style.fillRule)
+            return misuse(
+                QStringLiteral("--fill-rule takes nonzero or evenodd, not '%1'").arg(text));
     }
-    QString const fillRule = line.value(QStringLiteral("fill-rule"));
-    if (fillRule == QLatin1String("evenodd"))
-        options.style.fillRule = Qt::OddEvenFill;
-    else if (!fillRule.isEmpty() && fillRule != QLatin1String("nonzero"))
-        return QStringLiteral("--fill-rule takes nonzero or evenodd, not '%1'").arg(fillRule);
-    options.style.showsPoints = line.isSet(QStringLiteral("points"));
+    options.layout.style.showsPoints = line.isSet(QStringLiteral("points"));
     options.isSheet = line.isSet(QStringLiteral("sheet"));
     options.isWholeFiles = line.isSet(QStringLiteral("whole-files"));
-    if (options.isWholeFiles && !options.isSheet)
-        return QStringLiteral("--whole-files goes with --sheet");
-    if (options.boxes.size() > 1 && !options.isSheet)
-        return QStringLiteral("several sizes need --sheet");
-    if (options.scale && options.isSheet)
-        return QStringLiteral("--scale does not go with --sheet: figures fill their cells");
-    return QString();
+    return std::nullopt;
 }
 
-/** The outlines of one file as figures; false, after an error message, if there is none. */
-bool appendFigures(QString const& file, RenderOptions const& options, std::vector<Figure>& figures)
+/** What of the options does not go together, or nothing. */
+std::optional<Diagnostic> conflictOf(RenderOptions const& options)
 {
-    auto document = OutlineDocument::load(file);
+    DrawingLayout const& layout = options.layout;
+    if (options.isWholeFiles && !options.isSheet)
+        return misuse(QStringLiteral("--whole-files goes with --sheet"));
+    if (options.boxes.size() > 1 && !options.isSheet)
+        return misuse(QStringLiteral("several sizes need --sheet"));
+    if (layout.scale && options.isSheet)
+        return misuse(QStringLiteral("--scale does not go with --sheet: figures fill their cells"));
+    if ((layout.width || layout.height || layout.margin) && options.isSheet)
+        return misuse(QStringLiteral("--width, --height and --margin do not go with --sheet"));
+    if (layout.scale && (layout.width || layout.height))
+        return misuse(QStringLiteral("--scale does not go with --width or --height"));
+    return std::nullopt;
+}
+
+/** What is wrong with the options, or nothing. */
+std::optional<Diagnostic> readOptions(CommandLine const& line, RenderOptions& options)
+{
+    options.output = line.value(QStringLiteral("output"));
+    if (options.output.isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    std::optional<double> dotsPerInch;
+    if (auto fault = readMeasures(line, options.layout, dotsPerInch))
+        return fault;
+    if (auto fault = readSettings(line, dotsPerInch, options.settings))
+        return fault;
+    if (auto fault = readSelection(line, options))
+        return fault;
+    if (auto fault = conflictOf(options))
+        return fault;
+    if (!options.isSheet && !options.boxes.isEmpty())
+        options.layout.box = options.boxes.first();
+    return std::nullopt;
+}
+
+/** Reports the lines that vanish in the boxes although they are drawn in the document's own. */
+void reportLostLines(Figure const& figure, QVector<QSizeF> const& boxes, QString const& operand)
+{
+    int const lost = countLostLines(figure);
+    for (QSizeF const& box : boxes) {
+        int const more = countLostLines(resized(figure, box)) - lost;
+        if (more > 0)
+            report(lostLinesIn(box, more, operand));
+    }
+}
+
+/** The outlines of one file as figures; false, after a message, if there is none. */
+bool appendFigures(QString const& operand, RenderOptions const& options,
+    ProgressFunction const& progress, std::vector<Figure>& figures)
+{
+    auto document = loadDocument(operand, progress);
     if (!document)
         return false;
+    Diagnostics diagnostics;
     int const count = static_cast<int>(document->outlines().size());
+    if (count == 0 && !document->isSvgPicture())
+        diagnostics.error(operand, QStringLiteral("no outline to draw"));
     for (int const index : options.indices) {
-        if (index > count) {
-            printError(QStringLiteral("%1: there is no outline %2 among its %3")
-                           .arg(displayName(file), QString::number(index), QString::number(count)));
-            return false;
+        if (index > count && count > 0) {
+            diagnostics.error(operand,
+                QStringLiteral("there is no outline %1 among its %2")
+                    .arg(QString::number(index), QString::number(count)));
+            break;
         }
     }
-    Figure whole {QFileInfo(file).completeBaseName(), {}};
+    report(diagnostics);
+    if (count == 0 || !diagnostics.isEmpty())
+        return false;
+    Figure whole {QFileInfo(operand).completeBaseName(), {}};
     for (Outline& outline : document->outlines()) {
         if (!options.indices.isEmpty() && !options.indices.contains(outline.index))
             continue;
-        std::shared_ptr<KpPathSegList> const list(std::move(outline.list));
+        whole.parts.push_back({std::move(outline.list), outline.fillRule});
         if (options.isSheet && !options.isWholeFiles)
-            figures.push_back({caption(outline), {list}});
-        else
-            whole.outlines.push_back(list);
+            figures.push_back({caption(outline), {whole.parts.back()}});
     }
-    if (count == 0) {
-        printError(QStringLiteral("%1: no outline to draw").arg(displayName(file)));
-        return false;
-    }
-    if (!whole.outlines.empty())
+    reportLostLines(whole, options.boxes, operand);
+    if (!options.isSheet || options.isWholeFiles)
         figures.push_back(whole);
     return true;
 }
 
-/** All figures over one another, one unit a pixel unless that is too large. */
-Picture plainPicture(std::vector<Figure> const& figures, RenderOptions const& options)
+/** What the picture is called in the file's properties. */
+QString titleOf(QStringList const& operands)
 {
-    Figure all;
-    for (Figure const& figure : figures) {
-        Figure const& shown =
-            options.boxes.isEmpty() ? figure : resized(figure, options.boxes.first());
-        all.outlines.insert(all.outlines.end(), shown.outlines.begin(), shown.outlines.end());
-    }
-    QRectF bounds = boundsOf(all, options.style);
-    if (!options.boxes.isEmpty())
-        bounds = bounds.united(QRectF(QPointF(0.0, 0.0), options.boxes.first()));
-    double const longest = std::max(bounds.width(), bounds.height());
-    double const scale = options.scale.value_or(std::min(1.0, comfortableSide / longest));
-    QSizeF size = scale * bounds.size() + QSizeF(2.0 * margin, 2.0 * margin);
-    QPointF const origin = QPointF(margin, margin) - scale * bounds.topLeft();
-    QPointF const legendPlace(margin, size.height());
-    if (options.style.showsPoints) {
-        QSizeF const legend = OutlinePainter::legendSize();
-        size = QSizeF(
-            std::max(size.width(), legend.width() + 2.0 * margin), size.height() + legend.height());
-    }
-    auto const paint = [=, style = options.style](QPainter& painter) {
-        OutlinePainter outlinePainter(painter, style);
-        QTransform const toPicture =
-            QTransform::fromScale(scale, scale) * QTransform::fromTranslate(origin.x(), origin.y());
-        for (auto const& list : all.outlines)
-            outlinePainter.draw(*list, toPicture);
-        if (style.showsPoints)
-            outlinePainter.drawLegend(legendPlace);
-    };
-    return {size, paint};
+    if (operands.size() > 1)
+        return QStringLiteral("Outlines of %1 files").arg(operands.size());
+    QString const name = operands.first() == QLatin1String("-")
+        ? QStringLiteral("standard input")
+        : QFileInfo(operands.first()).fileName();
+    return QStringLiteral("Outlines of %1").arg(printable(name));
 }
 
 } // namespace
@@ -175,30 +262,31 @@ Outcome runRender(Command const& command, QStringList const& arguments)
     addOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.operands().isEmpty())
-        return line.misused(QStringLiteral("no file given"));
+    QStringList const operands = line.operands();
+    if (operands.isEmpty())
+        return line.misused(misuse(QStringLiteral("no file given")));
     RenderOptions options;
-    if (QString const fault = readOptions(line, options); !fault.isEmpty())
-        return line.misused(fault);
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
 
     std::vector<Figure> figures;
     {
-        Progress progress(line.operands().size());
-        for (QString const& file : line.operands()) {
+        Progress progress(operands);
+        for (QString const& operand : operands) {
             progress.step();
-            if (!appendFigures(file, options, figures))
+            if (!appendFigures(operand, options, progress.ofStep(), figures))
                 return Outcome::Failed;
         }
     }
-    Picture const picture = options.isSheet ? contactSheet(figures, options.boxes, options.style)
-                                            : plainPicture(figures, options);
-    QString error;
-    auto const content = toFile(picture, options.format, error);
-    if (!content) {
-        QString const source = line.operands().size() == 1 ? displayName(line.operands().first())
-                                                           : QStringLiteral("kpgeom render");
-        printError(QStringLiteral("%1: %2").arg(source, error));
-        return Outcome::Failed;
-    }
-    return writeOutput(options.output, *content) ? Outcome::Done : Outcome::Failed;
+    Picture const picture = options.isSheet
+        ? contactSheet(figures, options.boxes, options.layout.style)
+        : drawing(joined(figures, options.layout), options.layout);
+    options.settings.title = titleOf(operands);
+    options.settings.wayOut = options.isSheet
+        ? QStringLiteral("draw fewer outlines or sizes on a sheet, or use --whole-files")
+        : QStringLiteral("use a smaller --scale, --size or --dpi");
+    QString const source =
+        operands.size() == 1 ? operands.first() : QStringLiteral("kpgeom render");
+    return writePicture(picture, options.settings, source, options.output) ? Outcome::Done
+                                                                           : Outcome::Failed;
 }

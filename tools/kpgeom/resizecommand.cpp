@@ -1,6 +1,9 @@
 #include "commandline.h"
+#include "console.h"
 #include "document/documentrewriter.h"
-#include "inputoutput.h"
+#include "document/shortlines.h"
+#include "documentinput.h"
+#include "progress.h"
 #include "segmentkind_p.h"
 
 #include <cmath>
@@ -45,23 +48,30 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     auto const from = sizeFromText(line.value(QStringLiteral("from")));
     auto const to = sizeFromText(line.value(QStringLiteral("to")));
     if (!from || !to)
-        return line.misused(QStringLiteral("--from and --to take a box like 240x160"));
+        return line.misused(misuse(QStringLiteral("--from and --to take a box like 240x160")));
     if (line.operands().size() != 1)
-        return line.misused(QStringLiteral("exactly one file is needed"));
+        return line.misused(misuse(QStringLiteral("exactly one file is needed")));
     QString const output = line.value(QStringLiteral("output"));
     if (output.isEmpty())
-        return line.misused(QStringLiteral("no output file given (-o)"));
+        return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    auto document = OutlineDocument::load(line.operands().first());
+    QString const operand = line.operands().first();
+    Progress progress({operand});
+    progress.step();
+    auto const document = loadDocument(operand, progress.ofStep());
     if (!document)
         return Outcome::Failed;
-    for (Outline& outline : document->outlines()) {
+    int lost = 0;
+    for (Outline const& outline : document->outlines()) {
+        lost -= countLostLines(*outline.list);
         if (!resize(*outline.list, *from, *to)) {
-            printError(QStringLiteral("%1: a coordinate of outline %2 becomes too large")
-                           .arg(displayName(document->file()), QString::number(outline.index)));
+            report({Diagnostic::Severity::Error, operand, 0, 0,
+                QStringLiteral("a coordinate of outline %1 becomes too large").arg(outline.index)});
             return Outcome::Failed;
         }
+        lost += countLostLines(*outline.list);
     }
-    bool const isWritten = writeOutput(output, copyOf(*document));
-    return isWritten ? Outcome::Done : Outcome::Failed;
+    if (lost > 0)
+        report(lostLinesIn(*to, lost, operand));
+    return writeOutput(output, rewritten(*document)) ? Outcome::Done : Outcome::Failed;
 }

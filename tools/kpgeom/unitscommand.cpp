@@ -1,5 +1,5 @@
 #include "commandline.h"
-#include "inputoutput.h"
+#include "console.h"
 #include "unitutil.h"
 
 #include <QJsonDocument>
@@ -53,24 +53,24 @@ struct UnitsOptions
 };
 
 /** What is wrong with the operands, or nothing. */
-QString readOperands(QStringList const& operands, UnitsOptions& options)
+std::optional<Diagnostic> readOperands(QStringList const& operands, UnitsOptions& options)
 {
     if (operands.size() < 2 || operands.size() > 3)
-        return QStringLiteral("a number, its unit and perhaps another unit are needed");
+        return misuse(QStringLiteral("a number, its unit and perhaps another unit are needed"));
     bool isNumber = false;
     options.length.value = operands.at(0).toDouble(&isNumber);
     if (!isNumber || !std::isfinite(options.length.value))
-        return QStringLiteral("'%1' is no number").arg(operands.at(0));
+        return misuse(QStringLiteral("'%1' is no number").arg(operands.at(0)));
     auto const unit = unitFromText(operands.at(1));
     if (!unit)
-        return QStringLiteral("there is no unit '%1'").arg(operands.at(1));
+        return misuse(QStringLiteral("there is no unit '%1'").arg(operands.at(1)));
     options.length.unit = *unit;
     if (operands.size() == 3) {
         options.target = unitFromText(operands.at(2));
         if (!options.target)
-            return QStringLiteral("there is no unit '%1'").arg(operands.at(2));
+            return misuse(QStringLiteral("there is no unit '%1'").arg(operands.at(2)));
     }
-    return QString();
+    return std::nullopt;
 }
 
 QVector<unsigned int> targets(UnitsOptions const& options)
@@ -131,13 +131,13 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
     if (auto const end = line.parse(withNegativeNumber(arguments)))
         return *end;
     UnitsOptions options;
-    if (QString const fault = readOperands(line.operands(), options); !fault.isEmpty())
-        return line.misused(fault);
+    if (auto const fault = readOperands(line.operands(), options))
+        return line.misused(*fault);
     double dpi = 96.0;
     if (line.isSet(QStringLiteral("dpi"))) {
         auto const given = factorFromText(line.value(QStringLiteral("dpi")));
         if (!given || *given < 1.0)
-            return line.misused(QStringLiteral("--dpi takes a number from 1"));
+            return line.misused(misuse(QStringLiteral("--dpi takes a number from 1")));
         dpi = *given;
     }
     UnitUtil::initScreen(dpi, 1.0, QSize(0, 0));

@@ -1,11 +1,10 @@
 #include "check/outlineaudit.h"
 
 #include "document/bindingrule.h"
-#include "inputoutput.h"
+#include "document/geometrywalker.h"
+#include "geometryformat_p.h"
 #include "numbertext_p.h"
-#include "segmentkind_p.h"
-
-#include <QSet>
+#include "text.h"
 
 #include <cmath>
 
@@ -16,40 +15,26 @@ constexpr int longestQuote = 40;
 
 QString quote(QString const& text)
 {
-    QString const line = printable(text.simplified());
-    return line.size() <= longestQuote ? line : line.left(longestQuote - 1) + QChar(0x2026);
-}
-
-/** The letters of the segment kind with this element name; none for an unknown one. */
-QStringList lettersOf(QString const& elementName)
-{
-    auto const* const kind = SegmentKind::find(
-        [&elementName](SegmentKind::Kind const& k) { return k.name == elementName; });
-    if (!kind)
-        return {};
-    std::unique_ptr<KpPathSeg> const seg(kind->create(nullptr));
-    QStringList letters;
-    SegmentKind::forEachCoordinate(
-        *seg, [&letters](QString const& letter, KpReal const&) { letters << letter; });
-    return letters;
+    return elided(printable(text.simplified()), longestQuote);
 }
 
 } // namespace
 
-void OutlineAudit::geometry(QDomElement const& element) const
+void OutlineAudit::geometry(QDomElement const& element, KpPathSegList const& list) const
 {
     QStringList const flags {
-        QStringLiteral("Closed"), QStringLiteral("NoFill"), QStringLiteral("NoLine")};
+        GeometryFormat::closed(), GeometryFormat::noFill(), GeometryFormat::noLine()};
     attributes(element, flags);
     for (QString const& name : flags)
         flag(element, name);
     texts(element);
+    GeometryWalker walker(list);
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
-        if (lettersOf(child.tagName()).isEmpty())
-            m_report(child, QStringLiteral("element %1 is ignored").arg(quote(child.tagName())));
+        if (KpPathSeg* const seg = walker.enter(child.tagName()))
+            segment(child, *seg);
         else
-            segment(child);
+            m_report(child, QStringLiteral("element %1 is ignored").arg(quote(child.tagName())));
     }
 }
 
@@ -66,38 +51,36 @@ void OutlineAudit::flag(QDomElement const& geometry, QString const& name) const
         m_report(geometry, QStringLiteral("%1=\"%2\" reads as false").arg(name, quote(text)));
 }
 
-void OutlineAudit::segment(QDomElement const& element) const
+void OutlineAudit::segment(QDomElement const& element, KpPathSeg& seg) const
 {
     attributes(element, {});
     texts(element);
-    QStringList const letters = lettersOf(element.tagName());
-    QSet<QString> seen;
+    SegmentWalker walker(seg);
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         QString const name = child.tagName();
-        if (!letters.contains(name)) {
+        auto const match = walker.enter(name);
+        if (!match.real) {
             m_report(child,
                 QStringLiteral("element %1 in %2 is ignored").arg(quote(name), element.tagName()));
             continue;
         }
-        if (seen.contains(name)) {
+        if (!match.isFirst)
             m_report(child, QStringLiteral("%1 of %2 is given again").arg(name, element.tagName()));
-        }
-        seen.insert(name);
         coordinate(child);
     }
-    for (QString const& letter : letters) {
-        if (!seen.contains(letter)) {
+    for (SegmentWalker::Coordinate const& known : walker.coordinates()) {
+        if (!known.isGiven) {
             m_report(element,
                 QStringLiteral("%1 of %2 is missing and reads as 0")
-                    .arg(letter, element.tagName()));
+                    .arg(known.letter, element.tagName()));
         }
     }
 }
 
 void OutlineAudit::coordinate(QDomElement const& element) const
 {
-    attributes(element, {QStringLiteral("V"), QStringLiteral("B"), QStringLiteral("P")});
+    attributes(element, {GeometryFormat::value(), GeometryFormat::base(), GeometryFormat::rate()});
     texts(element);
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
@@ -105,9 +88,9 @@ void OutlineAudit::coordinate(QDomElement const& element) const
             QStringLiteral("element %1 in %2 is ignored")
                 .arg(quote(child.tagName()), element.tagName()));
     }
-    real(element, QStringLiteral("V"));
+    real(element, GeometryFormat::value());
     base(element);
-    real(element, QStringLiteral("P"));
+    real(element, GeometryFormat::rate());
 }
 
 void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute) const
@@ -116,7 +99,7 @@ void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute)
     QString const shown =
         QStringLiteral("%1 %2=\"%3\"").arg(coordinate.tagName(), attribute, quote(text));
     if (!coordinate.hasAttribute(attribute)) {
-        if (attribute == QLatin1String("V"))
+        if (attribute == GeometryFormat::value())
             m_report(coordinate, QStringLiteral("%1 has no V").arg(coordinate.tagName()));
         return;
     }
@@ -132,8 +115,8 @@ void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute)
 
 void OutlineAudit::base(QDomElement const& coordinate) const
 {
-    QString const text = coordinate.attribute(QStringLiteral("B"));
-    if (!coordinate.hasAttribute(QStringLiteral("B")))
+    QString const text = coordinate.attribute(GeometryFormat::base());
+    if (!coordinate.hasAttribute(GeometryFormat::base()))
         return;
     QString const shown = QStringLiteral("%1 B=\"%2\"").arg(coordinate.tagName(), quote(text));
     bool isNumber = false;

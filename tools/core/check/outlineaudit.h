@@ -1,9 +1,11 @@
 #ifndef OUTLINEAUDIT_H
 #define OUTLINEAUDIT_H
 
-#include "check/outlinecheck.h"
+#include "kppathseglist.h"
 
 #include <QDomElement>
+#include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -22,11 +24,12 @@ public:
     {
     }
 
-    void geometry(QDomElement const& element) const;
+    /** @param list what the DOM reader has made of the element */
+    void geometry(QDomElement const& element, KpPathSegList const& list) const;
 
 private:
     void flag(QDomElement const& geometry, QString const& name) const;
-    void segment(QDomElement const& element) const;
+    void segment(QDomElement const& element, KpPathSeg& seg) const;
     void coordinate(QDomElement const& element) const;
     void real(QDomElement const& coordinate, QString const& attribute) const;
     void base(QDomElement const& coordinate) const;

@@ -1,8 +1,10 @@
 #include "check/outlinecheck.h"
 
 #include "check/outlineaudit.h"
+#include "document/elementposition.h"
 #include "document/exactcopy.h"
-#include "kppath.h"
+#include "document/shortlines.h"
+#include "geometryformat_p.h"
 #include "segmentkind_p.h"
 #include "xmlstreamwriter.h"
 
@@ -18,8 +20,6 @@ using ListPointer = std::unique_ptr<KpPathSegList>;
 /** How many differences or segments a message lists. */
 constexpr int longestList = 5;
 
-QString const geometryName = QStringLiteral("Geometry");
-
 /** "a, b, c and 4 more". */
 QString listed(QStringList const& items)
 {
@@ -30,7 +30,7 @@ QString listed(QStringList const& items)
         .arg(items.size() - longestList);
 }
 
-QString numberText(double number)
+QString exactText(double number)
 {
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
@@ -49,11 +49,11 @@ void compare(KpReal const& before, KpReal const& after, QString const& where, QS
     }
     if (!isSame(before.value, after.value)) {
         changes << QStringLiteral("%1 value %2 becomes %3")
-                       .arg(where, numberText(before.value), numberText(after.value));
+                       .arg(where, exactText(before.value), exactText(after.value));
     }
     if (!isSame(before.rate, after.rate)) {
         changes << QStringLiteral("%1 rate %2 becomes %3")
-                       .arg(where, numberText(before.rate), numberText(after.rate));
+                       .arg(where, exactText(before.rate), exactText(after.rate));
     }
 }
 
@@ -69,9 +69,9 @@ void compareFlag(bool before, bool after, QString const& name, QStringList& chan
 QStringList changes(KpPathSegList const& before, KpPathSegList const& after)
 {
     QStringList changes;
-    compareFlag(before.closed, after.closed, QStringLiteral("Closed"), changes);
-    compareFlag(before.noFill, after.noFill, QStringLiteral("NoFill"), changes);
-    compareFlag(before.noLine, after.noLine, QStringLiteral("NoLine"), changes);
+    compareFlag(before.closed, after.closed, GeometryFormat::closed(), changes);
+    compareFlag(before.noFill, after.noFill, GeometryFormat::noFill(), changes);
+    compareFlag(before.noLine, after.noLine, GeometryFormat::noLine(), changes);
     if (before.segs.count() != after.segs.count()) {
         changes << QStringLiteral("%1 segments become %2")
                        .arg(before.segs.count())
@@ -106,7 +106,7 @@ std::vector<ListPointer> readByStream(QByteArray const& text, QXmlStreamReader& 
     reader.addData(text);
     while (!reader.atEnd()) {
         reader.readNext();
-        if (!reader.isStartElement() || reader.qualifiedName() != geometryName)
+        if (!reader.isStartElement() || reader.qualifiedName() != GeometryFormat::geometry())
             continue;
         auto list = std::make_unique<KpPathSegList>();
         if (!list->parse(reader, 0)) {
@@ -141,24 +141,10 @@ ListPointer throughDom(KpPathSegList& list)
     return result;
 }
 
-/** The numbers of the lines that are too short to be drawn. */
-QStringList droppedLines(KpPathSegList const& list)
-{
-    QStringList dropped;
-    KpPath path;
-    for (int i = 0; i < list.segs.count(); ++i) {
-        int const before = path.count();
-        list.segs.at(i)->addToPath(path);
-        if (path.count() == before)
-            dropped << QString::number(i + 1);
-    }
-    return dropped;
-}
-
 bool isInsideOutline(QDomElement const& element)
 {
     for (QDomNode node = element.parentNode(); !node.isNull(); node = node.parentNode()) {
-        if (node.nodeName() == geometryName)
+        if (node.nodeName() == GeometryFormat::geometry())
             return true;
     }
     return false;
@@ -168,25 +154,26 @@ bool isInsideOutline(QDomElement const& element)
 class Checker
 {
 public:
-    explicit Checker(OutlineDocument& document)
-        : m_byStream(readByStream(document.text(), m_reader))
+    explicit Checker(OutlineDocument const& document)
+        : m_file(document.file())
+        , m_byStream(readByStream(document.text(), m_reader))
     {
-        for (Outline& outline : document.outlines())
+        for (Outline const& outline : document.outlines())
             check(outline);
         if (m_reader.hasError()) {
-            m_findings.append({static_cast<int>(m_reader.lineNumber()),
-                static_cast<int>(m_reader.columnNumber()) + 1,
+            m_diagnostics.add({Diagnostic::Severity::Warning, m_file, m_reader.lineNumber(),
+                m_reader.columnNumber() + 1,
                 QStringLiteral("the stream reader stops here: %1").arg(m_reader.errorString())});
         }
     }
 
-    QVector<Finding> const& findings() const { return m_findings; }
+    Diagnostics const& diagnostics() const { return m_diagnostics; }
 
 private:
     void report(Outline const& outline, QDomNode const& node, QString const& what)
     {
-        m_findings.append({node.lineNumber(), node.columnNumber(),
-            QStringLiteral("outline %1: %2").arg(outline.index).arg(what)});
+        m_diagnostics.add(
+            warningAt(node, m_file, QStringLiteral("outline %1: %2").arg(outline.index).arg(what)));
     }
 
     void reportChanges(Outline const& outline, QString const& what, QStringList const& changes)
@@ -196,24 +183,32 @@ private:
         }
     }
 
-    void check(Outline& outline)
+    void check(Outline const& outline)
     {
+        KpPathSegList& list = *outline.list;
         OutlineAudit([this, &outline](QDomNode const& node, QString const& what) {
             report(outline, node, what);
-        }).geometry(outline.element);
+        }).geometry(outline.element, list);
         checkReaders(outline);
 
-        KpPathSegList& list = *outline.list;
         ListPointer const fromDom = throughDom(list);
         ListPointer const fromStream = throughStream(list);
         reportChanges(outline, QStringLiteral("saving changes it"), changes(list, *fromDom));
         reportChanges(outline, QStringLiteral("the two written forms differ"),
             changes(*fromDom, *fromStream));
         reportChanges(outline, QStringLiteral("undo changes it"), changes(list, *exactCopy(list)));
-        if (QStringList const dropped = droppedLines(list); !dropped.isEmpty()) {
+        reportShortLines(outline);
+    }
+
+    void reportShortLines(Outline const& outline)
+    {
+        QStringList numbers;
+        for (int const index : undrawnLines(*outline.list))
+            numbers << QString::number(index + 1);
+        if (!numbers.isEmpty()) {
             report(outline, outline.element,
                 QStringLiteral("lines of less than one unit are not drawn: segment %1")
-                    .arg(listed(dropped)));
+                    .arg(listed(numbers)));
         }
     }
 
@@ -236,15 +231,16 @@ private:
             changes(*outline.list, *byStream));
     }
 
+    QString const m_file;
     QXmlStreamReader m_reader;
     std::vector<ListPointer> m_byStream;
     std::size_t m_nextByStream = 0;
-    QVector<Finding> m_findings;
+    Diagnostics m_diagnostics;
 };
 
 } // namespace
 
-QVector<Finding> checkOutlines(OutlineDocument& document)
+Diagnostics checkOutlines(OutlineDocument const& document)
 {
-    return Checker(document).findings();
+    return Checker(document).diagnostics();
 }

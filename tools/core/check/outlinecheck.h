@@ -1,20 +1,13 @@
 #ifndef OUTLINECHECK_H
 #define OUTLINECHECK_H
 
+#include "diagnostic.h"
 #include "document/outlinedocument.h"
 
-#include <QString>
-#include <QVector>
-
-/** Something that the readers, the writers, undo or drawing do to an outline silently. */
-struct Finding
-{
-    int line; ///< from 1; 0 where the position is not known
-    int column;
-    QString text;
-};
-
-/** All that there is to find in a document, in document order for each outline. */
-QVector<Finding> checkOutlines(OutlineDocument& document);
+/**
+ * All that the readers, the writers, undo or drawing do to the outlines of a document silently: a
+ * warning each, in document order for each outline.
+ */
+Diagnostics checkOutlines(OutlineDocument const& document);
 
 #endif // OUTLINECHECK_H

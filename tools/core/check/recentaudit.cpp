@@ -1,5 +1,6 @@
 #include "check/recentaudit.h"
 
+#include "document/elementposition.h"
 #include "kprecentfilemanager.h"
 
 #include <QDomDocument>
@@ -11,7 +12,8 @@ namespace {
 class RecentAudit
 {
 public:
-    explicit RecentAudit(QDomDocument const& document)
+    RecentAudit(QDomDocument const& document, QString const& file)
+        : m_file(file)
     {
         QDomElement const root = document.documentElement();
         if (root.tagName() != QLatin1String("RecentFiles")) {
@@ -25,12 +27,12 @@ public:
             auditChild(child);
     }
 
-    QVector<BoundedXml::Error> const& oddities() const { return m_oddities; }
+    Diagnostics const& diagnostics() const { return m_diagnostics; }
 
 private:
     void add(QDomElement const& element, QString const& what)
     {
-        m_oddities.append({element.lineNumber(), element.columnNumber() + 1, what});
+        m_diagnostics.add(warningAt(element, m_file, what));
     }
 
     void auditChild(QDomElement const& child)
@@ -107,13 +109,14 @@ private:
         return isPinned;
     }
 
+    QString const m_file;
     QStringList m_seen;
-    QVector<BoundedXml::Error> m_oddities;
+    Diagnostics m_diagnostics;
 };
 
 } // namespace
 
-QVector<BoundedXml::Error> odditiesOf(QDomDocument const& document)
+Diagnostics auditRecentFiles(QDomDocument const& document, QString const& file)
 {
-    return RecentAudit(document).oddities();
+    return RecentAudit(document, file).diagnostics();
 }

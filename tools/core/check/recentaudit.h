@@ -1,16 +1,16 @@
 #ifndef RECENTAUDIT_H
 #define RECENTAUDIT_H
 
-#include "boundedxml_p.h"
-
-#include <QVector>
+#include "diagnostic.h"
 
 class QDomDocument;
 
 /**
  * What the library changes or leaves out, without a word, when it reads the document as the file
- * of recent files: where, and what. In the order of the document.
+ * of recent files: a warning each, in the order of the document.
+ *
+ * @param file its name in the warnings
  */
-QVector<BoundedXml::Error> odditiesOf(QDomDocument const& document);
+Diagnostics auditRecentFiles(QDomDocument const& document, QString const& file);
 
 #endif // RECENTAUDIT_H

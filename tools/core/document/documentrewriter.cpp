@@ -1,7 +1,8 @@
 #include "document/documentrewriter.h"
 
+#include "document/geometrywalker.h"
+#include "geometryformat_p.h"
 #include "numbertext_p.h"
-#include "segmentkind_p.h"
 #include "xmlstreamwriter.h"
 
 #include <QXmlStreamReader>
@@ -9,11 +10,6 @@
 #include <cmath>
 
 namespace {
-
-// The attributes of a coordinate.
-QString const value = QStringLiteral("V");
-QString const base = QStringLiteral("B");
-QString const rate = QStringLiteral("P");
 
 /**
  * Copies a document token by token, with the coordinates of its outlines as they stand in their
@@ -23,7 +19,7 @@ QString const rate = QStringLiteral("P");
 class DocumentRewriter
 {
 public:
-    explicit DocumentRewriter(OutlineDocument& document)
+    explicit DocumentRewriter(OutlineDocument const& document)
         : m_reader(document.text())
         , m_writer(&m_copy)
         , m_nextOutline(document.outlines().cbegin())
@@ -95,7 +91,7 @@ private:
 
     void copyElement()
     {
-        if (m_reader.qualifiedName() == QLatin1String("Geometry")) {
+        if (m_reader.qualifiedName() == GeometryFormat::geometry()) {
             copyOutline();
             return;
         }
@@ -106,13 +102,11 @@ private:
 
     void copyOutline()
     {
-        QVector<KpPathSeg*> const& segs = m_nextOutline++->list->segs;
-        int next = 0;
+        GeometryWalker walker(*(m_nextOutline++)->list);
         startElement();
         copyContent([&] {
-            QStringRef const name = m_reader.qualifiedName();
-            if (SegmentKind::find([&name](auto const& kind) { return kind.name == name; }))
-                copySegment(*segs.at(next++));
+            if (KpPathSeg* const seg = walker.enter(m_reader.qualifiedName().toString()))
+                copySegment(*seg);
             else
                 copyElement();
         });
@@ -122,29 +116,21 @@ private:
     void copySegment(KpPathSeg& seg)
     {
         startElement();
-        QStringList missing;
-        SegmentKind::forEachCoordinate(
-            seg, [&missing](QString const& letter, KpReal const&) { missing << letter; });
+        SegmentWalker walker(seg);
         copyContent([&] {
-            QString const name = m_reader.qualifiedName().toString();
-            bool const isFirst = missing.removeAll(name) > 0;
-            bool isCoordinate = false;
-            SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
-                if (letter != name)
-                    return;
-                isCoordinate = true;
-                copyCoordinate(real, isFirst);
-            });
-            if (!isCoordinate)
+            auto const match = walker.enter(m_reader.qualifiedName().toString());
+            if (match.real)
+                copyCoordinate(*match.real, match.isFirst);
+            else
                 copyElement();
         });
-        SegmentKind::forEachCoordinate(seg, [&](QString const& letter, KpReal const& real) {
-            if (missing.contains(letter)) {
-                m_writer.writeStartElement(letter);
-                writeAttributes(real, {}, true);
-                m_writer.writeEndElement();
-            }
-        });
+        for (SegmentWalker::Coordinate const& coordinate : walker.coordinates()) {
+            if (coordinate.isGiven)
+                continue;
+            m_writer.writeStartElement(coordinate.letter);
+            writeAttributes(*coordinate.real, {}, true);
+            m_writer.writeEndElement();
+        }
         m_writer.writeEndElement();
     }
 
@@ -173,8 +159,10 @@ private:
             else if (isFirst || !attribute.value().isEmpty())
                 attributes.append(name, textOf(real, name));
         }
-        for (QString const& name : {value, base, rate}) {
-            bool const isNeeded = isFirst && (name != rate || real.base != KpReal::Absolute);
+        for (QString const& name :
+            {GeometryFormat::value(), GeometryFormat::base(), GeometryFormat::rate()}) {
+            bool const isNeeded =
+                isFirst && (name != GeometryFormat::rate() || real.base != KpReal::Absolute);
             if (isNeeded && !given.hasAttribute(name))
                 attributes.append(name, textOf(real, name));
         }
@@ -184,11 +172,11 @@ private:
     /** True also for an attribute that is none of a coordinate's. */
     static bool readsAs(KpReal const& real, QString const& name, QStringRef const& text)
     {
-        if (name == base)
+        if (name == GeometryFormat::base())
             return !text.isEmpty() && NumberText::toBase(text) == real.base;
-        if (name != value && name != rate)
+        if (name != GeometryFormat::value() && name != GeometryFormat::rate())
             return true;
-        double const number = name == value ? real.value : real.rate;
+        double const number = name == GeometryFormat::value() ? real.value : real.rate;
         double const read = NumberText::toReal(text);
         return !text.isEmpty() && std::isnan(read) == std::isnan(number) && !(read < number)
             && !(read > number);
@@ -196,8 +184,9 @@ private:
 
     static QString textOf(KpReal const& real, QString const& name)
     {
-        return name == base ? NumberText::fromBase(real.base)
-                            : NumberText::fromReal(name == value ? real.value : real.rate);
+        if (name == GeometryFormat::base())
+            return NumberText::fromBase(real.base);
+        return NumberText::fromReal(name == GeometryFormat::value() ? real.value : real.rate);
     }
 
     QByteArray m_copy;
@@ -208,7 +197,7 @@ private:
 
 } // namespace
 
-QByteArray copyOf(OutlineDocument& document)
+QByteArray rewritten(OutlineDocument const& document)
 {
     return DocumentRewriter(document).make();
 }

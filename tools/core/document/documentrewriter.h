@@ -12,6 +12,6 @@
  *
  * @param document the segments of its lists must be those that were read
  */
-QByteArray copyOf(OutlineDocument& document);
+QByteArray rewritten(OutlineDocument const& document);
 
 #endif // DOCUMENTREWRITER_H

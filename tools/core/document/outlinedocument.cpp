@@ -1,8 +1,14 @@
 #include "document/outlinedocument.h"
 
-#include "inputoutput.h"
+#include "document/contentkind.h"
+#include "document/shapeformat.h"
+#include "geometryformat_p.h"
+#include "xmldiagnostic.h"
 
 namespace {
+
+/** How much of the time it takes to get so far, roughly. */
+constexpr double shareOfTree = 0.8;
 
 /** The element that follows `element` in document order, or a null one. */
 QDomElement nextElement(QDomElement const& element)
@@ -14,36 +20,75 @@ QDomElement nextElement(QDomElement const& element)
     return next;
 }
 
+/** Builds the tree of the text; false, with a diagnostic, if there is none. */
+bool readTree(QByteArray const& text, QString const& file, QDomDocument& tree,
+    Diagnostics& diagnostics, ProgressFunction const& progress)
+{
+    if (QString const kind = kindOfContent(text); !kind.isEmpty()) {
+        diagnostics.error(file, QStringLiteral("%1, not an XML document").arg(kind));
+        return false;
+    }
+    BoundedXml::Error error;
+    if (BoundedXml::parse(text, tree, error)) {
+        progress(shareOfTree);
+        return true;
+    }
+    diagnostics.add(xmlDiagnostic(error, file));
+    return false;
+}
+
 } // namespace
 
-std::optional<OutlineDocument> OutlineDocument::load(QString const& file)
+std::optional<OutlineDocument> OutlineDocument::read(QByteArray const& text, QString const& file,
+    Diagnostics& diagnostics, ProgressFunction const& progress)
 {
-    auto const text = readInput(file);
-    if (!text)
-        return std::nullopt;
     OutlineDocument document;
     document.m_file = file;
-    document.m_text = *text;
-    BoundedXml::Error error;
-    if (!BoundedXml::parse(document.m_text, document.m_tree, error)) {
-        printError(file, error);
+    document.m_text = text;
+    if (!readTree(text, file, document.m_tree, diagnostics, progress))
         return std::nullopt;
-    }
-    int index = 0;
+    int const lastLine = 1 + text.count('\n');
     for (QDomElement element = document.m_tree.documentElement(); !element.isNull();
          element = nextElement(element)) {
-        if (element.tagName() != QLatin1String("Geometry"))
+        if (element.tagName() != GeometryFormat::geometry())
             continue;
-        auto list = std::make_unique<KpPathSegList>();
-        list->parse(element, 0);
-        QString const name =
-            element.parentNode().toElement().attribute(QStringLiteral("Name")).simplified();
-        document.m_outlines.push_back({++index, name, element, std::move(list)});
+        document.addOutline(element);
+        progress(shareOfTree + (1.0 - shareOfTree) * element.lineNumber() / lastLine);
     }
     return document;
+}
+
+void OutlineDocument::addOutline(QDomElement const& element)
+{
+    auto list = std::make_unique<KpPathSegList>();
+    list->parse(element, 0);
+    QDomElement const shape = element.parentNode().toElement();
+    m_outlines.push_back(
+        {static_cast<int>(m_outlines.size()) + 1, shape.attribute(ShapeFormat::name()).simplified(),
+            fillRuleFromText(shape.attribute(ShapeFormat::fillRule())), element, std::move(list)});
+}
+
+bool OutlineDocument::isSvgPicture() const
+{
+    QString const root = m_tree.documentElement().tagName();
+    return m_outlines.empty() && root.section(QLatin1Char(':'), -1) == QLatin1String("svg");
 }
 
 QString caption(Outline const& outline)
 {
     return outline.name.isEmpty() ? QStringLiteral("#%1").arg(outline.index) : outline.name;
+}
+
+QString fillRuleText(Qt::FillRule rule)
+{
+    return rule == Qt::OddEvenFill ? QStringLiteral("evenodd") : QStringLiteral("nonzero");
+}
+
+std::optional<Qt::FillRule> fillRuleFromText(QString const& text)
+{
+    for (Qt::FillRule const rule : {Qt::OddEvenFill, Qt::WindingFill}) {
+        if (text == fillRuleText(rule))
+            return rule;
+    }
+    return std::nullopt;
 }

@@ -1,11 +1,13 @@
 #ifndef OUTLINEDOCUMENT_H
 #define OUTLINEDOCUMENT_H
 
+#include "diagnostic.h"
 #include "kppathseglist.h"
 
 #include <QDomDocument>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -15,27 +17,40 @@ struct Outline
 {
     int index; ///< from 1, in document order
     QString name; ///< the Name of the element around it, or empty
+    /** The FillRule of the element around it; none if that names no rule. */
+    std::optional<Qt::FillRule> fillRule;
     QDomElement element;
     std::unique_ptr<KpPathSegList> list; ///< what the DOM reader makes of the element
 };
+
+/** Told now and then how much of a long operation is done, from 0 to 1. */
+using ProgressFunction = std::function<void(double)>;
 
 /** An XML document and all its outlines, wherever they stand. */
 class OutlineDocument
 {
 public:
     /**
-     * Reads the file, "-" being standard input. Nothing, after an error message, when it
-     * cannot be read or is not well-formed.
+     * Reads a document. Nothing, with a diagnostic, when it is no well-formed XML or goes beyond
+     * BoundedXml::Limits.
+     *
+     * @param file its name in diagnostics
+     * @param progress called now and then; not empty
      */
-    static std::optional<OutlineDocument> load(QString const& file);
+    static std::optional<OutlineDocument> read(QByteArray const& text, QString const& file,
+        Diagnostics& diagnostics, ProgressFunction const& progress);
 
     QString const& file() const { return m_file; }
     /** The bytes as read. */
     QByteArray const& text() const { return m_text; }
     std::vector<Outline>& outlines() { return m_outlines; }
+    std::vector<Outline> const& outlines() const { return m_outlines; }
+    /** Whether it is an SVG picture, which importSvg() reads, rather than a document of outlines. */
+    bool isSvgPicture() const;
 
 private:
     OutlineDocument() = default;
+    void addOutline(QDomElement const& element);
 
     QString m_file;
     QByteArray m_text;
@@ -45,5 +60,11 @@ private:
 
 /** The name of an outline in messages and captions: its own, or its number. */
 QString caption(Outline const& outline);
+
+/** The value of FillRule for a rule: "evenodd" or "nonzero". */
+QString fillRuleText(Qt::FillRule rule);
+
+/** The rule that such a text names; none for any other. */
+std::optional<Qt::FillRule> fillRuleFromText(QString const& text);
 
 #endif // OUTLINEDOCUMENT_H

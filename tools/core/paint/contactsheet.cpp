@@ -1,6 +1,6 @@
 #include "paint/contactsheet.h"
 
-#include "document/exactcopy.h"
+#include "text.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -25,12 +25,6 @@ struct Band
     QVector<QSizeF> boxes; ///< as many as figures, or none
     QVector<QRectF> bounds; ///< of each figure with its box
 };
-
-QString sizeText(QSizeF const& size)
-{
-    return QStringLiteral("%1 x %2").arg(
-        QString::number(size.width(), 'g', 6), QString::number(size.height(), 'g', 6));
-}
 
 Band makeBand(Figure const& figure, QVector<QSizeF> const& boxes, OutlineStyle const& style)
 {
@@ -112,9 +106,7 @@ private:
             m_painter.setBrush(Qt::NoBrush);
             m_painter.drawRect(toSheet.mapRect(QRectF(QPointF(0.0, 0.0), band.boxes.at(index))));
         }
-        OutlinePainter outlinePainter(m_painter, m_style);
-        for (auto const& list : band.figures[static_cast<std::size_t>(index)].outlines)
-            outlinePainter.draw(*list, toSheet);
+        drawFigure(m_painter, band.figures[static_cast<std::size_t>(index)], m_style, toSheet);
     }
 
     void drawText(QString const& text, QRectF const& place, QColor const& colour)
@@ -131,40 +123,6 @@ private:
 
 } // namespace
 
-QRectF boundsOf(Figure const& figure, OutlineStyle const& style)
-{
-    QRectF bounds;
-    for (auto const& list : figure.outlines) {
-        QRectF const drawn = drawnBounds(*list, style);
-        if (drawn.isNull())
-            continue;
-        // United by hand: QRectF::united leaves out a rectangle without height or width.
-        bounds = bounds.isNull() ? drawn
-                                 : QRectF(QPointF(std::min(bounds.left(), drawn.left()),
-                                              std::min(bounds.top(), drawn.top())),
-                                     QPointF(std::max(bounds.right(), drawn.right()),
-                                         std::max(bounds.bottom(), drawn.bottom())));
-    }
-    return bounds;
-}
-
-Figure resized(Figure const& figure, QSizeF const& box)
-{
-    Figure copy {figure.caption, {}};
-    for (auto const& list : figure.outlines) {
-        std::shared_ptr<KpPathSegList> const outline = exactCopy(*list);
-        outline->updateValue(box.width(), box.height());
-        copy.outlines.push_back(outline);
-    }
-    return copy;
-}
-
-bool isDrawable(QRectF const& bounds)
-{
-    return isDrawable(bounds.left()) && isDrawable(bounds.top()) && isDrawable(bounds.right())
-        && isDrawable(bounds.bottom());
-}
-
 Picture contactSheet(
     std::vector<Figure> const& figures, QVector<QSizeF> const& boxes, OutlineStyle const& style)
 {
@@ -180,8 +138,10 @@ Picture contactSheet(
         std::clamp(std::round(std::sqrt(count * sheetAspect * bandHeight / bandWidth)), 1.0, count);
     double const rows = std::ceil(count / columns);
     QSizeF const grid(columns * bandWidth, rows * bandHeight);
-    double const legend = style.showsPoints ? OutlinePainter::legendSize().height() : 0.0;
-    QSizeF const size = grid + QSizeF(2.0 * sheetMargin, 2.0 * sheetMargin + legend);
+    QSizeF const legend = style.showsPoints ? OutlinePainter::legendSize() : QSizeF(0.0, 0.0);
+    QSizeF const size =
+        QSizeF(std::max(grid.width(), legend.width()), grid.height() + legend.height())
+        + QSizeF(2.0 * sheetMargin, 2.0 * sheetMargin);
 
     auto const paint = [=, bands = std::move(bands)](QPainter& painter) {
         SheetPainter sheetPainter(painter, style);

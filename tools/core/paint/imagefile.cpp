@@ -7,9 +7,6 @@
 #include <QImageWriter>
 #include <QPainter>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace {
 
 bool hasTransparency(QString const& format)
@@ -19,28 +16,6 @@ bool hasTransparency(QString const& format)
         QStringLiteral("icns"), QStringLiteral("jp2")};
     return formats.contains(format, Qt::CaseInsensitive);
 }
-
-/** While it lives, what the libraries behind Qt say on standard error of their own is dropped. */
-class QuietStandardError
-{
-public:
-    QuietStandardError()
-    {
-        int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        dup2(nowhere, STDERR_FILENO);
-        close(nowhere);
-    }
-    ~QuietStandardError()
-    {
-        dup2(m_standardError, STDERR_FILENO);
-        close(m_standardError);
-    }
-    QuietStandardError(QuietStandardError const&) = delete;
-    QuietStandardError& operator=(QuietStandardError const&) = delete;
-
-private:
-    int const m_standardError = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-};
 
 QImage onWhite(QImage const& picture)
 {
@@ -52,23 +27,25 @@ QImage onWhite(QImage const& picture)
 
 } // namespace
 
-QImage decodedPicture(QByteArray const& file, QString& error)
+std::optional<QImage> decodedPicture(
+    QByteArray const& content, QString const& file, Diagnostics& diagnostics)
 {
-    QuietStandardError const quiet;
     QBuffer buffer;
-    buffer.setData(file);
+    buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     // Before it is read: a small file can claim to be a large picture.
-    if (reader.size().isValid())
-        error = sizeFault(reader.size());
-    if (!error.isEmpty())
-        return QImage();
-    QImage const picture = reader.read();
-    error = picture.isNull() ? reader.errorString() : sizeFault(picture.size());
-    if (!error.isEmpty())
-        return QImage();
+    QString fault = reader.size().isValid() ? sizeFault(reader.size()) : QString();
+    QImage picture;
+    if (fault.isEmpty()) {
+        picture = reader.read();
+        fault = picture.isNull() ? reader.errorString() : sizeFault(picture.size());
+    }
+    if (!fault.isEmpty()) {
+        diagnostics.error(file, fault);
+        return std::nullopt;
+    }
     return picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }

@@ -1,15 +1,24 @@
 #ifndef IMAGEFILE_H
 #define IMAGEFILE_H
 
+#include "diagnostic.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QString>
 
+#include <optional>
+
 /**
- * The picture in a file of any format that Qt reads, upright, opaque or premultiplied; null, with
- * `error` set, if it cannot be read or is too large.
+ * The picture in a file of any format that Qt reads, upright, opaque or premultiplied; nothing,
+ * with a diagnostic, if it cannot be read or is too large.
+ *
+ * Libraries behind Qt may write to standard error of their own: that is the caller's to prevent.
+ *
+ * @param file the name in diagnostics
  */
-QImage decodedPicture(QByteArray const& file, QString& error);
+std::optional<QImage> decodedPicture(
+    QByteArray const& content, QString const& file, Diagnostics& diagnostics);
 
 /** Whether Qt writes pictures in the format ("png", in any letter case). */
 bool isWritableFormat(QString const& format);

@@ -75,18 +75,16 @@ OutlinePainter::OutlinePainter(QPainter& painter, OutlineStyle const& style)
 {
 }
 
-void OutlinePainter::draw(KpPathSegList& list, QTransform const& toDevice)
+void OutlinePainter::draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice)
 {
     QPainterPath path = toDevice.map(painterPathOf(list));
-    path.setFillRule(m_style.fillRule);
+    path.setFillRule(m_style.fillRule.value_or(fillRule));
     QColor const fill = QColor::fromRgba(list.noLine ? translucentInk : pale);
     m_painter.setBrush(list.noFill ? QBrush() : QBrush(fill));
     m_painter.setPen(list.noLine
             ? QPen(Qt::NoPen)
             : QPen(QColor::fromRgb(ink), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     m_painter.drawPath(path);
-    if (m_style.showsPoints)
-        drawPoints(list, toDevice);
 }
 
 void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)

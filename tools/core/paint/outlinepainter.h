@@ -7,12 +7,14 @@
 #include <QRectF>
 #include <QTransform>
 
+#include <optional>
+
 class QPainter;
 
 /** How outlines are drawn. */
 struct OutlineStyle
 {
-    Qt::FillRule fillRule = Qt::WindingFill;
+    std::optional<Qt::FillRule> fillRule; ///< instead of what the outlines ask for
     bool showsPoints = false; ///< marks on all points, coloured by their binding rules
 };
 
@@ -25,16 +27,22 @@ class OutlinePainter
 public:
     OutlinePainter(QPainter& painter, OutlineStyle const& style);
 
-    /** @param toDevice maps the outline's units to the painter's */
-    void draw(KpPathSegList& list, QTransform const& toDevice);
+    /**
+     * Draws an outline without its points.
+     *
+     * @param fillRule what the outline asks for
+     * @param toDevice maps the outline's units to the painter's
+     */
+    void draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice);
+
+    /** Marks all points of an outline, with the control points and the radii. */
+    void drawPoints(KpPathSegList& list, QTransform const& toDevice);
 
     /** Explains the colours of the marks; `topLeft` is in the painter's units. */
     void drawLegend(QPointF const& topLeft);
     static QSizeF legendSize();
 
 private:
-    void drawPoints(KpPathSegList& list, QTransform const& toDevice);
-
     QPainter& m_painter;
     OutlineStyle m_style;
 };

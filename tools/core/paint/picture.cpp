@@ -1,10 +1,13 @@
 #include "paint/picture.h"
 
+#include "text.h"
+
 #include <QBuffer>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QRegularExpression>
 #include <QSvgGenerator>
 
 #include <cmath>
@@ -13,63 +16,150 @@ namespace {
 
 constexpr double largestSide = 20000.0;
 constexpr double largestArea = 100e6;
+constexpr double pointsAnInch = 72.0;
+constexpr double inchesAMetre = 1.0 / 0.0254;
 
-void paint(Picture const& picture, QPaintDevice& device)
+void paint(Picture const& picture, QColor const& background, QPainter& painter)
 {
-    QPainter painter(&device);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillRect(QRectF(QPointF(0.0, 0.0), picture.size), Qt::white);
+    if (background.alpha() > 0)
+        painter.fillRect(QRectF(QPointF(0.0, 0.0), picture.size), background);
     picture.paint(painter);
 }
 
-QByteArray toPng(Picture const& picture)
+/** Whole pixels, of 1/96 inch but for those of a PNG file. */
+QSizeF pixelSize(Picture const& picture, PictureSettings const& settings)
 {
-    QImage image(picture.size.toSize(), QImage::Format_RGB32);
+    double const dots = settings.format == PictureFormat::Png ? settings.dotsPerInch : unitsAnInch;
+    // Divided last: 240 units at 300 dots an inch are just 750 pixels.
+    auto const whole = [dots](double side) { return std::ceil(side * dots / unitsAnInch); };
+    return {whole(picture.size.width()), whole(picture.size.height())};
+}
+
+QByteArray toPng(Picture const& picture, PictureSettings const& settings)
+{
+    bool const isOpaque = settings.background.alpha() == 255;
+    QImage image(pixelSize(picture, settings).toSize(),
+        isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return QByteArray();
-    paint(picture, image);
+    image.fill(isOpaque ? settings.background : QColor(Qt::transparent));
+    int const density = qRound(settings.dotsPerInch * inchesAMetre);
+    image.setDotsPerMeterX(density);
+    image.setDotsPerMeterY(density);
+    image.setText(QStringLiteral("Title"), settings.title);
+    {
+        QPainter painter(&image);
+        double const scale = settings.dotsPerInch / unitsAnInch;
+        painter.scale(scale, scale);
+        paint(picture, isOpaque ? QColor(Qt::transparent) : settings.background, painter);
+    }
     QByteArray file;
     QBuffer buffer(&file);
     image.save(&buffer, "PNG");
     return file;
 }
 
-QByteArray toSvg(Picture const& picture)
+/** Qt writes whole millimetres or fractions that are no whole pixels. */
+QByteArray measuredInPixels(QByteArray const& svg, QSizeF const& size)
+{
+    QString text = QString::fromUtf8(svg);
+    static QRegularExpression const measures(
+        QStringLiteral("<svg width=\"[^\"]*\" height=\"[^\"]*\""));
+    QRegularExpressionMatch const match = measures.match(text);
+    if (match.hasMatch()) {
+        text.replace(match.capturedStart(), match.capturedLength(),
+            QStringLiteral("<svg width=\"%1\" height=\"%2\"")
+                .arg(numberText(size.width()), numberText(size.height())));
+    }
+    return text.toUtf8();
+}
+
+QByteArray toSvg(Picture const& picture, PictureSettings const& settings)
 {
     QByteArray file;
     QBuffer buffer(&file);
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
-    generator.setSize(picture.size.toSize());
+    generator.setResolution(static_cast<int>(unitsAnInch));
+    generator.setSize(pixelSize(picture, settings).toSize());
     generator.setViewBox(QRectF(QPointF(0.0, 0.0), picture.size));
-    paint(picture, generator);
-    return file;
+    generator.setTitle(settings.title);
+    generator.setDescription(QString());
+    {
+        QPainter painter(&generator);
+        paint(picture, settings.background, painter);
+    }
+    return measuredInPixels(file, picture.size);
 }
 
-QByteArray toPdf(Picture const& picture)
+/** With another entry in the place of the last one of a key, padded: no offset in the file moves. */
+QByteArray withEntry(QByteArray pdf, QByteArray const& key, QByteArray const& entry)
+{
+    int const start = pdf.lastIndexOf(key + ' ');
+    int const end = start < 0 ? -1 : pdf.indexOf('\n', start);
+    return end < start + entry.size()
+        ? pdf
+        : pdf.replace(start, end - start, entry.leftJustified(end - start, ' '));
+}
+
+/** With the date that is wanted, or none, instead of that of the day. */
+QByteArray dated(QByteArray const& pdf, QDateTime const& date)
+{
+    QByteArray const key = "/CreationDate";
+    return withEntry(pdf, key,
+        date.isValid() ? key + " (D:"
+                + date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")).toLatin1() + "+00'00')"
+                       : QByteArray());
+}
+
+/** With a page of just the size, at the top left of one that is as many whole points large. */
+QByteArray trimmed(QByteArray const& pdf, QSizeF const& points, QSizeF const& wholePoints)
+{
+    auto const text = [](double length) { return QByteArray::number(length, 'g', 10); };
+    QByteArray const key = "/MediaBox";
+    return withEntry(pdf, key,
+        key + " [0 " + text(wholePoints.height() - points.height()) + ' ' + text(points.width())
+            + ' ' + text(wholePoints.height()) + ']');
+}
+
+QByteArray toPdf(Picture const& picture, PictureSettings const& settings)
 {
     QByteArray file;
     QBuffer buffer(&file);
     buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    int const pointsAnInch = 72;
-    writer.setResolution(pointsAnInch);
-    writer.setPageSize(QPageSize(picture.size, QPageSize::Point, QString(), QPageSize::ExactMatch));
-    writer.setPageMargins(QMarginsF(0.0, 0.0, 0.0, 0.0));
-    paint(picture, writer);
-    return file;
+    QSizeF const points = picture.size * (pointsAnInch / unitsAnInch);
+    QSizeF const wholePoints(std::ceil(points.width()), std::ceil(points.height()));
+    {
+        QPdfWriter writer(&buffer);
+        writer.setResolution(static_cast<int>(unitsAnInch));
+        writer.setPageSize(
+            QPageSize(wholePoints, QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF(0.0, 0.0, 0.0, 0.0));
+        writer.setTitle(settings.title);
+        QPainter painter(&writer);
+        paint(picture, settings.background, painter);
+    }
+    return trimmed(dated(file, settings.date), points, wholePoints);
+}
+
+bool isTooLarge(QSizeF const& size)
+{
+    return std::isfinite(size.width()) && std::isfinite(size.height())
+        && (size.width() > largestSide || size.height() > largestSide
+            || size.width() * size.height() > largestArea);
 }
 
 /** Empty if there is no memory for it. */
-QByteArray encoded(Picture const& picture, PictureFormat format)
+QByteArray encoded(Picture const& picture, PictureSettings const& settings)
 {
-    switch (format) {
+    switch (settings.format) {
     case PictureFormat::Svg:
-        return toSvg(picture);
+        return toSvg(picture, settings);
     case PictureFormat::Png:
-        return toPng(picture);
+        return toPng(picture, settings);
     case PictureFormat::Pdf:
-        return toPdf(picture);
+        return toPdf(picture, settings);
     }
     return QByteArray();
 }
@@ -89,28 +179,33 @@ std::optional<PictureFormat> pictureFormat(QString const& name)
 
 QString sizeFault(QSizeF const& size)
 {
-    double const width = std::ceil(size.width());
-    double const height = std::ceil(size.height());
-    if (!std::isfinite(width) || !std::isfinite(height))
+    if (!std::isfinite(size.width()) || !std::isfinite(size.height()))
         return QStringLiteral("a coordinate is too large or no number and cannot be drawn");
-    if (width >= 1.0 && height >= 1.0 && width <= largestSide && height <= largestSide
-        && width * height <= largestArea)
+    QString const sides = QStringLiteral("a picture of %1 by %2")
+                              .arg(numberText(size.width()), numberText(size.height()));
+    if (size.width() < 1.0 || size.height() < 1.0)
+        return QStringLiteral("%1 is empty").arg(sides);
+    if (!isTooLarge(size))
         return QString();
-    return QStringLiteral("a picture of %1 by %2 is too large")
-        .arg(QString::number(width, 'g', 6), QString::number(height, 'g', 6));
+    return QStringLiteral("%1 is too large: at most %2 a side, and %3 million in all")
+        .arg(sides, numberText(largestSide), numberText(largestArea / 1e6));
 }
 
-std::optional<QByteArray> toFile(Picture const& picture, PictureFormat format, QString& error)
+std::optional<QByteArray> toFile(Picture const& picture, PictureSettings const& settings,
+    QString const& source, Diagnostics& diagnostics)
 {
-    error = sizeFault(picture.size);
-    if (!error.isEmpty())
-        return std::nullopt;
+    QSizeF const size = pixelSize(picture, settings);
+    QString fault = sizeFault(size);
+    if (isTooLarge(size) && !settings.wayOut.isEmpty())
+        fault = QStringLiteral("%1 (%2)").arg(fault, settings.wayOut);
+    // Where the picture ends within a pixel, the whole pixel belongs to it.
     Picture const whole {
         QSizeF(std::ceil(picture.size.width()), std::ceil(picture.size.height())), picture.paint};
-    QByteArray const file = encoded(whole, format);
-    if (file.isEmpty()) {
-        error = QStringLiteral("there is no memory for the picture");
-        return std::nullopt;
-    }
-    return file;
+    QByteArray const file = fault.isEmpty() ? encoded(whole, settings) : QByteArray();
+    if (fault.isEmpty() && file.isEmpty())
+        fault = QStringLiteral("there is no memory for the picture");
+    if (fault.isEmpty())
+        return file;
+    diagnostics.error(source, fault);
+    return std::nullopt;
 }

@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QtMath>
 
 #include <cmath>
 
@@ -16,6 +17,9 @@ constexpr double captionHeight = 16.0;
 constexpr double gap = 6.0;
 constexpr double labelWidth = 70.0;
 constexpr double margin = 12.0;
+constexpr double chequerSide = 8.5; ///< four rows fill a swatch
+constexpr QRgb chequerInk = 0xffcccccc;
+constexpr QRgb borderInk = 0xffb0b0b0;
 
 /** Signed percentages, lightest first. */
 constexpr int tints[] = {80, 60, 40, 20, 0, -20, -40, -60, -80};
@@ -70,6 +74,8 @@ public:
             swatchWidth, swatchHeight);
         QColor const colour = inLinearLight(reference, tints[row]);
         QString caption = ColorUtil::RGBToString(colour);
+        if (colour.alpha() < 255)
+            drawChequers(whole);
         m_painter.fillRect(whole, colour);
         if (m_compares) {
             QColor const encoded = inEncodedValues(reference, tints[row]);
@@ -78,6 +84,10 @@ public:
             m_painter.fillRect(right, encoded);
             caption += QLatin1Char(' ') + ColorUtil::RGBToString(encoded);
         }
+        // White would not be told from the ground otherwise.
+        m_painter.setPen(QColor::fromRgb(borderInk));
+        m_painter.setBrush(Qt::NoBrush);
+        m_painter.drawRect(whole.adjusted(0.5, 0.5, -0.5, -0.5));
         drawText(caption, QRectF(whole.left(), whole.bottom(), swatchWidth, captionHeight),
             Qt::AlignCenter);
     }
@@ -90,6 +100,21 @@ public:
 
 private:
     static double topOf(int row) { return margin + row * (swatchHeight + captionHeight + gap); }
+
+    /** The ground on which a translucent colour shows. */
+    void drawChequers(QRectF const& place)
+    {
+        m_painter.fillRect(place, Qt::white);
+        int const rows = qRound(place.height() / chequerSide);
+        int const columns = qCeil(place.width() / chequerSide);
+        for (int row = 0; row < rows; ++row) {
+            for (int column = row % 2; column < columns; column += 2) {
+                QRectF const chequer(place.left() + column * chequerSide,
+                    place.top() + row * chequerSide, chequerSide, chequerSide);
+                m_painter.fillRect(chequer & place, QColor::fromRgb(chequerInk));
+            }
+        }
+    }
 
     void drawText(QString const& text, QRectF const& place, int alignment)
     {

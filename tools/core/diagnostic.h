@@ -1,0 +1,50 @@
+#ifndef DIAGNOSTIC_H
+#define DIAGNOSTIC_H
+
+#include <QString>
+#include <QVector>
+
+/** Something to be told of an input or an operation: the one shape of failure in the tools. */
+struct Diagnostic
+{
+    enum class Severity {
+        Warning, ///< it was done, but not all of it, or not as it looks
+        Error ///< it was not done
+    };
+
+    Severity severity = Severity::Error;
+    QString file; ///< as its caller named it; null if it is about no file
+    qint64 line = 0; ///< counted from 1; 0 where the place is not known
+    qint64 column = 0; ///< counted from 1
+    QString text; ///< what is wrong; it may hold any character that the input holds
+};
+
+/** In the order in which they are to be told. */
+class Diagnostics
+{
+public:
+    void add(Diagnostic const& diagnostic) { m_all.append(diagnostic); }
+
+    void error(QString const& file, QString const& text)
+    {
+        add({Diagnostic::Severity::Error, file, 0, 0, text});
+    }
+
+    void warning(QString const& file, QString const& text)
+    {
+        add({Diagnostic::Severity::Warning, file, 0, 0, text});
+    }
+
+    void append(Diagnostics const& others) { m_all += others.m_all; }
+
+    bool isEmpty() const { return m_all.isEmpty(); }
+    int size() const { return m_all.size(); }
+    Diagnostic const& at(int index) const { return m_all.at(index); }
+    QVector<Diagnostic>::const_iterator begin() const { return m_all.begin(); }
+    QVector<Diagnostic>::const_iterator end() const { return m_all.end(); }
+
+private:
+    QVector<Diagnostic> m_all;
+};
+
+#endif // DIAGNOSTIC_H

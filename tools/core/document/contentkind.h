@@ -1,0 +1,13 @@
+#ifndef CONTENTKIND_H
+#define CONTENTKIND_H
+
+#include <QByteArray>
+#include <QString>
+
+/**
+ * What a file of no text is, by its first bytes: "a PNG picture"; empty for text, and for what is
+ * not known. Not more than a hint for whoever has named the wrong file.
+ */
+QString kindOfContent(QByteArray const& content);
+
+#endif // CONTENTKIND_H

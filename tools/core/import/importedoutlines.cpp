@@ -1,0 +1,77 @@
+#include "import/importedoutlines.h"
+
+#include "import/fillorientation.h"
+#include "kppath.h"
+#include "text.h"
+
+#include <cmath>
+
+namespace {
+
+bool endsAtItsStart(QPainterPath const& path)
+{
+    int start = path.elementCount() - 1;
+    while (start > 0 && !path.elementAt(start).isMoveTo())
+        --start;
+    QPainterPath::Element const first = path.elementAt(start);
+    QPainterPath::Element const last = path.elementAt(path.elementCount() - 1);
+    return start < path.elementCount() - 1 && !(first.x < last.x || first.x > last.x)
+        && !(first.y < last.y || first.y > last.y);
+}
+
+bool isFinite(QPainterPath const& path)
+{
+    for (int i = 0; i < path.elementCount(); ++i) {
+        QPainterPath::Element const element = path.elementAt(i);
+        if (!std::isfinite(element.x) || !std::isfinite(element.y))
+            return false;
+    }
+    return true;
+}
+
+std::unique_ptr<KpPathSegList> outlineOf(QPainterPath const& path, QSizeF const& size)
+{
+    auto outline = std::make_unique<KpPathSegList>();
+    KpPath elements = KpPath::fromPainterPath(path);
+    outline->fromPath(elements);
+    outline->closed = endsAtItsStart(path);
+    outline->updateRate(size.width(), size.height());
+    return outline;
+}
+
+} // namespace
+
+bool isPositive(double number)
+{
+    return std::isfinite(number) && number > 0.0;
+}
+
+QString pictureSizeFault(QSizeF const& size)
+{
+    if (!isPositive(size.width()) || !isPositive(size.height()))
+        return QStringLiteral("the picture has no size");
+    if (qMax(size.width(), size.height()) <= maximumPictureSide)
+        return QString();
+    return QStringLiteral("the picture would be %1 by %2 units large, more than %3")
+        .arg(numberText(size.width()), numberText(size.height()),
+            QString::number(maximumPictureSide, 'f', 0));
+}
+
+void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QString const& name,
+    QString const& file, Diagnostics& diagnostics)
+{
+    if (!isFinite(painted.path)) {
+        diagnostics.warning(
+            file, QStringLiteral("%1: a coordinate is too large; left out").arg(name));
+        return;
+    }
+    bool const isFilled = painted.brush.style() != Qt::NoBrush;
+    OrientedPath const oriented =
+        isFilled ? orientedForBothRules(painted.path) : OrientedPath {painted.path, true};
+    ImportedOutline outline {name, outlineOf(oriented.path, picture.size), std::nullopt, painted};
+    if (!oriented.isSameForBothRules)
+        outline.fillRule = painted.path.fillRule();
+    outline.list->noFill = !isFilled;
+    outline.list->noLine = painted.pen.style() == Qt::NoPen;
+    picture.outlines.push_back(std::move(outline));
+}

@@ -1,0 +1,69 @@
+#ifndef IMPORTEDOUTLINES_H
+#define IMPORTEDOUTLINES_H
+
+#include "diagnostic.h"
+#include "import/pathrecorder.h"
+#include "kppathseglist.h"
+
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/** One painted shape as an outline. */
+struct ImportedOutline
+{
+    QString name; ///< "path 3", or the character
+    /**
+     * Closed exactly if the last subpath has a line or a curve and ends at its start, so that
+     * closing changes nothing; `noFill` and `noLine` tell what of the shape was painted. The
+     * directions of its subpaths are such that both fill rules fill it alike, where that can be.
+     */
+    std::unique_ptr<KpPathSegList> list;
+    /** Set where the outline is filled as painted with this rule only. */
+    std::optional<Qt::FillRule> fillRule;
+    RecordedPath painted; ///< what the outline was made from, with its colours and its own rule
+};
+
+/**
+ * The outlines of a picture, in the order in which they were painted. Their coordinates follow the
+ * picture's size: each is bound in proportion to the box (0, 0, size).
+ */
+struct ImportedOutlines
+{
+    QSizeF size; ///< in outline units
+    std::vector<ImportedOutline> outlines;
+};
+
+/**
+ * Gives what Qt has logged since the last call, each different message once and on one line, and
+ * forgets it. Only who owns the process may listen to that log, so importers are handed this.
+ */
+using TakeMessages = std::function<QStringList()>;
+
+/**
+ * The longest side of a picture, in outline units: from there on, six digits tell no two units
+ * apart.
+ */
+constexpr double maximumPictureSide = 1e6;
+
+/** Whether it is finite and above 0. */
+bool isPositive(double number);
+
+/** Why a picture of this size cannot be imported; empty if it can. */
+QString pictureSizeFault(QSizeF const& size);
+
+/**
+ * Makes an outline of a painted path and appends it. A path with a coordinate that is not finite
+ * is left out with a warning.
+ *
+ * @param file the picture's name in the warning
+ */
+void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QString const& name,
+    QString const& file, Diagnostics& diagnostics);
+
+#endif // IMPORTEDOUTLINES_H

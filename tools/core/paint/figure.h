@@ -1,0 +1,46 @@
+#ifndef FIGURE_H
+#define FIGURE_H
+
+#include "paint/outlinepainter.h"
+
+#include <QSizeF>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+/** Outlines that are drawn together, over one another. */
+struct Figure
+{
+    /** An outline and the rule that it is meant to be filled with, if it names one. */
+    struct Part
+    {
+        std::shared_ptr<KpPathSegList> list;
+        std::optional<Qt::FillRule> fillRule;
+    };
+
+    QString caption;
+    std::vector<Part> parts;
+};
+
+/** What the figure covers; without bounds if a coordinate of it cannot be drawn. */
+QRectF boundsOf(Figure const& figure, OutlineStyle const& style);
+
+/** A copy of the figure, its coordinates recomputed for the box. */
+Figure resized(Figure const& figure, QSizeF const& box);
+
+/** How many lines of the figure drawing leaves out although they lead somewhere. */
+int countLostLines(Figure const& figure);
+
+/** Whether the numbers of a rectangle are such that it can be drawn. */
+bool isDrawable(QRectF const& bounds);
+
+/**
+ * Draws all outlines, and over all of them their points if the style shows them.
+ *
+ * @param toDevice maps the outlines' units to the painter's
+ */
+void drawFigure(
+    QPainter& painter, Figure const& figure, OutlineStyle const& style, QTransform const& toDevice);
+
+#endif // FIGURE_H

@@ -1,0 +1,22 @@
+#ifndef TEXT_H
+#define TEXT_H
+
+#include <QSizeF>
+#include <QString>
+
+/** The text without control characters: it stays on one line and does nothing to a terminal. */
+QString printable(QString const& text);
+
+/** The text, or its beginning and an ellipsis: `longest` characters at most, above 0. */
+QString elided(QString const& text, int longest);
+
+/** A number in six significant digits. */
+QString numberText(double number);
+
+/** "240 x 160" */
+QString sizeText(QSizeF const& size);
+
+/** "3 outlines", "1 outline": the noun without its s for one. */
+QString countText(qint64 count, QString const& noun);
+
+#endif // TEXT_H

@@ -1,0 +1,16 @@
+#ifndef DOCUMENTINPUT_H
+#define DOCUMENTINPUT_H
+
+#include "document/outlinedocument.h"
+
+/**
+ * The document that an operand names, "-" being standard input; nothing, after a message, when it
+ * cannot be read. A message says too what to do with an SVG picture.
+ */
+std::optional<OutlineDocument> loadDocument(
+    QString const& operand, ProgressFunction const& progress);
+
+/** A warning of lines that are too short to be drawn in a box; to be reported if there are any. */
+Diagnostic lostLinesIn(QSizeF const& box, int lines, QString const& operand);
+
+#endif // DOCUMENTINPUT_H
