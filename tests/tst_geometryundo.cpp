@@ -81,6 +81,8 @@ private Q_SLOTS:
     void encodesEachKind();
     void encodingAppends();
     void encodingSkipsWhatHasNoRecord();
+    void encodingFollowsTheTypeField_data();
+    void encodingFollowsTheTypeField();
     void encodingLeavesTheList();
 
     void decodesEachKind();
@@ -227,6 +229,55 @@ void TestGeometryUndo::encodingSkipsWhatHasNoRecord()
     list.toUndoValue(ints, doubles);
     QCOMPARE(ints, Ints({0, 0, 0, 2, 1, 2}));
     QCOMPARE(doubles, Doubles({1, 0, 2, 0}));
+}
+
+void TestGeometryUndo::encodingFollowsTheTypeField_data()
+{
+    QTest::addColumn<int>("segment"); // of fillWithEachKind()
+    QTest::addColumn<int>("type");
+    QTest::addColumn<Ints>("ints");
+    QTest::addColumn<Doubles>("doubles");
+    int const move = 0;
+    int const curve = 1;
+    int const ellipse = 2;
+    int const line = 3;
+    auto const row = [](char const* name, int segment, int type, Ints const& ints,
+                         Doubles const& doubles) {
+        QTest::newRow(name) << segment << type << ints << doubles;
+    };
+    row("a move as a line", move, 3, {3, 1, 2}, {10, 0.25, 20, 0.5});
+    row("a move as a curve", move, 4, {}, {});
+    row("a move as an ellipse", move, 5, {}, {});
+    row("a line as a move", line, 2, {2, 32767, 3}, {130, 6.25, 140, 6.5});
+    row("a line as a curve", line, 4, {}, {});
+    row("a line as an ellipse", line, 5, {}, {});
+    row("a curve as a move", curve, 2, {2, 7, 0}, {70, 3.25, 80, 3.5});
+    row("a curve as a line", curve, 3, {3, 7, 0}, {70, 3.25, 80, 3.5});
+    row("a curve as an ellipse", curve, 5, {}, {});
+    row("an ellipse as a move", ellipse, 2, {2, -1, 8}, {90, 4.25, 100, 4.5});
+    row("an ellipse as a line", ellipse, 3, {3, -1, 8}, {90, 4.25, 100, 4.5});
+    row("an ellipse as a curve", ellipse, 4, {}, {});
+    row("a line as nothing known", line, 0, {}, {});
+    row("a curve as nothing known", curve, 1, {}, {});
+    row("an ellipse as nothing known", ellipse, 6, {}, {});
+}
+
+void TestGeometryUndo::encodingFollowsTheTypeField()
+{
+    QFETCH(int, segment);
+    QFETCH(int, type);
+    QFETCH(Ints, ints);
+    QFETCH(Doubles, doubles);
+    KpPathSegList all;
+    fillWithEachKind(all);
+    KpPathSegList list;
+    list.addTail(all.segs.takeAt(segment));
+    list.segs.first()->type = KpPathSeg::SegType(type);
+    Ints encodedInts;
+    Doubles encodedDoubles;
+    list.toUndoValue(encodedInts, encodedDoubles);
+    QCOMPARE(encodedInts, Ints({0, 0, 0}) + ints);
+    QCOMPARE(encodedDoubles, doubles);
 }
 
 void TestGeometryUndo::encodingLeavesTheList()

@@ -118,6 +118,7 @@ private Q_SLOTS:
     void undoRecordHoldsFourInts();
     void undoRecordOfOtherKindsHoldsTheirChannels();
     void undoRecordGoesThereAndBack();
+    void undoRecordReplacesAnyAlpha();
     void undoRecordTakesAnyNumbers();
     void shortUndoRecordsReadAsNothing_data();
     void shortUndoRecordsReadAsNothing();
@@ -833,6 +834,23 @@ void TestKpColor::undoRecordGoesThereAndBack()
     }
 }
 
+void TestKpColor::undoRecordReplacesAnyAlpha()
+{
+    // An extended colour of a stream may hold an alpha that no 8 bits hold, which must be gone
+    // before a channel makes the colour one of red, green and blue.
+    for (char const* const alpha : {"4000", "b400", "7c00", "fc00", "7e00"}) {
+        QDataStream in(QByteArray::fromHex(QByteArray("05") + alpha + "3c00380000000000"));
+        QColor extended;
+        in >> extended;
+        QCOMPARE(extended.spec(), QColor::ExtendedRgb);
+        KpColor colour = colourOf(QColor(), extended, 0, 0);
+        QVector<int> values {1, 2, 3, 0x0a141e28};
+        int index = 0;
+        colour.fromUndoValue(values, index);
+        QCOMPARE(everything(colour), QString("theme 1 code 2 ref 000003 kind 1 0a141e28"));
+    }
+}
+
 void TestKpColor::undoRecordTakesAnyNumbers()
 {
     QCOMPARE(everything(ofRecord({70000, -70000, -1, -1})),
@@ -935,6 +953,22 @@ void TestKpColor::writesWhatTheThemeDoesNotTell_data()
                                          << QByteArray("<Fill ThemeColor=\"2\" Tint=\"20\"/>");
     QTest::newRow("translucent theme colour") << colourOf(ref, QColor(9, 9, 9, 128), -20,
         2) << QByteArray("<Fill ThemeColor=\"2\" Shade=\"20\" V=\"#80090909\"/>");
+    auto const themeColour = [&ref](
+                                 QColor const& concrete) { return colourOf(ref, concrete, 0, 2); };
+    QTest::newRow("nearly opaque theme colour") << themeColour(
+        QColor(9, 9, 9, 254)) << QByteArray("<Fill ThemeColor=\"2\" V=\"#fe090909\"/>");
+    // What counts is the alpha of 8 bits, to which 16 are rounded.
+    QTest::newRow("almost opaque in 16 bits")
+        << themeColour(QColor::fromRgba64(0x0909, 0x0909, 0x0909, 0xfffe))
+        << QByteArray("<Fill ThemeColor=\"2\"/>");
+    QTest::newRow("least of 16 bits that counts as opaque")
+        << themeColour(QColor::fromRgba64(0x0909, 0x0909, 0x0909, 0xff7f))
+        << QByteArray("<Fill ThemeColor=\"2\"/>");
+    QTest::newRow("greatest of 16 bits that does not")
+        << themeColour(QColor::fromRgba64(0x0909, 0x0909, 0x0909, 0xff7e))
+        << QByteArray("<Fill ThemeColor=\"2\" V=\"#fe090909\"/>");
+    QTest::newRow("extended, alpha rounded to opaque") << themeColour(
+        QColor::fromRgbF(1.5, 0.0, 0.0, 0.9985)) << QByteArray("<Fill ThemeColor=\"2\"/>");
     QTest::newRow("plain colour") << KpColor(QColor(9, 9, 9))
                                   << QByteArray("<Fill V=\"#ff090909\"/>");
     QTest::newRow("tinted colour without a theme") << colourOf(ref, QColor(9, 9, 9), 20,

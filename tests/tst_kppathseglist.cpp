@@ -72,26 +72,46 @@ public:
     KpPathSeg* clone() override { return nullptr; }
 };
 
-/** Looks at its list while it is destroyed. */
+/** A letter for each slot, "-" for an empty one, and the flags closed, noLine and noFill. */
+QString state(KpPathSegList const& list)
+{
+    QString held;
+    for (KpPathSeg* const seg : list.segs)
+        held += QLatin1Char(seg ? 'x' : '-');
+    return QStringLiteral("%1 %2%3%4").arg(held).arg(list.closed).arg(list.noLine).arg(list.noFill);
+}
+
+/** Looks at its list while it is destroyed, and at the list that it is cloned for. */
 class WitnessSegment : public KpPathSegLineTo
 {
 public:
-    explicit WitnessSegment(QStringList* log)
+    explicit WitnessSegment(QStringList* log, KpPathSegList const* cloneTarget = nullptr)
         : KpPathSegLineTo(QPointF(0.0, 0.0), nullptr)
         , events(log)
+        , target(cloneTarget)
     {
     }
-    ~WitnessSegment() override
+    ~WitnessSegment() override { *events << state(*owner); }
+
+    KpPathSeg* clone() override
     {
-        QString held;
-        for (KpPathSeg* const seg : qAsConst(owner->segs))
-            held += QLatin1Char(seg ? 'x' : '-');
-        *events << held;
+        *events << state(*target);
+        return KpPathSegLineTo::clone();
     }
 
 private:
     QStringList* events;
+    KpPathSegList const* target;
 };
+
+/** Three witnesses in an open list that is neither stroked nor filled. */
+void fillWithWitnesses(KpPathSegList& list, QStringList* events)
+{
+    list.noLine = true;
+    list.noFill = true;
+    for (int i = 0; i < 3; ++i)
+        list.addTail(new WitnessSegment(events));
+}
 
 void fillWithProbes(KpPathSegList& list, int count, QStringList* events = nullptr)
 {
@@ -264,7 +284,9 @@ private Q_SLOTS:
     void gettersTellTheFlags_data();
     void gettersTellTheFlags();
     void clearedListIsEmptyAndClosed();
+    void flagsAreResetBeforeSegmentsGo();
     void destructorDestroysWhatIsHeld();
+    void destructorClearsTheList();
     void hasAVirtualDestructorAndNothingElseVirtual();
 
     void addTailAppendsAndOwns();
@@ -279,6 +301,7 @@ private Q_SLOTS:
     void removeAtTakesOneSegment_data();
     void removeAtTakesOneSegment();
     void removeAtWithoutDeletionHandsTheSegmentOver();
+    void removeAtDestroysBeforeTheSlotGoes();
     void removeAtRemovesAnEmptySlot();
     void removeAtIndicesTakesThemAsAtTheCall_data();
     void removeAtIndicesTakesThemAsAtTheCall();
@@ -311,11 +334,13 @@ private Q_SLOTS:
     void drawnOutlineIsImportedAgain();
     void clockwiseIsThePathsOwnAnswer_data();
     void clockwiseIsThePathsOwnAnswer();
+    void clockwiseClosesAClosedListOnly();
 
     void copyIsDeep();
     void cloneIsDeepAndOwnedByTheCaller();
     void copyIsWhatTheSourceWasNotWhatAClearedListIs();
     void assignAppendsAndTakesTheFlags();
+    void assignTakesTheFlagsAfterTheSegments();
     void assignToItselfDoublesTheList();
     void assignSkipsWhatCannotBeCloned();
     void copyBindsRadiiAsCloneDoes();
@@ -375,6 +400,15 @@ void TestKpPathSegList::clearedListIsEmptyAndClosed()
     QVERIFY(list.getClosed());
 }
 
+void TestKpPathSegList::flagsAreResetBeforeSegmentsGo()
+{
+    QStringList events;
+    KpPathSegList list;
+    fillWithWitnesses(list, &events);
+    list.clear();
+    QCOMPARE(events, QStringList({"xxx 100", "-xx 100", "--x 100"}));
+}
+
 void TestKpPathSegList::destructorDestroysWhatIsHeld()
 {
     QStringList events;
@@ -386,6 +420,16 @@ void TestKpPathSegList::destructorDestroysWhatIsHeld()
         list.removeAt(1, false);
     }
     QCOMPARE(events, eventsOf({0, 2, 3}, "destroyed"));
+}
+
+void TestKpPathSegList::destructorClearsTheList()
+{
+    QStringList events;
+    {
+        KpPathSegList list;
+        fillWithWitnesses(list, &events);
+    }
+    QCOMPARE(events, QStringList({"xxx 100", "-xx 100", "--x 100"}));
 }
 
 void TestKpPathSegList::hasAVirtualDestructorAndNothingElseVirtual()
@@ -516,10 +560,9 @@ void TestKpPathSegList::removeAllEmptiesEachSlotAfterItsSegment()
 {
     QStringList events;
     KpPathSegList list;
-    for (int i = 0; i < 3; ++i)
-        list.addTail(new WitnessSegment(&events));
+    fillWithWitnesses(list, &events);
     list.removeAll(true);
-    QCOMPARE(events, QStringList({"xxx", "-xx", "--x"}));
+    QCOMPARE(events, QStringList({"xxx 011", "-xx 011", "--x 011"}));
 }
 
 void TestKpPathSegList::removeAtTakesOneSegment_data()
@@ -567,6 +610,19 @@ void TestKpPathSegList::removeAtWithoutDeletionHandsTheSegmentOver()
     QCOMPARE(numbers(list), QVector<int>({0, 2}));
     QCOMPARE(events, QStringList());
     QCOMPARE(removed->owner, &list);
+}
+
+void TestKpPathSegList::removeAtDestroysBeforeTheSlotGoes()
+{
+    QStringList events;
+    KpPathSegList list;
+    fillWithWitnesses(list, &events);
+    list.removeAt(1, true);
+    QCOMPARE(events, QStringList("xxx 011"));
+    QCOMPARE(state(list), QString("xx 011"));
+    events.clear();
+    list.removeAt(1, true);
+    QCOMPARE(events, QStringList("xx 011"));
 }
 
 void TestKpPathSegList::removeAtRemovesAnEmptySlot()
@@ -642,7 +698,8 @@ void TestKpPathSegList::removeAtIndicesLeavesTheCallersVector()
 {
     KpPathSegList list;
     fillWithProbes(list, 4);
-    QVector<int> const indices {0, 2, 3};
+    // Adjusted to what is gone, they would be 0, 1 and 1.
+    QVector<int> indices {0, 2, 3};
     list.removeAt(indices, true);
     QCOMPARE(indices, QVector<int>({0, 2, 3}));
     QCOMPARE(numbers(list), QVector<int> {1});
@@ -1068,6 +1125,19 @@ void TestKpPathSegList::clockwiseIsThePathsOwnAnswer()
     }
 }
 
+void TestKpPathSegList::clockwiseClosesAClosedListOnly()
+{
+    // The close leads back to the start of the second subpath, which turns the sum of both.
+    KpPathSegList list;
+    list.moveTo(QPointF(0, 0));
+    list.lineTo(QPointF(0, 10));
+    list.moveTo(QPointF(100, 0));
+    list.lineTo(QPointF(100, 100));
+    QVERIFY(list.isClockwise());
+    list.closed = true;
+    QVERIFY(!list.isClockwise());
+}
+
 void TestKpPathSegList::copyIsDeep()
 {
     QRandomGenerator random = Testing::seededRandom(99);
@@ -1133,6 +1203,21 @@ void TestKpPathSegList::assignAppendsAndTakesTheFlags()
     QCOMPARE(numbers(source), QVector<int>({0, 1, 2}));
     for (KpPathSeg* const seg : qAsConst(list.segs))
         QCOMPARE(seg->owner, &list);
+}
+
+void TestKpPathSegList::assignTakesTheFlagsAfterTheSegments()
+{
+    QStringList events;
+    KpPathSegList list;
+    list.noFill = true;
+    KpPathSegList source;
+    source.closed = true;
+    source.noLine = true;
+    for (int i = 0; i < 3; ++i)
+        source.addTail(new WitnessSegment(&events, &list));
+    list.assign(source);
+    QCOMPARE(events, QStringList({" 001", "x 001", "xx 001"}));
+    QCOMPARE(state(list), QString("xxx 110"));
 }
 
 void TestKpPathSegList::assignToItselfDoublesTheList()

@@ -1,6 +1,8 @@
 #include "recentfilestesting.h"
 #include "testing.h"
 
+#include <QDomDocument>
+
 #include <limits>
 #include <vector>
 
@@ -345,6 +347,7 @@ private Q_SLOTS:
     void sixtyFirstTakesTheLastAway();
     void lastGoesEvenIfPinned();
     void modifiedIsSetByInsertionOnly();
+    void modifiedIsNeverCleared();
     void noRoomAtAll();
     void ownStringsMayBePassed();
 
@@ -704,6 +707,71 @@ void TestKpRecentFileManager::modifiedIsSetByInsertionOnly()
     QVERIFY(!manager.m_isModified);
     manager.addRecentFolder("/r/1", 1, "");
     QVERIFY(manager.m_isModified);
+}
+
+void TestKpRecentFileManager::modifiedIsNeverCleared()
+{
+    using Manager = KpRecentFileManager;
+    struct Operation
+    {
+        char const* name;
+        void (*call)(Manager&);
+    };
+    static Operation const operations[] = {
+        {"setSymbolFolder", [](Manager& m) { m.setSymbolFolder("/s/a"); }},
+        {"setLibraryFolder", [](Manager& m) { m.setLibraryFolder("/l/a"); }},
+        {"setRecentFileFolder", [](Manager& m) { m.setRecentFileFolder("/f/a"); }},
+        {"addSaveFileInfo", [](Manager& m) { m.addSaveFileInfo("/s/new", 1, ""); }},
+        {"addOpenFileInfo", [](Manager& m) { m.addOpenFileInfo("/o/new", 1, ""); }},
+        {"addSaveFileInfo, cancelled", [](Manager& m) { m.addSaveFileInfo("/p/pinned", 1, ""); }},
+        {"addOpenFileInfo, cancelled", [](Manager& m) { m.addOpenFileInfo("/p/pinned", 1, ""); }},
+        {"addRecentFile", [](Manager& m) { m.addRecentFile("/n/new", 1, ""); }},
+        {"addRecentFile, cancelled", [](Manager& m) { m.addRecentFile("/p/pinned", 1, ""); }},
+        {"addRecentFolder", [](Manager& m) { m.addRecentFolder("/n/new", 1, ""); }},
+        {"addRecentFolder, pinned", [](Manager& m) { m.addRecentFolder("/p/new", 1, ""); }},
+        {"addRecentFolder, not local", [](Manager& m) { m.addRecentFolder("/n/new", 2, ""); }},
+        {"delRecentFile by path", [](Manager& m) { m.delRecentFile("/a/a"); }},
+        {"delRecentFile by row", [](Manager& m) { m.delRecentFile(2); }},
+        {"delRecentFolder", [](Manager& m) { m.delRecentFolder(2); }},
+        {"moveRecentFileTop", [](Manager& m) { m.moveRecentFileTop(2); }},
+        {"moveRecentFolderTop", [](Manager& m) { m.moveRecentFolderTop(2); }},
+        {"moveRecentFileNotTop", [](Manager& m) { m.moveRecentFileNotTop(0); }},
+        {"moveRecentFolderNotTop", [](Manager& m) { m.moveRecentFolderNotTop(0); }},
+        {"notTopFileFirstIndex", [](Manager& m) { m.notTopFileFirstIndex(); }},
+        {"notTopFolderFirstIndex", [](Manager& m) { m.notTopFolderFirstIndex(); }},
+        {"getRecentFiles", [](Manager& m) { shownFiles(m); }},
+        {"getRecentFolder", [](Manager& m) { shownFolders(m); }},
+        {"parse",
+            [](Manager& m) {
+                QDomDocument document;
+                document.setContent(QByteArray(
+                    "<RecentFiles><RecentFiles>"
+                    "<RecentFile V='/x/x' Type='1' Top='0'/></RecentFiles></RecentFiles>"));
+                QDomElement root = document.documentElement();
+                m.parse(root);
+                QCOMPARE(m.m_files.size(), 4);
+            }},
+        {"save", [](Manager& m) { m.save(); }},
+        {"load",
+            [](Manager& m) {
+                Manager::s_isLoaded = false;
+                m.load();
+            }},
+        {"assignment",
+            [](Manager& m) {
+                Manager other;
+                other.m_isModified = false;
+                m = other;
+            }},
+    };
+    for (Operation const& operation : operations) {
+        Manager manager;
+        manager.m_files = entriesOf({"*/p/pinned", "/a/a", "/b/b"});
+        manager.m_folders = entriesOf({"*/p", "/a", "/b"});
+        manager.m_isModified = true;
+        operation.call(manager);
+        QVERIFY2(manager.m_isModified, operation.name);
+    }
 }
 
 void TestKpRecentFileManager::noRoomAtAll()
