@@ -313,6 +313,7 @@ private Q_SLOTS:
     void neighboursOfOneSegment();
     void neighboursInAnEmptyList();
     void neighboursOfASegmentThatIsNotHeld();
+    void neighboursOfASegmentHeldTwice();
     void nullHasNoNeighbours();
     void randomWalksFindTheNeighboursOfAPlainSearch_data();
     void randomWalksFindTheNeighboursOfAPlainSearch();
@@ -811,6 +812,23 @@ void TestKpPathSegList::neighboursOfASegmentThatIsNotHeld()
     list.closed = true;
     QCOMPARE(list.getNextSeg(&stranger), list.segs.at(0));
     QCOMPARE(list.getPrevSeg(&stranger), list.segs.at(2));
+}
+
+void TestKpPathSegList::neighboursOfASegmentHeldTwice()
+{
+    // Which of its places answers is open, but it is one of them, whatever was asked before.
+    KpPathSegList list;
+    fillWithProbes(list, 4);
+    list.segs.append(list.segs.at(1));
+    list.closed = true;
+    for (KpPathSeg* const before : qAsConst(list.segs)) {
+        list.getNextSeg(before);
+        int const next = numbers({list.getNextSeg(list.segs.at(1))}).first();
+        QVERIFY2(next == 2 || next == 0, qPrintable(QString::number(next)));
+        int const previous = numbers({list.getPrevSeg(list.segs.at(1))}).first();
+        QVERIFY2(previous == 0 || previous == 3, qPrintable(QString::number(previous)));
+    }
+    list.segs.removeLast();
 }
 
 void TestKpPathSegList::nullHasNoNeighbours()

@@ -21,8 +21,9 @@ class XmlStreamWriter;
  * gives the plain result. Two threads may use two lists at the same time; one list must not
  * be used by two.
  *
- * A segment must not be held twice. A destructor or an override that is called from here must
- * not change the list.
+ * A segment must not be held twice: removeAll() would destroy it twice, and its neighbours are
+ * those of one of its places, of which one depends on the searches before. A destructor or an
+ * override that is called from here must not change the list.
  */
 class KPGEOMETRY_EXPORT KpPathSegList
 {
