@@ -168,22 +168,26 @@ KPGEOMETRY_EXPORT QString RGBToStringPPT(QColor c);
 /** "#AARRGGBB", upper case: alpha comes first. */
 KPGEOMETRY_EXPORT QString RGBToString4(QColor c);
 
-// The editor's aids. Ordinary variables: the application may change them, the library does not.
-extern KPGEOMETRY_EXPORT QColor s_reversible; ///< 71, 142, 222
-extern KPGEOMETRY_EXPORT QColor s_alignBox; ///< 0, 220, 0
-extern KPGEOMETRY_EXPORT QColor s_subAlignBox; ///< 255, 0, 255
-extern KPGEOMETRY_EXPORT QColor s_anchorDock; ///< 254, 80, 79
-extern KPGEOMETRY_EXPORT QColor s_mouseDot; ///< 71, 142, 222
-extern KPGEOMETRY_EXPORT QColor s_virLine; ///< 98, 98, 98
-extern KPGEOMETRY_EXPORT QColor s_adisLine; ///< 71, 142, 222
-extern KPGEOMETRY_EXPORT QColor s_editText; ///< 255, 255, 255
-extern KPGEOMETRY_EXPORT QColor s_editTextGray; ///< 181, 181, 181
-extern KPGEOMETRY_EXPORT QColor s_selectMMRefShape; ///< 100, 130, 255
-extern KPGEOMETRY_EXPORT QColor s_selectMMShape; ///< 140, 175, 245
-extern KPGEOMETRY_EXPORT QColor s_hoverMMShape; ///< 200, 220, 245
-extern KPGEOMETRY_EXPORT QColor s_hoverMarkLine; ///< 80, 0, 255
-extern KPGEOMETRY_EXPORT QColor s_hoverFloatBtn; ///< 0, 0, 255, alpha 30
-extern KPGEOMETRY_EXPORT QColor s_hoverDarkFloatBtn; ///< 200, 200, 255, alpha 60
+// The editor's aids. Ordinary variables: the application may change them, the library does not,
+// nor does it draw with them. What each is for is the application's to know; the words are as much
+// as the names say, and quoted where they do not explain themselves.
+extern KPGEOMETRY_EXPORT QColor s_reversible; ///< what is "reversible": 71, 142, 222
+extern KPGEOMETRY_EXPORT QColor s_alignBox; ///< a box to align with: 0, 220, 0
+extern KPGEOMETRY_EXPORT QColor s_subAlignBox; ///< a part of such a box: 255, 0, 255
+extern KPGEOMETRY_EXPORT QColor s_anchorDock; ///< an anchor to dock to: 254, 80, 79
+extern KPGEOMETRY_EXPORT QColor s_mouseDot; ///< a dot at the mouse: 71, 142, 222
+extern KPGEOMETRY_EXPORT QColor s_virLine; ///< a "vir" line, perhaps virtual: 98, 98, 98
+extern KPGEOMETRY_EXPORT QColor s_adisLine; ///< an "adis" line: 71, 142, 222
+extern KPGEOMETRY_EXPORT QColor s_editText; ///< text in editing: 255, 255, 255
+extern KPGEOMETRY_EXPORT QColor s_editTextGray; ///< the same in grey: 181, 181, 181
+extern KPGEOMETRY_EXPORT QColor s_selectMMRefShape; ///< a selected "MM" reference: 100, 130, 255
+extern KPGEOMETRY_EXPORT QColor s_selectMMShape; ///< a selected "MM" shape: 140, 175, 245
+extern KPGEOMETRY_EXPORT QColor s_hoverMMShape; ///< an "MM" shape under the mouse: 200, 220, 245
+extern KPGEOMETRY_EXPORT QColor s_hoverMarkLine; ///< a marking line under the mouse: 80, 0, 255
+/** A floating button under the mouse: 0, 0, 255, alpha 30. */
+extern KPGEOMETRY_EXPORT QColor s_hoverFloatBtn;
+/** A dark floating button under the mouse: 200, 200, 255, alpha 60. */
+extern KPGEOMETRY_EXPORT QColor s_hoverDarkFloatBtn;
 
 } // namespace ColorUtil
 

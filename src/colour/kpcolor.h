@@ -22,6 +22,9 @@ class XmlStreamWriter;
  * in linear light (ColorUtil::tint and shade), and 0 none; what lies beyond is clamped.
  *
  * The concrete colour's alpha is its own: a reference colour never brings one along.
+ *
+ * refColor(), tint(), toUndoValue() and saveTo() change nothing and are not const, and
+ * assignNoAlpha() leaves its argument as it is: the application's binary interface has them so.
  */
 class KPGEOMETRY_EXPORT KpColor : public QColor
 {
@@ -89,8 +92,8 @@ public:
     /** Appends the four ints of its undo record. */
     void toUndoValue(QVector<int>& values);
     /**
-     * Reads the four ints from `index` on, which advances by 4 in any case; an entry outside of
-     * `values` reads as 0. The concrete colour becomes one of red, green and blue.
+     * Reads the four ints from `index` on, counted from 0, which advances by 4 in any case; an
+     * entry outside of `values` reads as 0. The concrete colour becomes one of red, green and blue.
      */
     void fromUndoValue(QVector<int>& values, int& index);
 

@@ -22,6 +22,11 @@ class XmlStreamWriter;
  * list does. Coordinates are in the outline's own units, x to the right and y downwards.
  * Segments are copied with clone() only.
  *
+ * The `owner` of a constructor is remembered, no more: the list does not hold the segment
+ * before KpPathSegList::addTail() or insertAt(), which set `owner` themselves. Null will do.
+ *
+ * Functions that change nothing are not const: the application's binary interface has them so.
+ *
  * The order of the virtual functions is part of the binary interface; every segment header
  * declares its overrides in this order.
  */
@@ -35,7 +40,7 @@ public:
     KpPathSegList* owner; ///< the list that holds the segment, or null; not owned
     KpPoint pt; ///< the end point; of an ellipse, the centre
 
-    /** A segment at the origin, bound to the box in proportion, with rates 0. */
+    /** A segment at the origin, bound to the box in proportion, with rates 0. No list holds it yet. */
     KpPathSeg(SegType type, KpPathSegList* owner);
     virtual ~KpPathSeg();
 

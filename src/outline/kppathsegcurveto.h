@@ -10,10 +10,14 @@ public:
     KpPoint ctrl1; ///< the control point of the start
     KpPoint ctrl2; ///< the control point of the end
 
-    /** A curve whose points are bound in proportion to the width and the height, rates 0. */
+    /**
+     * A curve whose points are bound in proportion to the width and the height, rates 0.
+     *
+     * @param owner remembered only: the list that gets the segment sets it
+     */
     KpPathSegCurveTo(
         QPointF const& control1, QPointF const& control2, QPointF const& end, KpPathSegList* owner);
-    /** A curve of these points, with all their fields; the end point comes last. */
+    /** A curve of these points, with all their fields; the end comes last. `owner` as above. */
     KpPathSegCurveTo(
         KpPoint const& control1, KpPoint const& control2, KpPoint const& end, KpPathSegList* owner);
     ~KpPathSegCurveTo() override;

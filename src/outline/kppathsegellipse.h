@@ -16,12 +16,17 @@ public:
     KpReal a; ///< the horizontal radius, half the width
     KpReal b; ///< the vertical radius, half the height
 
-    /** An ellipse bound in proportion to the width and the height, rates 0. */
+    /**
+     * An ellipse bound in proportion to the width and the height, rates 0.
+     *
+     * @param owner remembered only: the list that gets the segment sets it
+     */
     KpPathSegEllipse(QPointF const& centre, double a, double b, KpPathSegList* owner);
     /**
      * Takes value and rate of the radii, but not their rules: `a` is always bound in
      * proportion to the width and `b` to the height. This is deliberate, and so holds for
-     * clone(); readers and undo write the fields afterwards and restore any rule.
+     * clone(); readers and undo write the fields afterwards and restore any rule. `owner` as
+     * above.
      */
     KpPathSegEllipse(KpPoint const& centre, KpReal const& a, KpReal const& b, KpPathSegList* owner);
     ~KpPathSegEllipse() override;

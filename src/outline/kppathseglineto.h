@@ -7,9 +7,13 @@
 class KPGEOMETRY_EXPORT KpPathSegLineTo : public KpPathSeg
 {
 public:
-    /** A line to `point`, bound in proportion to the width and the height, rates 0. */
+    /**
+     * A line to `point`, bound in proportion to the width and the height, rates 0.
+     *
+     * @param owner remembered only: the list that gets the segment sets it
+     */
     KpPathSegLineTo(QPointF const& point, KpPathSegList* owner);
-    /** A line to `point`, with all its fields. */
+    /** A line to `point`, with all its fields; `owner` as above. */
     KpPathSegLineTo(KpPoint const& point, KpPathSegList* owner);
     ~KpPathSegLineTo() override;
 

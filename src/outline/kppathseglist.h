@@ -16,14 +16,17 @@ class XmlStreamWriter;
 /**
  * One outline: the ordered list of its segments, which it owns, and three drawing flags.
  *
- * Coordinates are in the outline's own units, x to the right and y downwards. Nothing here
- * fails or throws: null segments are refused, indices out of range are ignored, bad input
- * gives the plain result. Two threads may use two lists at the same time; one list must not
- * be used by two.
+ * Coordinates are in the outline's own units, x to the right and y downwards. Indices count
+ * from 0. Nothing here fails or throws: null segments are refused, indices out of range are
+ * ignored, bad input gives the plain result. Two threads may use two lists at the same time;
+ * one list must not be used by two.
  *
  * A segment must not be held twice: removeAll() would destroy it twice, and its neighbours are
- * those of one of its places, of which one depends on the searches before. A destructor or an
+ * those of one of its places; which one depends on the searches before. A destructor or an
  * override that is called from here must not change the list.
+ *
+ * clone(), isClockwise(), toUndoValue() and saveTo() change nothing and are not const: the
+ * application's binary interface has them so.
  */
 class KPGEOMETRY_EXPORT KpPathSegList
 {
@@ -61,11 +64,11 @@ public:
     /** The flag `noFill`. */
     bool getNoFill() const;
 
-    /** Appends `seg` and takes ownership; null is refused. */
+    /** Appends `seg`, takes ownership and sets its `owner`; null is refused. */
     void addTail(KpPathSeg* seg);
     /**
-     * Inserts `seg` before the segment now at `index` and takes ownership; null is refused. A
-     * negative index means the front, one at or beyond the count the end.
+     * Inserts `seg` before the segment now at `index`, takes ownership and sets its `owner`;
+     * null is refused. A negative index means the front, one at or beyond the count the end.
      */
     void insertAt(int index, KpPathSeg* seg);
     /** Appends a move to `point`, bound in proportion to the box, rates 0. */

@@ -7,9 +7,13 @@
 class KPGEOMETRY_EXPORT KpPathSegMoveTo : public KpPathSeg
 {
 public:
-    /** A move to `point`, bound in proportion to the width and the height, rates 0. */
+    /**
+     * A move to `point`, bound in proportion to the width and the height, rates 0.
+     *
+     * @param owner remembered only: the list that gets the segment sets it
+     */
     KpPathSegMoveTo(QPointF const& point, KpPathSegList* owner);
-    /** A move to `point`, with all its fields. */
+    /** A move to `point`, with all its fields; `owner` as above. */
     KpPathSegMoveTo(KpPoint const& point, KpPathSegList* owner);
     ~KpPathSegMoveTo() override;
 

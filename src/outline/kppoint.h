@@ -55,7 +55,10 @@ struct KpReal
     {
     }
 
-    /** The three fields, in their order. */
+    /**
+     * The three fields, in their order. Nothing is computed: whatever the rule, the value is the
+     * one given here until updateValue() with the size of the box.
+     */
     KpReal(qint16 rule, double parameter, double current) noexcept
         : base(rule)
         , rate(parameter)
@@ -122,7 +125,7 @@ struct KpPoint
     /** All zero: absolute and at the origin. */
     KpPoint() noexcept = default;
 
-    /** The two coordinates, with all their fields. */
+    /** The two coordinates, with all their fields; nothing is computed. */
     KpPoint(KpReal const& horizontal, KpReal const& vertical) noexcept
         : x(horizontal)
         , y(vertical)
