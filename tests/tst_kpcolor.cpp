@@ -103,6 +103,8 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void concreteColoursAreComparedAsQtDoes();
+    void comparisonWithAQColorIsThatOfTheLeft_data();
+    void comparisonWithAQColorIsThatOfTheLeft();
 
     void streamHoldsFourItems_data();
     void streamHoldsFourItems();
@@ -542,6 +544,34 @@ void TestKpColor::concreteColoursAreComparedAsQtDoes()
     KpColor finer = colourOf(QColor(), QColor::fromRgba64(0x0102, 0, 0, 65535), 0, 0);
     QVERIFY(fine != finer);
     QVERIFY(fine.isSameInTheme(finer));
+}
+
+void TestKpColor::comparisonWithAQColorIsThatOfTheLeft_data()
+{
+    QTest::addColumn<KpColor>("colour");
+    QTest::addColumn<bool>("whole");
+    QTest::addColumn<bool>("concrete");
+    QColor const other(10, 20, 30);
+    QTest::newRow("the plain colour") << KpColor(other) << true << true;
+    QTest::newRow("with a theme") << colourOf(other, other, 0, 4) << false << true;
+    QTest::newRow("with a tint") << colourOf(other, other, 50, 0) << false << true;
+    QTest::newRow("of another reference")
+        << colourOf(QColor(1, 2, 3), other, 0, 0) << false << true;
+    QTest::newRow("another colour") << KpColor(QColor(10, 20, 31)) << false << false;
+    QTest::newRow("another alpha") << KpColor(QColor(10, 20, 30, 40)) << false << false;
+    QTest::newRow("another kind") << KpColor(other.toHsl()) << false << false;
+}
+
+void TestKpColor::comparisonWithAQColorIsThatOfTheLeft()
+{
+    QFETCH(KpColor, colour);
+    QFETCH(bool, whole);
+    QFETCH(bool, concrete);
+    QColor const other(10, 20, 30);
+    QCOMPARE(colour == other, whole);
+    QCOMPARE(colour != other, !whole);
+    QCOMPARE(other == colour, concrete);
+    QCOMPARE(other != colour, !concrete);
 }
 
 void TestKpColor::streamHoldsFourItems_data()

@@ -49,6 +49,27 @@ public:
     bool operator==(KpColor const& other) const;
     /** The negation of ==. */
     bool operator!=(KpColor const& other) const;
+    /**
+     * `left` against all of the plain colour `right`, which has no theme, no tint, and itself as
+     * reference.
+     */
+    friend bool operator==(KpColor const& left, QColor const& right)
+    {
+        return left == KpColor(right);
+    }
+    /**
+     * The concrete colours, as QColor compares them: whatever theme `right` is of. So the order
+     * of the two sides matters: deliberate, the comparison is that of the left one's class.
+     */
+    friend bool operator==(QColor const& left, KpColor const& right)
+    {
+        return left == static_cast<QColor const&>(right);
+    }
+    /** The negation of ==, in the same order. */
+    friend bool operator!=(KpColor const& left, QColor const& right) { return !(left == right); }
+    /** The negation of ==, in the same order. */
+    friend bool operator!=(QColor const& left, KpColor const& right) { return !(left == right); }
+
     /** Equal in theme index and tint; two plain colours always are. */
     bool isSameInTheme(KpColor const& other) const;
 

@@ -1,5 +1,6 @@
 # Each installed header compiles with CXX alone, included twice, as C++11 without a warning;
-# and the installed headers are the public ones of the source tree SOURCE.
+# and the installed headers are the public ones of the source tree SOURCE. Comparisons of colours
+# mean the same from C++11 to C++20, which looks for operators the other way round, too.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(include_dir ${PREFIX}/include/kpgeometry)
@@ -27,4 +28,14 @@ foreach(header IN LISTS installed)
   file(WRITE ${unit} "#include <${header}>\n#include <${header}>\n")
   kp_run("${header}" COMMAND ${CXX} -std=c++11 -Wall -Wextra -Wpedantic -Werror -fPIC
     -fsyntax-only ${cflags} ${unit})
+endforeach()
+
+kp_pkg_config(libs ${PREFIX} --libs)
+foreach(standard IN ITEMS 11 17 20)
+  set(comparison ${directory}/comparison-${standard})
+  kp_run("comparing colours in C++${standard}" COMMAND ${CXX} -std=c++${standard} -Wall -Wextra
+    -Wpedantic -Werror -fPIC ${cflags} ${SOURCE}/tests/package/comparison.cpp -o ${comparison}
+    ${libs})
+  kp_run("the comparisons of C++${standard}" COMMAND ${CMAKE_COMMAND} -E env
+    LD_LIBRARY_PATH=${PREFIX}/${LIBDIR} ${comparison})
 endforeach()
