@@ -23,6 +23,9 @@ class XmlStreamWriter;
  *
  * The concrete colour's alpha is its own: a reference colour never brings one along.
  *
+ * To stream, log or keep colours in a QVariant, include kpcolorio.h: without it the operators of
+ * QColor are found, silently, and theme, tint and reference are lost.
+ *
  * refColor(), tint(), toUndoValue() and saveTo() change nothing and are not const, and
  * assignNoAlpha() leaves its argument as it is: the application's binary interface has them so.
  */
