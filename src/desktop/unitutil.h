@@ -65,8 +65,9 @@ KPGEOMETRY_EXPORT QString feetValtoFeetIncheStr(double feet);
 /**
  * A predefined page, upright, by its index 0 to 60; any other index gives ISO A4.
  *
- * The sizes are a contract. Some come twice, and two differ from the norm that they resemble
- * (index 15 is 250 x 354 mm, index 19 is 215 x 275 mm): deliberate, documents hold the index.
+ * The sizes are a contract. Some come twice, and some differ from the norm that they resemble
+ * (index 15 is 250 x 354 mm, index 19 is 215 x 275 mm, and of the JIS B sizes 54, 55, 57 and 58
+ * have 0.1 mm too much): deliberate, documents hold the index.
  *
  * @param pixelSize receives the size in pixels
  * @param unitSize receives the size in the page's own unit

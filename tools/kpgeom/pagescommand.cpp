@@ -2,6 +2,7 @@
 #include "console.h"
 #include "text.h"
 #include "texttable.h"
+#include "unitcode_p.h"
 #include "unitutil.h"
 
 #include <QJsonArray>
@@ -10,10 +11,6 @@
 #include <QPageSize>
 
 namespace {
-
-constexpr int pageCount = 61;
-constexpr unsigned int millimetre = 1;
-constexpr unsigned int inch = 5;
 
 struct PredefinedPage
 {
@@ -24,7 +21,7 @@ struct PredefinedPage
 
     explicit PredefinedPage(int number)
         : index(number)
-        , unit(0)
+        , unit(UnitPixel)
     {
         unit = static_cast<unsigned int>(UnitUtil::preDefinedPage(index, pixels, size));
     }
@@ -40,8 +37,8 @@ struct PredefinedPage
     /** The name of the page of just this size, empty if there is none. */
     QString name() const
     {
-        QPageSize::PageSizeId const id = QPageSize::id(
-            size, unit == inch ? QPageSize::Inch : QPageSize::Millimeter, QPageSize::ExactMatch);
+        QPageSize::PageSizeId const id = QPageSize::id(size,
+            unit == UnitInch ? QPageSize::Inch : QPageSize::Millimeter, QPageSize::ExactMatch);
         return id == QPageSize::Custom ? QString() : QPageSize::name(id);
     }
 };
@@ -55,11 +52,11 @@ QString toText()
 {
     TextTable table({QStringLiteral(">index"), QStringLiteral(">mm"), QStringLiteral(">in"),
         QStringLiteral(">px"), QStringLiteral("unit"), QStringLiteral("name")});
-    for (int index = 0; index < pageCount; ++index) {
+    for (int index = 0; index < predefinedPageCount; ++index) {
         PredefinedPage const page(index);
         QString const name = page.name();
-        table.addRow({QString::number(index), sizeText(page.in(millimetre)),
-            sizeText(page.in(inch)), sizeText(page.pixels), UnitUtil::unitStr(page.unit),
+        table.addRow({QString::number(index), sizeText(page.in(UnitMillimetre)),
+            sizeText(page.in(UnitInch)), sizeText(page.pixels), UnitUtil::unitStr(page.unit),
             name.isEmpty() ? QStringLiteral("-") : name});
     }
     return table.toText();
@@ -68,13 +65,13 @@ QString toText()
 QString toJsonText()
 {
     QJsonArray pages;
-    for (int index = 0; index < pageCount; ++index) {
+    for (int index = 0; index < predefinedPageCount; ++index) {
         PredefinedPage const page(index);
         QString const name = page.name();
         pages.append(QJsonObject {{QStringLiteral("index"), index},
             {QStringLiteral("unit"), UnitUtil::unitStr(page.unit)},
-            {QStringLiteral("mm"), toJson(page.in(millimetre))},
-            {QStringLiteral("in"), toJson(page.in(inch))},
+            {QStringLiteral("mm"), toJson(page.in(UnitMillimetre))},
+            {QStringLiteral("in"), toJson(page.in(UnitInch))},
             {QStringLiteral("px"), toJson(page.pixels)},
             {QStringLiteral("name"), name.isEmpty() ? QJsonValue() : QJsonValue(name)}});
     }

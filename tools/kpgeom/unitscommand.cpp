@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "console.h"
+#include "unitcode_p.h"
 #include "unitutil.h"
 
 #include <QJsonDocument>
@@ -11,9 +12,6 @@
 #include <optional>
 
 namespace {
-
-constexpr unsigned int unitCount = 14;
-constexpr unsigned int feetAndInches = 7;
 
 /** The code of a unit's name, in any letter case. */
 std::optional<unsigned int> unitFromText(QString const& name)
@@ -39,7 +37,7 @@ struct Length
     /** "8.267716535 in", or "0'8.26772\"" in feet and inches. */
     QString text(unsigned int other) const
     {
-        if (other == feetAndInches)
+        if (other == UnitFeetAndInches)
             return UnitUtil::feetValtoFeetIncheStr(in(other));
         return QStringLiteral("%1 %2").arg(
             QString::number(in(other), 'g', 10), UnitUtil::unitStr(other));
@@ -87,8 +85,8 @@ QString toJson(UnitsOptions const& options)
     QJsonObject lengths;
     for (unsigned int const unit : targets(options)) {
         lengths.insert(UnitUtil::unitStr(unit),
-            unit == feetAndInches ? QJsonValue(options.length.text(unit))
-                                  : QJsonValue(options.length.in(unit)));
+            unit == UnitFeetAndInches ? QJsonValue(options.length.text(unit))
+                                      : QJsonValue(options.length.in(unit)));
     }
     return QString::fromUtf8(QJsonDocument(lengths).toJson());
 }
