@@ -59,8 +59,7 @@ function(kp_consume_with_pkg_config prefix directory library_path)
   file(MAKE_DIRECTORY ${directory})
   kp_pkg_config(cflags ${prefix} --cflags)
   kp_pkg_config(libs ${prefix} --libs)
-  # Qt of Debian asks its clients for position-independent code, but not in its .pc files.
-  kp_run("compiling the consumer" COMMAND ${CXX} -std=c++11 -fPIC ${cflags}
+  kp_run("compiling the consumer" COMMAND ${CXX} -std=c++11 ${cflags}
     ${CONSUMER}/main.cpp -o ${directory}/consumer ${libs})
   kp_run("running the consumer" OUTPUT said COMMAND ${CMAKE_COMMAND} -E env
     LD_LIBRARY_PATH=${library_path} ${directory}/consumer)

@@ -26,7 +26,7 @@ file(MAKE_DIRECTORY ${directory})
 foreach(header IN LISTS installed)
   set(unit ${directory}/${header}.cpp)
   file(WRITE ${unit} "#include <${header}>\n#include <${header}>\n")
-  kp_run("${header}" COMMAND ${CXX} -std=c++11 -Wall -Wextra -Wpedantic -Werror -fPIC
+  kp_run("${header}" COMMAND ${CXX} -std=c++11 -Wall -Wextra -Wpedantic -Werror
     -fsyntax-only ${cflags} ${unit})
 endforeach()
 
