@@ -1,5 +1,5 @@
 # The library is built from SOURCE against the companion libraries in COMPANIONS_PREFIX, which
-# it did not build itself, installed, and consumed.
+# it did not build itself, as users build it, installed, and consumed.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(build ${WORK}/foreign-build)
@@ -7,9 +7,16 @@ set(prefix ${WORK}/foreign-prefix)
 set(companions ${COMPANIONS_PREFIX}/${LIBDIR})
 file(REMOVE_RECURSE ${build} ${prefix})
 
-kp_run("configuring the library" COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${build} -G ${GENERATOR}
-  -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Debug -DBUILD_TESTING=OFF
+kp_run("configuring the library" COMMAND ${CMAKE_COMMAND} --preset user -S ${SOURCE} -B ${build}
+  -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
   -DCMAKE_INSTALL_LIBDIR=${LIBDIR} -DKPGEOMETRY_COMPANIONS=${COMPANIONS_PREFIX})
+file(READ ${build}/compile_commands.json commands)
+kp_expect_match("${commands}" " -O[23] " "the preset for users optimises")
+foreach(word IN ITEMS " -Werror" "tests/tst_")
+  if(commands MATCHES "${word}")
+    message(FATAL_ERROR "the preset for users compiles with or builds ${word}")
+  endif()
+endforeach()
 kp_run("building the library" COMMAND ${CMAKE_COMMAND} --build ${build} --target kpgeometry)
 
 set(library ${build}/src/libkpgeometry.so)
