@@ -35,6 +35,19 @@ if(KPGEOMETRY_COVERAGE)
   target_link_options(kpgeometry_settings INTERFACE --coverage)
 endif()
 
+# Said by every public header, first of all, since each begins with an export header. Those that
+# pass no Qt types compile without Qt.
+set(KPGEOMETRY_QT_CHECK [[
+#ifdef __has_include
+#  if __has_include(<QtGlobal>)
+#    include <QtGlobal>
+#  endif
+#endif
+#if defined(QT_VERSION) && QT_VERSION >= 0x060000
+#  error "kpgeometry needs Qt 5.15: its interface passes QMatrix, which Qt 6 no longer has"
+#endif
+]])
+
 # kpgeometry_add_library(<target> OUTPUT_NAME <name> SOURCES ... PUBLIC_HEADERS ... PUBLIC ... PRIVATE ...)
 #
 # A shared library lib<name>.so.1 with hidden visibility, the export macro
@@ -46,7 +59,8 @@ function(kpgeometry_add_library target)
 
   include(GenerateExportHeader)
   set(include_dir ${PROJECT_BINARY_DIR}/include/${target})
-  generate_export_header(${target} EXPORT_FILE_NAME ${include_dir}/${target}_export.h)
+  generate_export_header(${target} EXPORT_FILE_NAME ${include_dir}/${target}_export.h
+    CUSTOM_CONTENT_FROM_VARIABLE KPGEOMETRY_QT_CHECK)
   # Public headers lie flat, as they will be installed, and away from the private ones beside
   # which they are kept.
   foreach(header IN LISTS arg_PUBLIC_HEADERS)

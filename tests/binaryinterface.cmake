@@ -61,7 +61,9 @@ set_tests_properties(package_install PROPERTIES FIXTURES_SETUP installed_package
 kpgeometry_add_package_test(package_findpackage findpackage)
 kpgeometry_add_package_test(package_pkgconfig pkgconfig)
 kpgeometry_add_package_test(package_foreigncompanions foreigncompanions)
-set(package_tests package_findpackage package_pkgconfig package_foreigncompanions)
+kpgeometry_add_package_test(package_wrongqt wrongqt)
+set(package_tests
+  package_findpackage package_pkgconfig package_foreigncompanions package_wrongqt)
 foreach(compiler IN ITEMS GCC CLANG)
   if(KPGEOMETRY_${compiler})
     string(TOLOWER package_headers_${compiler} name)
