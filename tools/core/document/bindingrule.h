@@ -16,9 +16,9 @@ struct BindingRule
     QRgb colour; ///< of the marks that --points draws
 };
 
-/** The rules 0 to 7, then what stands for every other number. */
+/** The rules 0 to 7, and unknownRule. */
 constexpr int ruleCount = 9;
-constexpr int unknownRule = 8;
+constexpr int unknownRule = 8; ///< what stands for every other number
 
 /** @param rule from 0 to unknownRule */
 BindingRule const& bindingRule(int rule);

@@ -21,11 +21,12 @@ struct RecordedPath
         transform; ///< from the painter's coordinates, those of pen and brush, to device units
     QPen pen; ///< Qt::NoPen where no line was painted
     QBrush brush; ///< Qt::NoBrush where nothing was filled
-    QPointF brushOrigin;
+    QPointF brushOrigin; ///< in the painter's coordinates
     double fillOpacity = 1.0; ///< from 0 to 1, beside what the brush itself has
     double lineOpacity = 1.0; ///< from 0 to 1, beside what the pen itself has
-    QPainter::CompositionMode compositionMode = QPainter::CompositionMode_SourceOver;
-    QPainter::RenderHints renderHints;
+    QPainter::CompositionMode compositionMode =
+        QPainter::CompositionMode_SourceOver; ///< with what lies below
+    QPainter::RenderHints renderHints; ///< all others were off
     bool clipped = false; ///< painted under a clip, which is not recorded
 
     /** Paints the path; the painter's coordinates are device units. The painter's state stays. */
@@ -56,9 +57,11 @@ public:
     /** Images and pixmaps painted; a tiled one counts once. */
     int imageCount() const { return m_imageCount; }
 
+    /** Only QPainter calls it. */
     QPaintEngine* paintEngine() const override;
 
 protected:
+    /** What Qt asks of every device; the size is rounded up to whole units. */
     int metric(PaintDeviceMetric metric) const override;
 
 private:

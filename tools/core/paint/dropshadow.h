@@ -9,15 +9,15 @@
 /** How far a kernel reaches, and how flat it is: see GaussianBlur::blurBitmap(). */
 struct BlurKernel
 {
-    unsigned int radius;
-    unsigned int flatness;
+    unsigned int radius; ///< in pixels
+    unsigned int flatness; ///< 0 is a triangle, a large one nearly a box
 };
 
 /** The shadow that a picture throws on the plane behind it. */
 struct DropShadow
 {
     QPoint offset; ///< to the right and downwards, in pixels
-    QColor colour;
+    QColor colour; ///< of the shadow of an opaque picture
 };
 
 /** What a picture and its blurred shadow cover, the picture beginning at (0, 0). */

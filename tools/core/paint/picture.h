@@ -20,8 +20,8 @@ constexpr double unitsAnInch = 96.0;
 /** Something to be drawn, in units of 1/96 inch. */
 struct Picture
 {
-    QSizeF size;
-    std::function<void(QPainter&)> paint;
+    QSizeF size; ///< of the page, which begins at (0, 0)
+    std::function<void(QPainter&)> paint; ///< draws it, and leaves the background alone
 };
 
 /** The formats that drawings are written in. */
