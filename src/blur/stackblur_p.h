@@ -1,9 +1,12 @@
 #ifndef STACKBLUR_P_H
 #define STACKBLUR_P_H
 
+#include "processorfeatures_p.h"
+
 #include <QtGlobal>
 
 #include <cstddef>
+#include <vector>
 
 /**
  * The stack blur of 32-bit pixels, in place: along all rows, then along all columns.
@@ -106,6 +109,17 @@ void blurPlain(Pixels const& pixels, Kernel const& kernel);
 
 /** The same bytes with the widest vectors that the processor has, for a kernel that it takes. */
 void blurWide(Pixels const& pixels, Kernel const& kernel);
+
+/** blurWide() for one set of instructions. */
+struct WideBlur
+{
+    char const* instructions; ///< the name of the set
+    char const* features; ///< without one of which a processor must not run it; commas separate
+    void (*blur)(Pixels const& pixels, Kernel const& kernel);
+};
+
+/** Those for a processor that passes the test, the widest vectors first; there always is one. */
+std::vector<WideBlur> wideBlurs(ProcessorFeatures::Test test);
 
 } // namespace StackBlur
 

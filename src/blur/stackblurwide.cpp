@@ -1,20 +1,24 @@
 // Compiled once for each set of instructions: the macros of Highway include this file again.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "stackblurwide.cpp"
-// Vectors whose size is not known to the compiler cannot be members of a class.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
-// A compiler that is told of the processor may take this set for the least there is.
-#define HWY_WANT_AVX3_DL 1
+// Vectors whose size is not known to the compiler cannot be members of a class. AVX3_DL has nothing
+// for the blur that AVX3 lacks.
+#define HWY_DISABLED_TARGETS                                                                       \
+    (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV | HWY_AVX3_DL)
+// Not needed either, and not every compiler can ask a processor for it.
+#define HWY_DISABLE_F16C
 #include <hwy/foreach_target.h>
 
-#include <hwy/aligned_allocator.h>
 #include <hwy/highway.h>
 
+#include "processorfeatures_p.h"
 #include "stackblur_p.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
+#include <memory>
 
 HWY_BEFORE_NAMESPACE();
 
@@ -47,6 +51,12 @@ constexpr int lineBytes = int(hn::MaxLanes(Bytes()));
 constexpr int pixelBytes = 4;
 constexpr int linePixels = lineBytes / pixelBytes;
 constexpr int blockBytes = 16; ///< within which Highway interleaves
+
+/** Memory for the bytes of a line. */
+struct alignas(lineBytes) LineMemory
+{
+    quint8 bytes[lineBytes];
+};
 
 /** The channels of a line as words: those in even places, and those in odd ones. */
 struct WideLine
@@ -343,8 +353,10 @@ HWY_NOINLINE void blurTogether(int height, int radius, StripBlurs... strips)
 
 template <class LineSums> void blurColumns(Pixels const& pixels, Kernel const& kernel)
 {
-    std::size_t const ringBytes = std::size_t(kernel.radius + 1) * std::size_t(lineBytes);
-    auto const rings = hwy::AllocateAligned<quint8>(2 * ringBytes);
+    int const ringLines = kernel.radius + 1;
+    std::unique_ptr<LineMemory[]> const memory(new LineMemory[std::size_t(2 * ringLines)]);
+    quint8* const firstRing = memory[0].bytes;
+    quint8* const secondRing = memory[std::size_t(ringLines)].bytes;
     auto const wholeStrip = [&](int left, quint8* ring) HWY_ATTR {
         return StripBlur<LineSums, true>(Strip<true>(pixels, left, linePixels), kernel, ring);
     };
@@ -352,15 +364,15 @@ template <class LineSums> void blurColumns(Pixels const& pixels, Kernel const& k
     constexpr int together = lineBytes >= 64 ? 2 * linePixels : linePixels;
     int left = 0;
     for (; together > linePixels && left + together <= pixels.width; left += together) {
-        blurTogether(pixels.height, kernel.radius, wholeStrip(left, rings.get()),
-            wholeStrip(left + linePixels, rings.get() + ringBytes));
+        blurTogether(pixels.height, kernel.radius, wholeStrip(left, firstRing),
+            wholeStrip(left + linePixels, secondRing));
     }
     for (; left + linePixels <= pixels.width; left += linePixels)
-        blurTogether(pixels.height, kernel.radius, wholeStrip(left, rings.get()));
+        blurTogether(pixels.height, kernel.radius, wholeStrip(left, firstRing));
     if (left < pixels.width) {
         Strip<false> const rest(pixels, left, pixels.width - left);
         blurTogether(
-            pixels.height, kernel.radius, StripBlur<LineSums, false>(rest, kernel, rings.get()));
+            pixels.height, kernel.radius, StripBlur<LineSums, false>(rest, kernel, firstRing));
     }
 }
 
@@ -517,10 +529,9 @@ class LineRing
 public:
     explicit LineRing(int radius)
         // From the one that leaves to a tile beyond the one that arrives.
-        : m_size((2 * radius + 2 + 2 * Tile::side) * std::ptrdiff_t(lineBytes))
-        , m_bytes(hwy::AllocateAligned<quint8>(std::size_t(m_size)))
+        : m_size(2 * radius + 2 + 2 * Tile::side)
+        , m_lines(new LineMemory[std::size_t(m_size)]())
     {
-        std::fill_n(m_bytes.get(), m_size, quint8(0));
     }
 
     /** Goes round the ring line by line. */
@@ -528,30 +539,30 @@ public:
     {
     public:
         HWY_INLINE Cursor(LineRing const& ring, int line)
-            : m_begin(ring.m_bytes.get())
+            : m_begin(ring.m_lines.get())
             , m_end(m_begin + ring.m_size)
-            , m_place(m_begin + line * std::ptrdiff_t(lineBytes))
+            , m_place(m_begin + line)
         {
         }
 
-        HWY_INLINE ByteVector line() const { return hn::Load(Bytes(), m_place); }
-        HWY_INLINE void setLine(ByteVector line) { hn::Store(line, Bytes(), m_place); }
+        HWY_INLINE ByteVector line() const { return hn::Load(Bytes(), m_place->bytes); }
+        HWY_INLINE void setLine(ByteVector line) { hn::Store(line, Bytes(), m_place->bytes); }
         HWY_INLINE void advance()
         {
-            m_place += lineBytes;
+            ++m_place;
             if (m_place == m_end)
                 m_place = m_begin;
         }
 
     private:
-        quint8* m_begin;
-        quint8* m_end;
-        quint8* m_place;
+        LineMemory* m_begin;
+        LineMemory* m_end;
+        LineMemory* m_place;
     };
 
 private:
-    std::ptrdiff_t m_size;
-    hwy::AlignedFreeUniquePtr<quint8[]> m_bytes;
+    int m_size;
+    std::unique_ptr<LineMemory[]> m_lines;
 };
 
 template <class LineSums>
@@ -619,7 +630,17 @@ void blur(Pixels const& pixels, Kernel const& kernel)
         blurWith<Sums<true, false>>(pixels, kernel);
 }
 
-#endif // HWY_TARGET
+#endif // HWY_TARGET == HWY_SCALAR
+
+#if HWY_TARGET == HWY_STATIC_TARGET
+// What the compiler takes for granted anyway.
+constexpr char const* features = "";
+#else
+constexpr char const* features = HWY_TARGET_STR;
+#endif
+
+// A constant and no function: that would itself be made of these instructions.
+constexpr WideBlur wideBlur {&HWY_STR(HWY_NAMESPACE)[2], features, blur};
 
 } // namespace HWY_NAMESPACE
 } // namespace StackBlur
@@ -628,15 +649,40 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 
-namespace StackBlur {
+namespace {
 
-HWY_EXPORT(blur);
+constexpr StackBlur::WideBlur all[] = {
+#if HWY_TARGETS & HWY_AVX3 & ~HWY_STATIC_TARGET
+    StackBlur::N_AVX3::wideBlur,
+#endif
+#if HWY_TARGETS & HWY_AVX2 & ~HWY_STATIC_TARGET
+    StackBlur::N_AVX2::wideBlur,
+#endif
+#if HWY_TARGETS & HWY_SSE4 & ~HWY_STATIC_TARGET
+    StackBlur::N_SSE4::wideBlur,
+#endif
+#if HWY_TARGETS & HWY_SSSE3 & ~HWY_STATIC_TARGET
+    StackBlur::N_SSSE3::wideBlur,
+#endif
+    StackBlur::HWY_STATIC_DISPATCH(wideBlur),
+};
 
-void blurWide(Pixels const& pixels, Kernel const& kernel)
+} // namespace
+
+std::vector<StackBlur::WideBlur> StackBlur::wideBlurs(ProcessorFeatures::Test test)
 {
-    HWY_DYNAMIC_DISPATCH(blur)(pixels, kernel);
+    std::vector<WideBlur> result;
+    std::copy_if(
+        std::begin(all), std::end(all), std::back_inserter(result), [test](WideBlur const& blur) {
+            return ProcessorFeatures::areAllPresent(blur.features, test);
+        });
+    return result;
 }
 
-} // namespace StackBlur
+void StackBlur::blurWide(Pixels const& pixels, Kernel const& kernel)
+{
+    static WideBlur const fastest = wideBlurs(ProcessorFeatures::isPresent).front();
+    fastest.blur(pixels, kernel);
+}
 
 #endif // HWY_ONCE
