@@ -166,6 +166,26 @@ void* addressOf(QString const& name)
     return dlsym(libraryHandle(), name.toLatin1().constData());
 }
 
+/** The names of what the dynamic linker loads along with the library, sorted. */
+QStringList neededLibraries()
+{
+    link_map const* map = nullptr;
+    if (dlinfo(libraryHandle(), RTLD_DI_LINKMAP, &map) != 0)
+        return {};
+    char const* names = nullptr;
+    for (ElfW(Dyn) const* entry = map->l_ld; entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_STRTAB)
+            names = reinterpret_cast<char const*>(entry->d_un.d_ptr);
+    }
+    QStringList needed;
+    for (ElfW(Dyn) const* entry = map->l_ld; entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_NEEDED)
+            needed << QString::fromLatin1(names + entry->d_un.d_val);
+    }
+    needed.sort();
+    return needed;
+}
+
 /** The size of the object at `address` as its symbol gives it, 0 if there is no symbol. */
 std::size_t symbolSize(void* address)
 {
@@ -214,6 +234,7 @@ private Q_SLOTS:
     void exportedSymbolsAreThoseOfTheList_data();
     void exportedSymbolsAreThoseOfTheList();
     void importedSymbolsAreThoseOfTheList();
+    void neededLibrariesAreThoseOfTheList();
     void fixedColoursNeedNoCodeAtLoad();
 };
 
@@ -648,6 +669,21 @@ void TestBinaryInterface::importedSymbolsAreThoseOfTheList()
     }
     QVERIFY2(error.isEmpty(), qPrintable(error));
     QString const found = differences(imported, list);
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+/** The library takes the place of one in programs that bring nothing more. */
+void TestBinaryInterface::neededLibrariesAreThoseOfTheList()
+{
+    NameList list {{"libKPBX.so.1", "libkpgraphics.so.1", "libQt5Core.so.5", "libQt5Gui.so.5",
+                       "libQt5Xml.so.5", "libstdc++.so.6", "libc.so.6"},
+        // The rest of the run time, which the linker may leave out where nothing refers to it.
+        {"libm.so.6", "libgcc_s.so.1", "ld-linux-x86-64.so.2", "ld-linux-aarch64.so.1"}};
+    // gcc gives a shared library the run time of the sanitizers, clang only the program.
+    if (sanitized)
+        list.optional << "libasan.so.8"
+                      << "libubsan.so.1";
+    QString const found = differences(neededLibraries(), list);
     QVERIFY2(found.isEmpty(), qPrintable(found));
 }
 
