@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -150,6 +151,35 @@ std::string plainText(std::string const& bytes)
     return digest.text();
 }
 
+std::string digestText(MD5& md5, unsigned char const* bytes)
+{
+    return md5.bytesToHexString(bytes, 16);
+}
+
+using Words = QVector<quint64>;
+
+/** The chaining values, which are the first four words of an object, and the count behind them. */
+Words stateAndCount(MD5 const& md5)
+{
+    Words words(6);
+    std::memcpy(words.data(), static_cast<void const*>(&md5), 6 * sizeof(quint64));
+    return words;
+}
+
+/** 0, 1, 2 and so on: no two words of it are the same. */
+std::string risingBlock()
+{
+    std::string block;
+    for (int i = 0; i < 64; ++i)
+        block += char(i);
+    return block;
+}
+
+unsigned char const* bytesOf(std::string const& block)
+{
+    return reinterpret_cast<unsigned char const*>(block.data());
+}
+
 } // namespace
 
 class TestMd5 : public QObject
@@ -172,8 +202,13 @@ private Q_SLOTS:
     void lengthsAboveHalfAGigabyteCountInTheCarry();
     void wordsAreLittleEndian();
     void bytesBecomeDigits();
+    void freshStateIsThatOfTheAlgorithm();
+    void aBlockIsAddedToTheState_data();
+    void aBlockIsAddedToTheState();
+    void aBlockAddedByHandIsNotCounted();
     void aBlockIsAStepOfUpdate();
     void finalComputesTheDigest();
+    void finalPutsBackPartOfTheState();
 
     void filesAreReadToTheirEnd_data();
     void filesAreReadToTheirEnd();
@@ -390,29 +425,93 @@ void TestMd5::bytesBecomeDigits()
     QCOMPARE(md5.bytesToHexString(many.data(), many.size()).size(), size_t(2000));
 }
 
+void TestMd5::freshStateIsThatOfTheAlgorithm()
+{
+    Words const fresh {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476, 0, 0};
+    MD5 md5;
+    QCOMPARE(stateAndCount(md5), fresh);
+    md5.update(std::string(100, 'x'));
+    QVERIFY(stateAndCount(md5) != fresh);
+    md5.reset();
+    QCOMPARE(stateAndCount(md5), fresh);
+}
+
+void TestMd5::aBlockIsAddedToTheState_data()
+{
+    QTest::addColumn<QVector<std::string>>("blocks");
+    QTest::addColumn<Words>("state");
+    std::string const rising = risingBlock();
+    std::string const ones(64, '\xFF');
+    QTest::newRow("0 to 63") << QVector<std::string> {rising}
+                             << Words {0x831CCB39E7FEC98D, 0x7657C3CF3DB5050B, 0x1AB7CA2EE6EA7DF9,
+                                    0x4875CB2F66E5FAB7};
+    QTest::newRow("all bits set") << QVector<std::string> {ones}
+                                  << Words {0x7C529DE3BC2D6022, 0xF85B1E788DAA4D28,
+                                         0x5B7BDFE098D56016, 0x420341E234CD3991};
+    QTest::newRow("one after the other")
+        << QVector<std::string> {rising, ones}
+        << Words {0xB7A70946ED763835, 0x2D901527721EBB8C, 0x2831458F1F65E2B5, 0xADEA493BE25BA762};
+}
+
+void TestMd5::aBlockIsAddedToTheState()
+{
+    QFETCH(QVector<std::string>, blocks);
+    QFETCH(Words, state);
+    MD5 md5;
+    for (std::string const& block : qAsConst(blocks))
+        md5.transform(bytesOf(block));
+    QCOMPARE(stateAndCount(md5).mid(0, 4), state);
+}
+
+void TestMd5::aBlockAddedByHandIsNotCounted()
+{
+    MD5 md5("abc", 3);
+    md5.transform(bytesOf(risingBlock()));
+    QCOMPARE(stateAndCount(md5).mid(4), (Words {24, 0}));
+    // The three bytes are still in the buffer.
+    md5.update("def", 3);
+    QCOMPARE(stateAndCount(md5).mid(4), (Words {48, 0}));
+    QCOMPARE(md5.toString(), std::string("f02cef394c3c7001e6aeb3aa263d3bb5"));
+}
+
 void TestMd5::aBlockIsAStepOfUpdate()
 {
-    // Only the state: the count and the buffer stay.
-    std::string const block(64, 'q');
     MD5 byHand;
-    byHand.transform(reinterpret_cast<unsigned char const*>(block.data()));
-    MD5 updated(block);
-    QVERIFY(byHand.toString() != updated.toString());
-    MD5 twice;
-    twice.transform(reinterpret_cast<unsigned char const*>(block.data()));
-    QCOMPARE(byHand.toString(), twice.toString());
+    byHand.transform(bytesOf(risingBlock()));
+    QCOMPARE(byHand.toString(), std::string("8f21c8bfd887c793a8681bbed44e6d3e"));
+    MD5 updated(risingBlock());
+    QCOMPARE(stateAndCount(updated).mid(4), (Words {512, 0}));
+    QCOMPARE(updated.toString(), std::string("fb6122b802138409f4c4bdb21f80b934"));
 }
 
 void TestMd5::finalComputesTheDigest()
 {
-    MD5 md5("abc", 3);
+    MD5 md5;
+    unsigned char const* const bytes = md5.digest();
+    md5.reset();
+    md5.update("abc", 3);
+    // Nothing has computed the digest of the new message yet.
+    QCOMPARE(digestText(md5, bytes), std::string("e4c23762ed2823a27e62a64b95c024e7"));
     md5.final();
+    QCOMPARE(digestText(md5, bytes), std::string("7999dc75e8da648c6727e137c5b77803"));
     // It was no digest(): that one computes again, from what the first has left.
-    PlainDigest plain;
-    plain.add("abc");
-    plain.text();
-    plain.add("");
-    QCOMPARE(md5.toString(), plain.text());
+    QCOMPARE(md5.toString(), std::string("c7ca5bc53a31434fdd0907e87ede8ec6"));
+}
+
+void TestMd5::finalPutsBackPartOfTheState()
+{
+    MD5 md5(std::string(60, 'x'));
+    Words const before = stateAndCount(md5);
+    md5.final();
+    Words const after = stateAndCount(md5);
+    QCOMPARE(after.at(0), before.at(0));
+    QCOMPARE(after.at(1), before.at(1));
+    QVERIFY(after.at(2) != before.at(2));
+    QVERIFY(after.at(3) != before.at(3));
+    QCOMPARE(after.mid(4), (Words {480, 0}));
+    QCOMPARE(before.mid(4), (Words {480, 0}));
+    md5.update(std::string(60, 'y'));
+    QCOMPARE(md5.toString(), std::string("b99c23225aa75f39c09ac1f06912aab9"));
 }
 
 void TestMd5::filesAreReadToTheirEnd_data()
