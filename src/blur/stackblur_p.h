@@ -11,6 +11,10 @@
 /**
  * The stack blur of 32-bit pixels, in place: along all rows, then along all columns.
  *
+ * Known by that name since Mario Klingemann published it in 2004: a triangle in place of the bell
+ * of a Gaussian blur, and running sums that make the time independent of the radius. The box below
+ * the triangle is an addition to it.
+ *
  * The kernel is a triangle on top of a box. Its sums are kept from pixel to pixel: all in the span
  * up to the middle ("outgoing"), all behind it ("incoming"), and the weighted sum of all. One step
  * takes the outgoing sum off the weighted one, lets a pixel leave, another come in, adds the
@@ -44,6 +48,10 @@ struct Kernel
 /**
  * Quotients by multiplication, exact for the sums of a kernel: a sum of 255 times the divisor at
  * most, a divisor from 2 to 2^23.
+ *
+ * The idea is that of T. Granlund and P. L. Montgomery, "Division by Invariant Integers using
+ * Multiplication", PLDI 1994: a reciprocal scaled by a power of 2 and rounded up. Theirs serves all
+ * numbers of a word; that sums end at 255 times the divisor leaves a multiplier of 32 bits.
  *
  * Sum and divisor are scaled by the same power of 2, to a divisor S above 256. Let M be 2^(32+k) / S,
  * rounded up, so that M * S = 2^(32+k) + e with 0 <= e < S. Then
