@@ -2,7 +2,7 @@
 #define COMMANDLINE_H
 
 #include "command.h"
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QCommandLineParser>
 #include <QSizeF>

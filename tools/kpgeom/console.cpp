@@ -1,9 +1,9 @@
 #include "console.h"
 
-#include "filecontent.h"
+#include "common/filecontent.h"
+#include "common/text.h"
 #include "filereplacement_p.h"
 #include "progress.h"
-#include "text.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #ifndef CONSOLE_H
 #define CONSOLE_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QByteArray>
 #include <QString>

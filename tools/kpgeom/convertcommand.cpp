@@ -1,11 +1,11 @@
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
 #include "document/outlinedocument.h"
 #include "document/shapeformat.h"
 #include "import/svgimport.h"
 #include "import/textimport.h"
 #include "messagelog.h"
-#include "text.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomDocument>

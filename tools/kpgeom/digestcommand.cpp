@@ -1,9 +1,9 @@
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
 #include "document/contentkind.h"
 #include "md5.h"
 #include "progress.h"
-#include "text.h"
 
 #include <QFile>
 #include <QFileInfo>

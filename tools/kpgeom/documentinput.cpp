@@ -1,7 +1,7 @@
 #include "documentinput.h"
 
+#include "common/text.h"
 #include "console.h"
-#include "text.h"
 
 std::optional<OutlineDocument> loadDocument(
     QString const& operand, ProgressFunction const& progress)

@@ -1,9 +1,9 @@
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
 #include "document/outlinesummary.h"
 #include "documentinput.h"
 #include "progress.h"
-#include "text.h"
 #include "texttable.h"
 
 #include <QJsonArray>

@@ -1,6 +1,6 @@
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
-#include "text.h"
 #include "texttable.h"
 #include "unitcode_p.h"
 #include "unitutil.h"

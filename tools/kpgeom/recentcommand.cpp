@@ -1,8 +1,8 @@
 #include "commandline.h"
+#include "common/filecontent.h"
+#include "common/text.h"
 #include "console.h"
-#include "filecontent.h"
 #include "recentlists.h"
-#include "text.h"
 #include "texttable.h"
 
 #include <QDir>

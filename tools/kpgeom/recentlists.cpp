@@ -1,8 +1,8 @@
 #include "recentlists.h"
 
 #include "check/recentaudit.h"
-#include "filecontent.h"
-#include "xmldiagnostic.h"
+#include "common/filecontent.h"
+#include "common/xmldiagnostic.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #ifndef RECENTLISTS_H
 #define RECENTLISTS_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 #include "kprecentfilemanager.h"
 
 #include <optional>

@@ -1,4 +1,5 @@
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
 #include "documentinput.h"
 #include "paint/colourtext.h"
@@ -6,7 +7,6 @@
 #include "paint/drawing.h"
 #include "pictureoutput.h"
 #include "progress.h"
-#include "text.h"
 
 #include <QFileInfo>
 

@@ -1,10 +1,10 @@
 #include "check/outlineaudit.h"
 
+#include "common/text.h"
 #include "document/bindingrule.h"
 #include "document/geometrywalker.h"
 #include "geometryformat_p.h"
 #include "numbertext_p.h"
-#include "text.h"
 
 #include <cmath>
 

@@ -17,14 +17,20 @@
 class OutlineAudit
 {
 public:
+    /** Told each finding: the element that it is about, and what it is. */
     using Report = std::function<void(QDomNode const&, QString const&)>;
 
+    /** @param report called for each finding */
     explicit OutlineAudit(Report const& report)
         : m_report(report)
     {
     }
 
-    /** @param list what the DOM reader has made of the element */
+    /**
+     * Looks through one element.
+     *
+     * @param list what the DOM reader has made of the element
+     */
     void geometry(QDomElement const& element, KpPathSegList const& list) const;
 
 private:

@@ -1,7 +1,7 @@
 #ifndef OUTLINECHECK_H
 #define OUTLINECHECK_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 #include "document/outlinedocument.h"
 
 /**

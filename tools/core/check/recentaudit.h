@@ -1,7 +1,7 @@
 #ifndef RECENTAUDIT_H
 #define RECENTAUDIT_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 class QDomDocument;
 

@@ -1,7 +1,7 @@
 #ifndef ELEMENTPOSITION_H
 #define ELEMENTPOSITION_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QDomNode>
 

@@ -17,7 +17,7 @@ public:
     /** A real of the segment, under the letter of its element. */
     struct Coordinate
     {
-        QString letter;
+        QString letter; ///< the name of its element
         KpReal const* real; ///< of the segment; not owned
         bool isGiven; ///< whether there has been an element of it
     };
@@ -29,6 +29,7 @@ public:
         bool isFirst; ///< false for a coordinate that the segment has had before
     };
 
+    /** @param segment what the readers have made of the element; it must outlive this */
     explicit SegmentWalker(KpPathSeg& segment);
 
     /** Goes on to the next child element, which has this name. */

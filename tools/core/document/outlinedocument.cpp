@@ -1,9 +1,9 @@
 #include "document/outlinedocument.h"
 
+#include "common/xmldiagnostic.h"
 #include "document/contentkind.h"
 #include "document/shapeformat.h"
 #include "geometryformat_p.h"
-#include "xmldiagnostic.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #ifndef OUTLINEDOCUMENT_H
 #define OUTLINEDOCUMENT_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 #include "kppathseglist.h"
 
 #include <QDomDocument>
@@ -19,7 +19,7 @@ struct Outline
     QString name; ///< the Name of the element around it, or empty
     /** The FillRule of the element around it; none if that names no rule. */
     std::optional<Qt::FillRule> fillRule;
-    QDomElement element;
+    QDomElement element; ///< in the tree of the document
     std::unique_ptr<KpPathSegList> list; ///< what the DOM reader makes of the element
 };
 
@@ -40,10 +40,13 @@ public:
     static std::optional<OutlineDocument> read(QByteArray const& text, QString const& file,
         Diagnostics& diagnostics, ProgressFunction const& progress);
 
+    /** The name that it was read under. */
     QString const& file() const { return m_file; }
     /** The bytes as read. */
     QByteArray const& text() const { return m_text; }
+    /** In document order. Their lists may be changed, and written by rewritten(). */
     std::vector<Outline>& outlines() { return m_outlines; }
+    /** In document order. */
     std::vector<Outline> const& outlines() const { return m_outlines; }
     /** Whether it is an SVG picture, which importSvg() reads, rather than a document of outlines. */
     bool isSvgPicture() const;

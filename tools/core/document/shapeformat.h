@@ -10,33 +10,37 @@
  */
 namespace ShapeFormat {
 
+/** The root element. */
 inline QString shapes()
 {
     return QStringLiteral("Shapes");
 }
 
+/** The element around one Geometry. */
 inline QString shape()
 {
     return QStringLiteral("Shape");
 }
 
+/** An attribute: what the outline is called. */
 inline QString name()
 {
     return QStringLiteral("Name");
 }
 
-/** The box that the outline was made for, in its own units. */
+/** An attribute: the width of the box that the outline was made for, in its own units. */
 inline QString width()
 {
     return QStringLiteral("Width");
 }
 
+/** Likewise the height. */
 inline QString height()
 {
     return QStringLiteral("Height");
 }
 
-/** "evenodd" or "nonzero", on a shape that the two rules fill differently. */
+/** An attribute: "evenodd" or "nonzero", on a shape that the two rules fill differently. */
 inline QString fillRule()
 {
     return QStringLiteral("FillRule");

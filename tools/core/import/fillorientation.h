@@ -6,7 +6,7 @@
 /** A path after the attempt to make both fill rules draw it alike. */
 struct OrientedPath
 {
-    QPainterPath path;
+    QPainterPath path; ///< with subpaths reversed, or as it was
     /** Whether nonzero winding and even-odd filling cover the same with `path`. */
     bool isSameForBothRules;
 };

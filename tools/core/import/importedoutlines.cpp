@@ -1,8 +1,8 @@
 #include "import/importedoutlines.h"
 
+#include "common/text.h"
 #include "import/fillorientation.h"
 #include "kppath.h"
-#include "text.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #ifndef IMPORTEDOUTLINES_H
 #define IMPORTEDOUTLINES_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 #include "import/pathrecorder.h"
 #include "kppathseglist.h"
 
@@ -36,7 +36,7 @@ struct ImportedOutline
 struct ImportedOutlines
 {
     QSizeF size; ///< in outline units
-    std::vector<ImportedOutline> outlines;
+    std::vector<ImportedOutline> outlines; ///< the first lies lowest
 };
 
 /**

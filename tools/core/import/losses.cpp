@@ -1,8 +1,8 @@
 #include "import/losses.h"
 
+#include "common/text.h"
 #include "document/outlinedocument.h"
 #include "document/shortlines.h"
-#include "text.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "import/svgguard.h"
 
+#include "common/xmldiagnostic.h"
 #include "document/contentkind.h"
 #include "import/gunzip.h"
-#include "xmldiagnostic.h"
 
 #include <QHash>
 #include <QMap>

@@ -1,7 +1,7 @@
 #ifndef SVGGUARD_H
 #define SVGGUARD_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QByteArray>
 

@@ -1,8 +1,8 @@
 #include "import/svgimport.h"
 
+#include "common/text.h"
 #include "import/losses.h"
 #include "import/svgguard.h"
-#include "text.h"
 
 #include <QSvgRenderer>
 

@@ -1,6 +1,6 @@
 #include "paint/contactsheet.h"
 
-#include "text.h"
+#include "common/text.h"
 
 #include <QFont>
 #include <QFontMetricsF>

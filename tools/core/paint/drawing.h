@@ -17,7 +17,7 @@ struct DrawingLayout
         scale; ///< picture units a unit; by default 1, or less for a large drawing
     std::optional<double> width; ///< of the whole picture; it gives the scale, as height does
     std::optional<double> height; ///< of both the smaller scale is taken, and the drawing centred
-    OutlineStyle style;
+    OutlineStyle style; ///< of all outlines
 };
 
 /** All figures over one another, resized as the layout says. */

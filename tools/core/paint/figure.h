@@ -15,12 +15,12 @@ struct Figure
     /** An outline and the rule that it is meant to be filled with, if it names one. */
     struct Part
     {
-        std::shared_ptr<KpPathSegList> list;
-        std::optional<Qt::FillRule> fillRule;
+        std::shared_ptr<KpPathSegList> list; ///< never null
+        std::optional<Qt::FillRule> fillRule; ///< none: nonzero
     };
 
-    QString caption;
-    std::vector<Part> parts;
+    QString caption; ///< what it is called
+    std::vector<Part> parts; ///< in the order in which they are drawn
 };
 
 /** What the figure covers; without bounds if a coordinate of it cannot be drawn. */

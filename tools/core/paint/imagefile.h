@@ -1,7 +1,7 @@
 #ifndef IMAGEFILE_H
 #define IMAGEFILE_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QByteArray>
 #include <QImage>

@@ -25,6 +25,7 @@ struct OutlineStyle
 class OutlinePainter
 {
 public:
+    /** @param painter not owned, must outlive this */
     OutlinePainter(QPainter& painter, OutlineStyle const& style);
 
     /**
@@ -40,6 +41,7 @@ public:
 
     /** Explains the colours of the marks; `topLeft` is in the painter's units. */
     void drawLegend(QPointF const& topLeft);
+    /** What the legend takes, in the painter's units. */
     static QSizeF legendSize();
 
 private:

@@ -1,6 +1,6 @@
 #include "paint/picture.h"
 
-#include "text.h"
+#include "common/text.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,7 +1,7 @@
 #ifndef PICTURE_H
 #define PICTURE_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QByteArray>
 #include <QColor>
@@ -33,7 +33,7 @@ std::optional<PictureFormat> pictureFormat(QString const& name);
 /** How a picture becomes a file. */
 struct PictureSettings
 {
-    PictureFormat format = PictureFormat::Svg;
+    PictureFormat format = PictureFormat::Svg; ///< of the file
     QColor background = Qt::white; ///< transparent: none is drawn
     double dotsPerInch = unitsAnInch; ///< of a PNG file; finite and above 0
     QString title; ///< told to whoever looks at the file's properties

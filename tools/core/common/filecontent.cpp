@@ -1,4 +1,4 @@
-#include "filecontent.h"
+#include "common/filecontent.h"
 
 #include "boundedxml_p.h"
 #include "filereplacement_p.h"

@@ -2,7 +2,7 @@
 #define XMLDIAGNOSTIC_H
 
 #include "boundedxml_p.h"
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 /** What is wrong with an XML text, on one line, as a failure of the tools. */
 inline Diagnostic xmlDiagnostic(BoundedXml::Error const& error, QString const& file)

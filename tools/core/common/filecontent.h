@@ -1,7 +1,7 @@
 #ifndef FILECONTENT_H
 #define FILECONTENT_H
 
-#include "diagnostic.h"
+#include "common/diagnostic.h"
 
 #include <QByteArray>
 #include <QString>
