@@ -80,7 +80,7 @@ inline double encoded(double linear)
     return 1.055 * std::pow(linear, 0.4166666666666667) - 0.055;
 }
 
-/** The channel of an intensity; not-a-number counts as 0. */
+/** The channel of an intensity; NaN counts as 0. */
 inline int level(double intensity)
 {
     double const rounded = std::floor(encoded(intensity) * 255.0 + 0.5);

@@ -40,7 +40,7 @@ inline bool sameBits(double left, double right)
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-/** Equal to the last bit; all that is not a number is alike. */
+/** Equal to the last bit; NaN is NaN, whatever its bits. */
 inline bool isSame(double left, double right)
 {
     return (std::isnan(left) && std::isnan(right)) || sameBits(left, right);
@@ -48,7 +48,7 @@ inline bool isSame(double left, double right)
 
 /**
  * A double in hexadecimal notation: equal texts are equal numbers, to the last bit and to the sign
- * of a zero; all that is not a number is alike.
+ * of a zero; NaN is NaN, whatever its bits.
  */
 inline QString exact(double number)
 {
@@ -173,7 +173,7 @@ private:
             qPrintable(Testing::difference(#actual, actualValue, expectedValue)));                 \
     } while (false)
 
-/** COMPARE_BITS for which all that is not a number is alike. */
+/** COMPARE_BITS for which NaN is NaN, whatever its bits. */
 #define COMPARE_SAME(actual, expected)                                                             \
     do {                                                                                           \
         double const actualValue = (actual);                                                       \

@@ -45,7 +45,7 @@ KpColor transformed(QString const& name, QColor const& colour, double value)
 // The transforms once more, number by number.
 namespace Plain {
 
-/** Toward zero; beyond the range of int the nearer end, not-a-number 0. */
+/** Toward zero; beyond the range of int the nearer end, NaN 0. */
 int toInt(double number)
 {
     if (std::isnan(number))

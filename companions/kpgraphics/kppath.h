@@ -62,7 +62,7 @@ public:
     /**
      * Whether the outline runs clockwise on screen: the sign of the signed area of the one
      * polygon through all element points, control points included. False for zero area and
-     * where a coordinate is not a number.
+     * where a coordinate is NaN.
      */
     KPGRAPHICS_EXPORT bool isClockWise();
 

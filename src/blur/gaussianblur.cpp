@@ -5,6 +5,7 @@
 #include <QColorSpace>
 
 #include <algorithm>
+#include <iterator>
 
 // clang-format off
 unsigned int GaussianBlur::g_gus_blur_scale[255] = {
@@ -35,7 +36,9 @@ unsigned int GaussianBlur::g_gus_blur_scale[255] = {
 
 namespace {
 
-constexpr unsigned int greatestRadius = 254;
+static_assert(std::size(GaussianBlur::g_gus_blur_scale) == StackBlur::greatestRadius + 1,
+    "the table ends with the greatest radius");
+
 constexpr int blurredDepth = 32;
 
 QImage::Format convertedFormat(QImage const& image)
@@ -85,7 +88,7 @@ QImage blurred(QImage const& image, StackBlur::Kernel const& kernel)
 
 QPixmap GaussianBlur::blurBitmap(QImage image, unsigned int radius, unsigned int flatness)
 {
-    unsigned int const used = std::min(radius, greatestRadius);
+    unsigned int const used = std::min(radius, unsigned(StackBlur::greatestRadius));
     unsigned int const divisor = flatness * (2 * used + 1) + g_gus_blur_scale[used];
     if (image.isNull() || radius == 0 || divisor == 0)
         return QPixmap::fromImage(image);

@@ -37,10 +37,13 @@ struct Pixels
     int height;
 };
 
+/** How far a kernel reaches at most. */
+constexpr int greatestRadius = 254;
+
 /** Weights radius + 1 - distance + flatness, and what their sums are divided by. */
 struct Kernel
 {
-    int radius; ///< 1 to 254
+    int radius; ///< 1 to greatestRadius
     quint32 flatness;
     quint32 divisor; ///< not 0; the sum of the weights, unless that wraps or is said to be another
 };

@@ -96,10 +96,10 @@ private:
 /**
  * The sums of a whole line of channels; a line goes through each step at once.
  *
- * @tparam isFlat whether there is a flatness
+ * @tparam hasFlatness whether there is a flatness
  * @tparam isShort whether quotients are the upper bytes of 16 bits, see Divisor
  */
-template <bool isFlat, bool isShort> class Sums
+template <bool hasFlatness, bool isShort> class Sums
 {
 public:
     HWY_INLINE explicit Sums(Kernel const& kernel)
@@ -180,7 +180,7 @@ private:
     {
         auto const incoming = hn::Add(m_incoming[half], arriving);
         addPairs(half, m_triangle, incoming, m_outgoing[half]);
-        if (isFlat)
+        if (hasFlatness)
             addPairs(half, m_box, arriving, leaving);
         m_incoming[half] = hn::Sub(incoming, passing);
         m_outgoing[half] = hn::Add(m_outgoing[half], hn::Sub(passing, leaving));

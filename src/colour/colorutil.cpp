@@ -183,7 +183,7 @@ public:
 
     int channel(double intensity) const
     {
-        // Written so that not-a-number goes to the formula.
+        // Written so that NaN goes to the formula.
         if (!(intensity > 0.0 && intensity < 1.0))
             return channelByFormula(intensity);
         std::size_t channel = m_channels[static_cast<std::size_t>(intensity * bucketCount)];

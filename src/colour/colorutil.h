@@ -17,7 +17,7 @@ class KpColor;
  * fractions: 1 is 100 %, or a full channel. They change the QColor part of a KpColor only. None
  * fails or logs: a channel is clamped to 0...255, and a hue, saturation or lightness that QColor
  * would refuse leaves the colour as it is. A number too large for an int counts as the nearest
- * one, and not-a-number as 0.
+ * one, and NaN as 0.
  *
  * Everything here belongs to the GUI thread.
  */

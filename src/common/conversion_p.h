@@ -21,7 +21,7 @@ constexpr int wrappingNext(int number) noexcept
     return static_cast<int>(static_cast<unsigned int>(number) + 1U);
 }
 
-/** Toward zero. Beyond the range of int it is the nearer end, not-a-number is 0. */
+/** Toward zero. Beyond the range of int it is the nearer end, NaN is 0. */
 inline int truncated(double number) noexcept
 {
     if (std::isnan(number))

@@ -99,7 +99,7 @@ struct KpReal
 
     /**
      * Takes `value` as the reference for a box of `width` by `height`. A side of 0.001 or
-     * less, or one that is not a number, leaves the rate as it was, so a collapsed box never
+     * less, or NaN, leaves the rate as it was, so a collapsed box never
      * gives an infinite rate.
      */
     void updateRate(double width, double height) noexcept

@@ -237,7 +237,7 @@ int KpMath::kpCrossPoint3(
     QPointF a1, QPointF a2, QPointF b1, QPointF b2, QPointF& out, double margin)
 {
     LinePair const lines(a1, a2, b1, b2);
-    // Not the negation of kpCrossPoint's test: deliberate, what is not a number passes here.
+    // Not the negation of kpCrossPoint's test: deliberate, NaN passes here.
     if (square(lines.c) <= lines.limit())
         return 0;
     double const s = lines.onFirst();

@@ -12,7 +12,7 @@
  *
  * The functions differ in the range of their results, in their tolerances and in their codes.
  * These differences are deliberate: callers compare with the numbers given here. Nothing fails;
- * degenerate input gives what the formula gives, infinities and not-a-number included, and no
+ * degenerate input gives what the formula gives, infinities and NaN included, and no
  * function keeps a state or allocates.
  */
 namespace KpMath {
@@ -21,7 +21,7 @@ namespace KpMath {
 KPGEOMETRY_EXPORT bool kpIsUnitVector(QPointF v);
 
 /**
- * `v` scaled to the length 1. A vector whose length is 0 or not a number stays as it is; one so
+ * `v` scaled to the length 1. A vector whose length is 0 or NaN stays as it is; one so
  * long that its length is infinite has its finite components scaled to 0.
  */
 KPGEOMETRY_EXPORT QPointF kpUnitVector(QPointF v);
@@ -35,7 +35,7 @@ KPGEOMETRY_EXPORT double kpDeterminate(double* r0, double* r1, double* r2);
 
 /**
  * The direction of `a - b` in degrees, in (-180, 180]. Straight up is -90, straight down 90; of
- * two equal points it is not a number.
+ * two equal points it is NaN.
  */
 KPGEOMETRY_EXPORT double kpAtan(QPointF a, QPointF b);
 
@@ -57,7 +57,7 @@ KPGEOMETRY_EXPORT double kpAtan2(QPointF a, QPointF b);
  */
 KPGEOMETRY_EXPORT int kpLineSide(QPointF p, QPointF a, QPointF b);
 
-/** The foot of the perpendicular from `p` on the line a-b; not a number if `a` equals `b`. */
+/** The foot of the perpendicular from `p` on the line a-b; NaN if `a` equals `b`. */
 KPGEOMETRY_EXPORT QPointF kpProjection(QPointF const& a, QPointF const& p, QPointF const& b);
 
 /**
@@ -74,7 +74,7 @@ KPGEOMETRY_EXPORT int kpOrtTurnOrder(QPointF const& o, QPointF const& a, QPointF
 
 /**
  * The angle at `o` from `a` to `b` in degrees, its sign from the side of the line a-b on which
- * `o` lies: negative where kpLineSide(o, a, b) is 2. Not a number if `a` or `b` equals `o`, and
+ * `o` lies: negative where kpLineSide(o, a, b) is 2. NaN if `a` or `b` equals `o`, and
  * where rounding takes the cosine beyond 1.
  */
 KPGEOMETRY_EXPORT double kpDegree(QPointF a, QPointF o, QPointF b);
@@ -110,7 +110,7 @@ KPGEOMETRY_EXPORT int kpCrossPoint(QPointF a1, QPointF a2, QPointF b1, QPointF b
 /**
  * Where the segments a1-a2 and b1-b2 meet, at least `margin` units of length away from all four
  * ends: 1, with the point in `out`; else 0, with `out` as it was. Parallel segments do not meet;
- * where a coordinate is not a number, nor is the point, and the result is 1.
+ * where a coordinate is NaN, so is the point, and the result is 1.
  */
 KPGEOMETRY_EXPORT int kpCrossPoint3(
     QPointF a1, QPointF a2, QPointF b1, QPointF b2, QPointF& out, double margin);

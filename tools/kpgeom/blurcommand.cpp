@@ -6,12 +6,12 @@
 #include "paint/dropshadow.h"
 #include "paint/imagefile.h"
 #include "paint/picture.h"
+#include "stackblur_p.h"
 
 #include <QFileInfo>
 
 namespace {
 
-constexpr unsigned int greatestRadius = 254;
 constexpr int greatestOffset = 20000;
 
 struct BlurOptions
@@ -54,8 +54,9 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, BlurOptions& opti
             QStringLiteral("pictures of the format '%1' are not written").arg(options.format));
     bool isNumber = false;
     options.kernel.radius = line.value(QStringLiteral("radius")).toUInt(&isNumber);
-    if (!isNumber || options.kernel.radius > greatestRadius)
-        return misuse(QStringLiteral("-r takes a number from 0 to %1").arg(greatestRadius));
+    if (!isNumber || options.kernel.radius > StackBlur::greatestRadius)
+        return misuse(
+            QStringLiteral("-r takes a number from 0 to %1").arg(StackBlur::greatestRadius));
     options.kernel.flatness = line.value(QStringLiteral("flatness")).toUInt(&isNumber);
     if (!isNumber)
         return misuse(QStringLiteral("--flatness takes a number from 0 to 4294967295"));
@@ -118,8 +119,9 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("format"),
         QStringLiteral("The format, like png. Needed with -o -."), QStringLiteral("NAME")});
     line.addOption({{QStringLiteral("r"), QStringLiteral("radius")},
-        QStringLiteral("How far a pixel spreads, 0 to 254 pixels; a Gaussian blur of about 0.41 "
-                       "times that."),
+        QStringLiteral("How far a pixel spreads, 0 to %1 pixels; a Gaussian blur of about 0.41 "
+                       "times that.")
+            .arg(StackBlur::greatestRadius),
         QStringLiteral("RADIUS")});
     line.addOption({QStringLiteral("flatness"),
         QStringLiteral("Added to all weights: 0 is a triangle (the default), a large one a box."),

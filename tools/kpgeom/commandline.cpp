@@ -52,7 +52,7 @@ std::optional<double> factorFromText(QString const& text)
 {
     bool isNumber = false;
     double const factor = text.toDouble(&isNumber);
-    // Written so that not-a-number fails.
+    // Written so that NaN fails.
     if (isNumber && factor > 0.0 && factor <= 1e6)
         return factor;
     return std::nullopt;

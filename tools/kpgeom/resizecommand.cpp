@@ -10,7 +10,7 @@
 
 namespace {
 
-/** How many coordinates of the outline are infinite or not a number. */
+/** How many coordinates of the outline are infinite or NaN. */
 int countNotFinite(KpPathSegList const& list)
 {
     int count = 0;

@@ -35,7 +35,7 @@ QString exactText(double number)
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
-/** Not-a-number equals itself here: the question is whether something was changed. */
+/** NaN equals itself here: the question is whether something was changed. */
 bool isSame(double left, double right)
 {
     return left == right || (std::isnan(left) && std::isnan(right));
