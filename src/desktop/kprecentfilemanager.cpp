@@ -203,78 +203,39 @@ bool removeFolder(QList<RecFile>& list, RecFile const& added)
 
 // -- What is shown
 
-/**
- * The folders of the user that are shown by their last name.
- *
- * The platform reads a file to tell where they are. So they are kept: found anew for each manager
- * and when the environment that the answer depends on has changed, and not for each listing.
- */
-class UserFolders
+/** The folders of the user that are shown by their last name, in the order in which they count. */
+using UserFolders = std::array<QString, 3>;
+
+QString documentsFolder()
 {
-public:
-    static UserFolders const& current()
-    {
-        UserFolders& folders = instance();
-        if (folders.m_environment != environment())
-            folders.find();
-        return folders;
-    }
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
 
-    static UserFolders const& foundAnew()
-    {
-        UserFolders& folders = instance();
-        folders.find();
-        return folders;
-    }
+UserFolders userFolders()
+{
+    return {documentsFolder(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+        QStandardPaths::writableLocation(QStandardPaths::HomeLocation)};
+}
 
-    QString documents() const { return m_folders.front(); }
+/** The last name of a user's folder; empty for one without any "/", unlike lastComponent(). */
+QString labelOf(QString const& folder)
+{
+    return folder.contains(QLatin1Char('/')) ? lastComponent(folder) : QString();
+}
 
-    /** The path with the first folder that it contains replaced, everywhere, by its last name. */
-    QString shortened(QString path) const
-    {
-        auto const* const found = std::find_if(m_folders.cbegin(), m_folders.cend(),
-            [&path](QString const& folder) { return path.contains(folder); });
-        return found == m_folders.cend() ? path : path.replace(*found, labelOf(*found));
-    }
+/** The path with the first folder that it contains replaced, everywhere, by its last name. */
+QString shortened(QString path, UserFolders const& folders)
+{
+    auto const* const found = std::find_if(folders.cbegin(), folders.cend(),
+        [&path](QString const& folder) { return path.contains(folder); });
+    return found == folders.cend() ? path : path.replace(*found, labelOf(*found));
+}
 
-private:
-    UserFolders() = default;
-
-    /** The last name of a folder; empty for one without any "/", unlike lastComponent(). */
-    static QString labelOf(QString const& folder)
-    {
-        return folder.contains(QLatin1Char('/')) ? lastComponent(folder) : QString();
-    }
-
-    static UserFolders& instance()
-    {
-        static UserFolders folders;
-        return folders;
-    }
-
-    static QByteArrayList environment()
-    {
-        return {qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"),
-            QByteArray::number(QStandardPaths::isTestModeEnabled() ? 1 : 0)};
-    }
-
-    void find()
-    {
-        m_environment = environment();
-        m_folders = {QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-            QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-            QStandardPaths::writableLocation(QStandardPaths::HomeLocation)};
-    }
-
-    QByteArrayList m_environment;
-    std::array<QString, 3> m_folders; ///< in the order in which they are tried
-};
-
-QString locationOfFile(int type, QString const& folder)
+QString locationOfFile(int type, QString const& folder, UserFolders const& folders)
 {
     switch (type) {
     case KpRecentFileManager::RecLocal:
-        return UserFolders::current().shortened(folder);
+        return shortened(folder, folders);
     case KpRecentFileManager::RecPersonal:
     case KpRecentFileManager::RecTeam:
         return folder;
@@ -287,11 +248,11 @@ QString locationOfFile(int type, QString const& folder)
     }
 }
 
-QString locationOfFolder(int type, QString const& path)
+QString locationOfFolder(int type, QString const& path, UserFolders const& folders)
 {
     switch (type) {
     case KpRecentFileManager::RecLocal:
-        return UserFolders::current().shortened(path);
+        return shortened(path, folders);
     case KpRecentFileManager::RecPersonal:
     case KpRecentFileManager::RecTeam:
         return path;
@@ -305,21 +266,31 @@ QString breadcrumb(QString location)
     return location.replace(QLatin1Char('/'), QLatin1Char('>'));
 }
 
-KpRecentFileManager::RecFileInfo infoOfFile(RecFile const& file)
+KpRecentFileManager::RecFileInfo infoOfFile(RecFile const& file, UserFolders const& folders)
 {
     QFileInfo const info(file.path);
     return {file.isTop, file.type, info.fileName(),
-        breadcrumb(locationOfFile(file.type, info.path())), file.path};
+        breadcrumb(locationOfFile(file.type, info.path(), folders)), file.path};
 }
 
-KpRecentFileManager::RecFileInfo infoOfFolder(RecFile const& folder)
+KpRecentFileManager::RecFileInfo infoOfFolder(RecFile const& folder, UserFolders const& folders)
 {
-    QString const location = breadcrumb(locationOfFolder(folder.type, folder.path));
+    QString const location = breadcrumb(locationOfFolder(folder.type, folder.path, folders));
     QString name = folder.type == KpRecentFileManager::RecPersonal ? QStringLiteral("Personal")
                                                                    : lastComponent(folder.path);
     if (name.isEmpty())
         name = location.left(location.size() - 1);
     return {folder.isTop, folder.type, name, location, folder.path};
+}
+
+/** Appends what `infoOf` makes of each entry. The user's folders are looked up once for all. */
+template <class InfoOf>
+void appendInfos(
+    QList<RecFile> const& list, InfoOf infoOf, QVector<KpRecentFileManager::RecFileInfo>& out)
+{
+    UserFolders const folders = userFolders();
+    std::transform(list.cbegin(), list.cend(), std::back_inserter(out),
+        [&](RecFile const& entry) { return infoOf(entry, folders); });
 }
 
 // -- The file
@@ -425,7 +396,7 @@ void replaceFile(QString const& name, QByteArray const& content)
 KpRecentFileManager::KpRecentFileManager()
     : m_isModified(true)
     , m_maxCount(defaultMaxCount)
-    , m_recentFileFolder(UserFolders::foundAnew().documents())
+    , m_recentFileFolder(documentsFolder())
     , m_libraryFolder(m_recentFileFolder)
     , m_symbolFolder(m_recentFileFolder)
 {
@@ -552,13 +523,13 @@ int KpRecentFileManager::notTopFolderFirstIndex()
 void KpRecentFileManager::getRecentFiles(QVector<RecFileInfo>& out)
 {
     cutToLength(m_files, m_maxCount);
-    std::transform(m_files.cbegin(), m_files.cend(), std::back_inserter(out), infoOfFile);
+    appendInfos(m_files, infoOfFile, out);
 }
 
 void KpRecentFileManager::getRecentFolder(QVector<RecFileInfo>& out)
 {
     cutToLength(m_files, m_maxCount);
-    std::transform(m_folders.cbegin(), m_folders.cend(), std::back_inserter(out), infoOfFolder);
+    appendInfos(m_folders, infoOfFolder, out);
 }
 
 void KpRecentFileManager::load()

@@ -21,7 +21,7 @@ class QDomElement;
  * so that lists may be out of order and too long after it; the next operation that adds to a list
  * or shows it cuts it to m_maxCount.
  *
- * Rows and indices out of range are ignored, and nothing is reported. For one thread only, the
+ * Rows and indices count from 0. Those out of range are ignored, and nothing is reported. For one thread only, the
  * one of the user interface.
  */
 class KPGEOMETRY_EXPORT KpRecentFileManager
@@ -140,7 +140,10 @@ public:
     /** As moveRecentFileNotTop(), for folders. */
     void moveRecentFolderNotTop(int index);
 
-    /** The index of the first file that is not pinned; the number of files if all are. */
+    /**
+     * The index of the first file that is not pinned; the number of files if all are. Changes
+     * nothing: that it is not const belongs to the application's binary interface.
+     */
     int notTopFileFirstIndex();
     /** As notTopFileFirstIndex(), for folders. */
     int notTopFolderFirstIndex();
@@ -149,9 +152,11 @@ public:
      * Appends the files to `out` as they are shown, after cutting the list to m_maxCount.
      *
      * In the location of a local file the user's documents folder, else the desktop folder, else
-     * the home folder is shown by its last name alone. Where these folders are is found out when a
-     * manager is made, and again when the environment says otherwise: listing does not touch the
-     * file system.
+     * the home folder is shown by its last name alone. QStandardPaths tells at each call where these
+     * folders are; it may read the user's configuration for that. The files themselves are not
+     * looked at.
+     *
+     * Not const, for it cuts the list.
      */
     void getRecentFiles(QVector<RecFileInfo>& out);
     /**
