@@ -236,6 +236,8 @@ private Q_SLOTS:
     void importedSymbolsAreThoseOfTheList();
     void neededLibrariesAreThoseOfTheList();
     void fixedColoursNeedNoCodeAtLoad();
+    void nothingIsDestroyedAtExit_data();
+    void nothingIsDestroyedAtExit();
 };
 
 void TestBinaryInterface::initTestCase()
@@ -702,6 +704,25 @@ void TestBinaryInterface::fixedColoursNeedNoCodeAtLoad()
     }
     QVERIFY2(error.isEmpty(), qPrintable(error));
     QCOMPARE(count, 15);
+}
+
+void TestBinaryInterface::nothingIsDestroyedAtExit_data()
+{
+    exportedSymbolsAreThoseOfTheList_data();
+}
+
+/** Whoever has a destructor run at exit, or at the end of a thread, imports one of these. */
+void TestBinaryInterface::nothingIsDestroyedAtExit()
+{
+    QFETCH(QString, library);
+    QString error;
+    QStringList imported;
+    for (Symbol const& symbol : dynamicSymbols(library, "--undefined-only", error))
+        imported << symbol.name;
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    for (QString const name :
+        {"__cxa_atexit", "__cxa_thread_atexit", "__cxa_thread_atexit_impl", "atexit", "on_exit"})
+        QVERIFY2(!imported.contains(name), qPrintable(name));
 }
 
 QTEST_APPLESS_MAIN(TestBinaryInterface)

@@ -5,8 +5,28 @@
 
 #include <array>
 #include <cmath>
+#include <new>
 
-QMap<QString, ColorUtil::ColorFunc> ColorUtil::mapColorFuncs;
+/**
+ * The table's place, under the table's name for the linker. A table that is defined as such would
+ * be destroyed at exit, before the last of those that may look up a transform.
+ */
+KPGEOMETRY_EXPORT extern unsigned char mapColorFuncsStorage[] __asm__(
+    "_ZN9ColorUtil13mapColorFuncsE");
+alignas(QMap<QString, ColorUtil::ColorFunc>) unsigned char mapColorFuncsStorage[sizeof(
+    QMap<QString, ColorUtil::ColorFunc>)];
+
+namespace {
+
+struct MapColorFuncsMaker
+{
+    MapColorFuncsMaker() { new (&ColorUtil::mapColorFuncs) QMap<QString, ColorUtil::ColorFunc>; }
+};
+
+MapColorFuncsMaker const mapColorFuncsMaker;
+
+} // namespace
+
 bool ColorUtil::initedColorFuncMap = false;
 
 QColor ColorUtil::s_reversible(71, 142, 222);

@@ -3,9 +3,12 @@
 #include "filereplacement_p.h"
 #include "kpfilepathmanager.h"
 
+#include <QCoreApplication>
 #include <QDomDocument>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
+#include <QTextCodec>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +18,24 @@ using RecFile = KpRecentFileManager::RecFile;
 bool KpRecentFileManager::s_isLoaded = false;
 
 namespace {
+
+/**
+ * Uses at load what listing, loading and saving need of Qt's own static objects. These are destroyed
+ * in the reverse order of their first uses, and so after a program's own, whose destructors may use
+ * a manager.
+ */
+struct FirstUseOfQt
+{
+    FirstUseOfQt()
+    {
+        QCoreApplication::organizationName();
+        // Not the codec of the locale, which is not set yet.
+        QTextCodec::codecForName("UTF-8");
+        QRegularExpression(QStringLiteral("a")).match(QStringLiteral("a"));
+    }
+};
+
+FirstUseOfQt const firstUseOfQt;
 
 constexpr int defaultMaxCount = 60;
 constexpr int xmlIndentation = 4;

@@ -71,7 +71,7 @@ template <class Segment> void saveSegment(Segment& segment, QDomElement& geometr
 {
     QDomElement element = appendElement(geometry, SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        QDomElement child = appendElement(element, coordinate.letter);
+        QDomElement child = appendElement(element, coordinate.letter());
         writeReal(
             coordinate.real(segment), [&child](QString const& attribute, QString const& text) {
                 child.setAttribute(attribute, text);
@@ -83,7 +83,7 @@ template <class Segment> void saveSegment(Segment& segment, XmlStreamWriter& wri
 {
     writer.writeStartElement(SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        writer.writeStartElement(coordinate.letter);
+        writer.writeStartElement(coordinate.letter());
         writeReal(
             coordinate.real(segment), [&writer](QString const& attribute, QString const& text) {
                 writer.writeAttribute(attribute, text);
@@ -97,7 +97,7 @@ template <class Segment> void saveSegment(Segment& segment, XmlStreamWriter& wri
 template <class Segment> void parseFirstOfEach(Segment& segment, QDomElement const& element)
 {
     for (auto const& coordinate : SegmentKind::coordinates(segment))
-        readReal(coordinate.real(segment), element.firstChildElement(coordinate.letter));
+        readReal(coordinate.real(segment), element.firstChildElement(coordinate.letter()));
 }
 
 /** Reads every child whose name is a letter of the kind, in document order. */
@@ -122,7 +122,7 @@ template <class Segment> void parseSegment(Segment& segment, QXmlStreamReader& r
     while (!reader.atEnd() && !reader.hasError()) {
         if (reader.isStartElement()) {
             for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-                if (reader.name() == coordinate.letter)
+                if (reader.name() == coordinate.letter())
                     readReal(coordinate.real(segment), reader.attributes());
             }
             reader.skipCurrentElement();

@@ -393,7 +393,7 @@ bool KpPathSegList::parse(QXmlStreamReader& reader, unsigned int context)
     readFlag(noLine, attributes.value(GeometryFormat::noLine()));
     while (reader.readNextStartElement()) {
         auto const* const kind =
-            SegmentKind::find([&reader](auto const& k) { return reader.name() == k.name; });
+            SegmentKind::find([&reader](auto const& k) { return reader.name() == k.name(); });
         if (!kind) {
             reader.skipCurrentElement();
             continue;

@@ -53,10 +53,48 @@ template <> inline QString elementName<KpPathSegEllipse>()
     return QStringLiteral("Ellipse");
 }
 
+/** The names of coordinate elements. */
+namespace Letter {
+
+inline QString x()
+{
+    return QStringLiteral("X");
+}
+
+inline QString y()
+{
+    return QStringLiteral("Y");
+}
+
+inline QString a()
+{
+    return QStringLiteral("A");
+}
+
+inline QString b()
+{
+    return QStringLiteral("B");
+}
+
+inline QString c()
+{
+    return QStringLiteral("C");
+}
+
+inline QString d()
+{
+    return QStringLiteral("D");
+}
+
+} // namespace Letter
+
+// In these tables a name is a function, not a string: a string would have to be destroyed at exit,
+// and outlines are used even then.
+
 /** One real of a segment kind. */
 template <class Segment> struct Coordinate
 {
-    QString letter; ///< the name of its element
+    QString (*letter)(); ///< the name of its element
     int quark; ///< the number of that name
     KpReal& (*real)(Segment&);
 };
@@ -64,9 +102,9 @@ template <class Segment> struct Coordinate
 /** The reals of the one-point kinds, move and line. */
 inline std::array<Coordinate<KpPathSeg>, 2> const& coordinates(KpPathSeg const&)
 {
-    static std::array<Coordinate<KpPathSeg>, 2> const table {{
-        {QStringLiteral("X"), QuarkX, [](KpPathSeg& s) -> KpReal& { return s.pt.x; }},
-        {QStringLiteral("Y"), QuarkY, [](KpPathSeg& s) -> KpReal& { return s.pt.y; }},
+    static constexpr std::array<Coordinate<KpPathSeg>, 2> table {{
+        {Letter::x, QuarkX, [](KpPathSeg& s) -> KpReal& { return s.pt.x; }},
+        {Letter::y, QuarkY, [](KpPathSeg& s) -> KpReal& { return s.pt.y; }},
     }};
     return table;
 }
@@ -75,13 +113,13 @@ inline std::array<Coordinate<KpPathSeg>, 2> const& coordinates(KpPathSeg const&)
 inline std::array<Coordinate<KpPathSegCurveTo>, 6> const& coordinates(KpPathSegCurveTo const&)
 {
     using Curve = KpPathSegCurveTo;
-    static std::array<Coordinate<Curve>, 6> const table {{
-        {QStringLiteral("X"), QuarkX, [](Curve& s) -> KpReal& { return s.pt.x; }},
-        {QStringLiteral("Y"), QuarkY, [](Curve& s) -> KpReal& { return s.pt.y; }},
-        {QStringLiteral("A"), QuarkA, [](Curve& s) -> KpReal& { return s.ctrl1.x; }},
-        {QStringLiteral("B"), QuarkB, [](Curve& s) -> KpReal& { return s.ctrl1.y; }},
-        {QStringLiteral("C"), QuarkC, [](Curve& s) -> KpReal& { return s.ctrl2.x; }},
-        {QStringLiteral("D"), QuarkD, [](Curve& s) -> KpReal& { return s.ctrl2.y; }},
+    static constexpr std::array<Coordinate<Curve>, 6> table {{
+        {Letter::x, QuarkX, [](Curve& s) -> KpReal& { return s.pt.x; }},
+        {Letter::y, QuarkY, [](Curve& s) -> KpReal& { return s.pt.y; }},
+        {Letter::a, QuarkA, [](Curve& s) -> KpReal& { return s.ctrl1.x; }},
+        {Letter::b, QuarkB, [](Curve& s) -> KpReal& { return s.ctrl1.y; }},
+        {Letter::c, QuarkC, [](Curve& s) -> KpReal& { return s.ctrl2.x; }},
+        {Letter::d, QuarkD, [](Curve& s) -> KpReal& { return s.ctrl2.y; }},
     }};
     return table;
 }
@@ -89,11 +127,11 @@ inline std::array<Coordinate<KpPathSegCurveTo>, 6> const& coordinates(KpPathSegC
 inline std::array<Coordinate<KpPathSegEllipse>, 4> const& coordinates(KpPathSegEllipse const&)
 {
     using Ellipse = KpPathSegEllipse;
-    static std::array<Coordinate<Ellipse>, 4> const table {{
-        {QStringLiteral("X"), QuarkX, [](Ellipse& s) -> KpReal& { return s.pt.x; }},
-        {QStringLiteral("Y"), QuarkY, [](Ellipse& s) -> KpReal& { return s.pt.y; }},
-        {QStringLiteral("A"), QuarkA, [](Ellipse& s) -> KpReal& { return s.a; }},
-        {QStringLiteral("B"), QuarkB, [](Ellipse& s) -> KpReal& { return s.b; }},
+    static constexpr std::array<Coordinate<Ellipse>, 4> table {{
+        {Letter::x, QuarkX, [](Ellipse& s) -> KpReal& { return s.pt.x; }},
+        {Letter::y, QuarkY, [](Ellipse& s) -> KpReal& { return s.pt.y; }},
+        {Letter::a, QuarkA, [](Ellipse& s) -> KpReal& { return s.a; }},
+        {Letter::b, QuarkB, [](Ellipse& s) -> KpReal& { return s.b; }},
     }};
     return table;
 }
@@ -102,24 +140,24 @@ inline std::array<Coordinate<KpPathSegEllipse>, 4> const& coordinates(KpPathSegE
 struct Kind
 {
     KpPathSeg::SegType type;
-    QString name; ///< of its element
+    QString (*name)(); ///< of its element
     int quark; ///< the number of that name
     KpPathSeg* (*create)(KpPathSegList*); ///< a new segment at the origin
 };
 
 inline std::array<Kind, 4> const& all()
 {
-    static QPointF const origin(0.0, 0.0);
-    static std::array<Kind, 4> const table {{
-        {KpPathSeg::SegMoveTo, elementName<KpPathSegMoveTo>(), QuarkMoveTo,
+    static constexpr QPointF origin(0.0, 0.0);
+    static constexpr std::array<Kind, 4> table {{
+        {KpPathSeg::SegMoveTo, elementName<KpPathSegMoveTo>, QuarkMoveTo,
             [](KpPathSegList* owner) -> KpPathSeg* { return new KpPathSegMoveTo(origin, owner); }},
-        {KpPathSeg::SegLineTo, elementName<KpPathSegLineTo>(), QuarkLineTo,
+        {KpPathSeg::SegLineTo, elementName<KpPathSegLineTo>, QuarkLineTo,
             [](KpPathSegList* owner) -> KpPathSeg* { return new KpPathSegLineTo(origin, owner); }},
-        {KpPathSeg::SegCurveTo, elementName<KpPathSegCurveTo>(), QuarkCurveTo,
+        {KpPathSeg::SegCurveTo, elementName<KpPathSegCurveTo>, QuarkCurveTo,
             [](KpPathSegList* owner) -> KpPathSeg* {
                 return new KpPathSegCurveTo(origin, origin, origin, owner);
             }},
-        {KpPathSeg::SegEllipse, elementName<KpPathSegEllipse>(), QuarkEllipse,
+        {KpPathSeg::SegEllipse, elementName<KpPathSegEllipse>, QuarkEllipse,
             [](KpPathSegList* owner) -> KpPathSeg* {
                 return new KpPathSegEllipse(origin, 0.0, 0.0, owner);
             }},
@@ -138,15 +176,15 @@ template <class Predicate> Kind const* find(Predicate matches)
 }
 
 /**
- * Calls `visit` with the letter and the real of each coordinate of `segment`, in the order of
- * the tables. None for a segment of no known kind, or one that does not cast to the kind that
- * its type names.
+ * Calls `visit` with each coordinate of `segment`, in the order of the tables, and the segment as
+ * the kind that it is of. No call for a segment of no known kind, or one that does not cast to the
+ * kind that its type names.
  */
-template <class Visitor> void forEachCoordinate(KpPathSeg& segment, Visitor visit)
+template <class Visitor> void forEachEntry(KpPathSeg& segment, Visitor visit)
 {
     auto const visitAll = [&visit](auto& typed) {
         for (auto const& coordinate : coordinates(typed))
-            visit(coordinate.letter, coordinate.real(typed));
+            visit(coordinate, typed);
     };
     switch (segment.type) {
     case KpPathSeg::SegMoveTo:
@@ -164,10 +202,19 @@ template <class Visitor> void forEachCoordinate(KpPathSeg& segment, Visitor visi
     }
 }
 
-/** Calls `visit` with each real of `segment`, as forEachCoordinate. */
+/** Calls `visit` with the letter and the real of each coordinate of `segment`, as forEachEntry. */
+template <class Visitor> void forEachCoordinate(KpPathSeg& segment, Visitor visit)
+{
+    forEachEntry(segment, [&visit](auto const& coordinate, auto& typed) {
+        visit(coordinate.letter(), coordinate.real(typed));
+    });
+}
+
+/** Calls `visit` with each real of `segment`, as forEachEntry. */
 template <class Visitor> void forEachReal(KpPathSeg& segment, Visitor visit)
 {
-    forEachCoordinate(segment, [&visit](QString const&, KpReal& real) { visit(real); });
+    forEachEntry(
+        segment, [&visit](auto const& coordinate, auto& typed) { visit(coordinate.real(typed)); });
 }
 
 inline int realCount(KpPathSeg& segment)

@@ -25,6 +25,6 @@ SegmentWalker::Match SegmentWalker::enter(QString const& elementName)
 KpPathSeg* GeometryWalker::enter(QString const& elementName)
 {
     bool const isSegment = SegmentKind::find(
-        [&elementName](SegmentKind::Kind const& kind) { return kind.name == elementName; });
+        [&elementName](SegmentKind::Kind const& kind) { return kind.name() == elementName; });
     return isSegment ? m_list.segs.value(m_next++) : nullptr;
 }
