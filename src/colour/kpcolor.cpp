@@ -4,6 +4,7 @@
 #include "conversion_p.h"
 #include "undovalue_p.h"
 #include "xmlattribute_p.h"
+#include "xmlelement_p.h"
 #include "xmlstreamwriter.h"
 
 #include <QDataStream>
@@ -282,10 +283,7 @@ void KpColor::fromUndoValue(QVector<int>& values, int& index)
 
 void KpColor::saveTo(QDomElement& parent, QString const& name)
 {
-    if (parent.isNull())
-        return;
-    QDomElement element = parent.ownerDocument().createElement(elementName(name));
-    parent.appendChild(element);
+    QDomElement element = XmlElement::append(parent, elementName(name));
     writeAttributes(*this, [&element](QString const& attribute, auto const& value) {
         element.setAttribute(attribute, value);
     });

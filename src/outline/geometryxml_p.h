@@ -6,6 +6,7 @@
 #include "quarkmanager.h"
 #include "segmentkind_p.h"
 #include "xmlattribute_p.h"
+#include "xmlelement_p.h"
 #include "xmlstreamwriter.h"
 
 #include <QDomElement>
@@ -56,22 +57,12 @@ template <class SetAttribute> void writeReal(KpReal const& real, SetAttribute se
     setAttribute(GeometryFormat::rate(), NumberText::fromReal(real.rate));
 }
 
-/** Appends the element `name` to `parent` and returns it: a null one to a null one. */
-inline QDomElement appendElement(QDomElement& parent, QString const& name)
-{
-    if (parent.isNull())
-        return QDomElement();
-    QDomElement element = parent.ownerDocument().createElement(name);
-    parent.appendChild(element);
-    return element;
-}
-
 /** Appends the segment's element to `geometry`. */
 template <class Segment> void saveSegment(Segment& segment, QDomElement& geometry)
 {
-    QDomElement element = appendElement(geometry, SegmentKind::elementName<Segment>());
+    QDomElement element = XmlElement::append(geometry, SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        QDomElement child = appendElement(element, coordinate.letter());
+        QDomElement child = XmlElement::append(element, coordinate.letter());
         writeReal(
             coordinate.real(segment), [&child](QString const& attribute, QString const& text) {
                 child.setAttribute(attribute, text);

@@ -347,7 +347,7 @@ void KpPathSegList::fromUndoValue(
 
 void KpPathSegList::saveTo(QDomElement& parent)
 {
-    QDomElement geometry = GeometryXml::appendElement(parent, GeometryFormat::geometry());
+    QDomElement geometry = XmlElement::append(parent, GeometryFormat::geometry());
     writeFlags(*this, [&geometry](QString const& name, char const* text) {
         geometry.setAttribute(name, QLatin1String(text));
     });
