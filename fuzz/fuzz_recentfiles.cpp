@@ -3,6 +3,7 @@
 #include "boundedxml_p.h"
 #include "kpfilepathmanager.h"
 #include "kprecentfilemanager.h"
+#include "xmltext_p.h"
 
 #include <QCoreApplication>
 #include <QDomDocument>
@@ -100,5 +101,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     again.load();
     require(stateOf(saved) == stateOf(again));
     require(saved.m_files.size() <= manager.m_files.size());
+    // Nothing else is replaced.
+    for (auto const folder : {&KpRecentFileManager::m_recentFileFolder,
+             &KpRecentFileManager::m_symbolFolder, &KpRecentFileManager::m_libraryFolder}) {
+        require(saved.*folder == XmlText::readable(manager.*folder, XmlText::Controls::AreKept));
+    }
     return 0;
 }

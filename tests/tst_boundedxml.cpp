@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QDomDocument>
 #include <QIODevice>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <algorithm>
@@ -129,6 +130,19 @@ private Q_SLOTS:
 
     void failedParseEmptiesTheDocument();
     void everyPrefixFails();
+
+    void controlCharactersAreRead_data();
+    void controlCharactersAreRead();
+    void everyControlCharacterIsRead();
+    void standInsAreNoneOfTheDocument_data();
+    void standInsAreNoneOfTheDocument();
+    void documentOfAllCandidatesIsRefused();
+    void controlCharactersAreRefusedElsewhere_data();
+    void controlCharactersAreRefusedElsewhere();
+    void otherEncodingsAreReadAsEver();
+    void placesCountControlCharacters_data();
+    void placesCountControlCharacters();
+    void boundsHoldWithControlCharacters();
 };
 
 void TestBoundedXml::newErrorSaysNothing()
@@ -454,6 +468,242 @@ void TestBoundedXml::everyPrefixFails()
         QVERIFY(!prefixError.isNull());
         QVERIFY(document.isNull());
     }
+}
+
+void TestBoundedXml::controlCharactersAreRead_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("value"); // of the attribute b of the root, and its text
+    QTest::newRow("attribute") << QByteArray("<a b='x\x01y'/>") << "x\x01y|";
+    QTest::newRow("text") << QByteArray("<a>\x02</a>") << "|\x02";
+    QTest::newRow("character data") << QByteArray("<a><![CDATA[\x1f<]]></a>") << "|\x1f<";
+    QTest::newRow("beside line ends")
+        << QByteArray("<a b='\x01&#10;\x02\n\x03'>\r\n\x04</a>") << "\x01\n\x02 \x03|\n\x04";
+    QTest::newRow("before ends of markup")
+        << QByteArray("<a b='\x1d]]>\x1d' c='>'>\x1d></a>") << "\x1d]]>\x1d|\x1d>";
+    QTest::newRow("declared UTF-8")
+        << QByteArray("<?xml version='1.0' encoding='utf-8'?><a b='\x01\xc3\xa4'/>")
+        << QString::fromUtf8("\x01\xc3\xa4|");
+    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf<a b='\x01'/>") << "\x01|";
+    QTest::newRow("in an entity") << QByteArray(
+        "<!DOCTYPE a [<!ENTITY e '\x0b'>]><a b='&e;'>&e;&e;</a>")
+                                  << "\x0b|\x0b\x0b";
+    QTest::newRow("in a default") << QByteArray("<!DOCTYPE a [<!ATTLIST a b CDATA '\x0b'>]><a/>")
+                                  << "\x0b|";
+    QTest::newRow("deleting and C1 characters")
+        << QByteArray("<a b='\x7f\xc2\x80\xc2\x85\xc2\x9f\x01'/>")
+        << QString::fromUtf8("\x7f\xc2\x80\xc2\x85\xc2\x9f\x01|");
+}
+
+void TestBoundedXml::controlCharactersAreRead()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, value);
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY2(BoundedXml::parse(text, document, error, BoundedXml::configurationLimits),
+        qPrintable(error.message));
+    QVERIFY(error.isNull());
+    QDomElement const root = document.documentElement();
+    QCOMPARE(root.attribute("b") + '|' + root.text(), value);
+    // Only where they are asked for.
+    QVERIFY(!BoundedXml::parse(text, document, error));
+    QVERIFY(document.isNull());
+    QVERIFY(!BoundedXml::check(text, error, BoundedXml::configurationLimits));
+}
+
+void TestBoundedXml::everyControlCharacterIsRead()
+{
+    QByteArray all;
+    for (char code = 0x01; code < 0x20; ++code) {
+        if (code != '\t' && code != '\n' && code != '\r')
+            all += code;
+    }
+    QCOMPARE(all.size(), 28);
+    QByteArrayList values {all, all + all, "x" + all + "y"};
+    for (char const code : qAsConst(all))
+        values << QByteArray(1, code);
+    QByteArray text = "<?p " + all + "?><a><!--" + all + "-->";
+    for (QByteArray const& value : values)
+        text += "<b v='" + value + "' w='plain' x='" + value + "'>" + value + "<c/>end</b>";
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY2(BoundedXml::parse(text + "</a>", document, error, BoundedXml::configurationLimits),
+        qPrintable(error.message));
+    QDomElement const root = document.documentElement();
+    QCOMPARE(root.previousSibling().toProcessingInstruction().data(), QString(all));
+    QCOMPARE(root.firstChild().toComment().data(), QString(all));
+    QDomElement element = root.firstChildElement();
+    for (QByteArray const& value : values) {
+        QCOMPARE(element.attribute("v"), QString(value));
+        QCOMPARE(element.attribute("w"), QString("plain"));
+        QCOMPARE(element.attribute("x"), QString(value));
+        QCOMPARE(element.firstChild().nodeValue(), QString(value));
+        QCOMPARE(element.lastChild().nodeValue(), QString("end"));
+        element = element.nextSiblingElement();
+    }
+    QVERIFY(element.isNull());
+}
+
+void TestBoundedXml::standInsAreNoneOfTheDocument_data()
+{
+    QTest::addColumn<QString>("held"); // of the private use area
+    QTest::addColumn<QString>("form"); // as it is written
+    auto const row = [](char const* name, uint code, QString const& form) {
+        QTest::newRow(name) << QString(QChar(code)) << form;
+    };
+    QTest::newRow("none") << QString() << QString();
+    row("first", 0xE000, QString(QChar(0xE000)));
+    row("stand-in for the code 1", 0xE001, QString(QChar(0xE001)));
+    row("the one behind the first stand-ins", 0xE020, QString(QChar(0xE020)));
+    row("last", 0xF8FF, QString(QChar(0xF8FF)));
+    row("hexadecimal reference", 0xE001, "&#xE001;");
+    row("small letters and zeros", 0xE001, "&#x0000000000e001;");
+    row("decimal reference", 0xE001, "&#57345;");
+    QString some;
+    for (uint code = 0xE001; code < 0xF8E0; code += 32)
+        some += QChar(code);
+    QTest::newRow("all but the last ones") << some << some;
+}
+
+void TestBoundedXml::standInsAreNoneOfTheDocument()
+{
+    QFETCH(QString, held);
+    QFETCH(QString, form);
+    QByteArrayList const texts {"<a b='\x01%1\x02'>x</a>", "<a c='%1' b='\x01&#xE101;\x02'/>",
+        "<a b='\x01\x02'>%1</a>", "<a b='\x01\x02'><![CDATA[]]>%1<c/></a>",
+        "<!DOCTYPE a [<!ENTITY e '&#xE001;'>]><a b='\x01&e;\x02'>%1</a>"};
+    for (QByteArray const& text : texts) {
+        QDomDocument document;
+        BoundedXml::Error error;
+        QVERIFY2(BoundedXml::parse(QString(text).arg(form).toUtf8(), document, error,
+                     BoundedXml::configurationLimits),
+            qPrintable(error.message));
+        QDomElement const root = document.documentElement();
+        QString const value = root.attribute("b");
+        QVERIFY(value.startsWith('\x01') && value.endsWith('\x02'));
+        if (text.contains("c="))
+            QCOMPARE(root.attribute("c") + value.mid(1, 1), held + QChar(0xE101));
+        else if (text.contains("ENTITY"))
+            QCOMPARE(value.mid(1, 1) + root.text(), QChar(0xE001) + held);
+        else
+            QCOMPARE(value.mid(1, value.size() - 2) + root.text().remove('x'), held);
+    }
+}
+
+void TestBoundedXml::documentOfAllCandidatesIsRefused()
+{
+    QString all;
+    for (uint code = 0xE000; code < 0xF900; code += 32)
+        all += QChar(code);
+    QDomDocument document;
+    BoundedXml::Error error;
+    QByteArray const text = "<a b='" + all.toUtf8() + "'>";
+    QVERIFY(
+        !BoundedXml::parse(text + "\x01</a>", document, error, BoundedXml::configurationLimits));
+    QVERIFY(document.isNull());
+    QVERIFY(BoundedXml::parse(text + "x</a>", document, error, BoundedXml::configurationLimits));
+}
+
+void TestBoundedXml::controlCharactersAreRefusedElsewhere_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    auto const row = [](QByteArray const& text) {
+        QTest::newRow(QByteArray(text).replace('\x01', '!').replace('\0', '0').constData()) << text;
+    };
+    for (char const* const text : {"<a\x01/>", "<\x01/>",
+             "<\x01"
+             "a/>",
+             "<a \x01='1'/>", "<a b\x01='1'/>", "<a \x01 b='1'/>", "<a b=\x01'1'/>",
+             "<a b='1'\x01/>", "<a/\x01>", "<a></a\x01>",
+             "<a></\x01"
+             "a>",
+             "\x01<a/>", "<a/>\x01", "<a>&\x01;</a>", "<a>&am\x01p;</a>", "<a>&#\x01;</a>",
+             "<?p\x01?><a/>", "<?p\x01 d?><a/>", "<?\x01p d?><a/>", "<?xml\x01 version='1.0'?><a/>",
+             "<?xml version='1.0\x01'?><a/>", "<?xml version='1.0' encoding='UTF-8\x01'?><a/>",
+             "<!\x01-- --><a/>", "<a><![CDATA\x01[]]></a>", "<a>&#1;</a>", "<a b='&#x1;'/>"})
+        row(text);
+    row(QByteArray("<a b='\0'/>", 9));
+    row(QByteArray("<a b='\x01\0'/>", 10));
+    row("<a b='\x01\xc3'/>");
+    row("<?xml version='1.0' encoding='ISO-8859-1'?><a b='\x01'/>");
+}
+
+void TestBoundedXml::controlCharactersAreRefusedElsewhere()
+{
+    QFETCH(QByteArray, text);
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(!BoundedXml::parse(text, document, error, BoundedXml::configurationLimits));
+    QVERIFY(!error.isNull());
+    QVERIFY(document.isNull());
+}
+
+void TestBoundedXml::otherEncodingsAreReadAsEver()
+{
+    // Bytes that would be control characters are halves of others in UTF-16, and change the set
+    // of characters in ISO-2022-JP.
+    QByteArrayList texts;
+    QString const value = QString::fromUtf8("\xc5\x81\xc4\x8b");
+    for (char const* const name : {"UTF-16LE", "UTF-16BE"}) {
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        QString const text = QChar(QChar::ByteOrderMark) + QString("<a b='%1'/>").arg(value);
+        texts << QTextCodec::codecForName(name)->fromUnicode(text.constData(), text.size(), &state);
+    }
+    QDomDocument document;
+    BoundedXml::Error error;
+    for (QByteArray const& text : texts) {
+        QVERIFY(BoundedXml::parse(text, document, error, BoundedXml::configurationLimits));
+        QCOMPARE(document.documentElement().attribute("b"), value);
+    }
+    QByteArray const japanese =
+        "<?xml version='1.0' encoding='ISO-2022-JP'?><a b='\x1b$B$\"\x1b(B'/>";
+    QVERIFY2(BoundedXml::parse(japanese, document, error, BoundedXml::configurationLimits),
+        qPrintable(error.message));
+    QCOMPARE(document.documentElement().attribute("b"), QString::fromUtf8("\xe3\x81\x82"));
+}
+
+void TestBoundedXml::placesCountControlCharacters_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("name") << QByteArray("<a b='\x01'>\n\x02\x03<c></d></a>");
+    QTest::newRow("end") << QByteArray("<a b='\x01\x02'");
+    QTest::newRow("behind the root") << QByteArray("<a b='\x01'/>\n x");
+}
+
+/** A control character takes one column, as any other. */
+void TestBoundedXml::placesCountControlCharacters()
+{
+    QFETCH(QByteArray, text);
+    QByteArray plain = text;
+    for (char const code : {'\x01', '\x02', '\x03'})
+        plain.replace(code, '-');
+    QDomDocument document;
+    BoundedXml::Error error;
+    BoundedXml::Error expected;
+    QVERIFY(!BoundedXml::parse(text, document, error, BoundedXml::configurationLimits));
+    QVERIFY(!BoundedXml::parse(plain, document, expected, BoundedXml::configurationLimits));
+    QCOMPARE(error.line, expected.line);
+    QCOMPARE(error.column, expected.column);
+    QCOMPARE(error.message, expected.message);
+}
+
+void TestBoundedXml::boundsHoldWithControlCharacters()
+{
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(!BoundedXml::parse(
+        "<x b='\x01'>" + nested(1000) + "</x>", document, error, BoundedXml::configurationLimits));
+    QCOMPARE(error.message, QStringLiteral("more than 1000 nested elements"));
+    QVERIFY(!BoundedXml::parse("<a b='\x01'>" + QByteArray("<b/>").repeated(400000) + "</a>",
+        document, error, BoundedXml::configurationLimits));
+    QCOMPARE(error.message, QStringLiteral("more than 750000 nodes"));
+    QByteArray attributes;
+    for (int i = 0; i < 1000; ++i)
+        attributes += " a" + QByteArray::number(i) + "='\x01'";
+    QVERIFY(BoundedXml::parse(
+        "<a" + attributes + "/>", document, error, BoundedXml::configurationLimits));
+    QCOMPARE(document.documentElement().attribute("a999"), QString("\x01"));
 }
 
 QTEST_APPLESS_MAIN(TestBoundedXml)

@@ -25,6 +25,7 @@ private Q_SLOTS:
 
     void loadsWellFormedFiles_data();
     void loadsWellFormedFiles();
+    void loadsControlCharacters();
     void loadedDocumentReplacesTheOneBefore();
     void refusesOtherFiles_data();
     void refusesOtherFiles();
@@ -151,6 +152,14 @@ void TestKpFilePathManager::loadsWellFormedFiles()
     QCOMPARE(document.documentElement().attribute("Name"), QStringLiteral("B\u00fccher"));
 }
 
+void TestKpFilePathManager::loadsControlCharacters()
+{
+    QDomDocument document;
+    QVERIFY(KpFilePathManager::loadXmlFile(document, written("<a b='\x01\x1f'>\x02</a>")));
+    QCOMPARE(document.documentElement().attribute("b"), QStringLiteral("\x01\x1f"));
+    QCOMPARE(document.documentElement().text(), QStringLiteral("\x02"));
+}
+
 void TestKpFilePathManager::loadedDocumentReplacesTheOneBefore()
 {
     QDomDocument document;
@@ -183,6 +192,9 @@ void TestKpFilePathManager::refusesOtherFiles_data()
     QTest::newRow("tags that do not match") << QByteArray("<a></b>");
     QTest::newRow("two roots") << QByteArray("<a/><b/>");
     QTest::newRow("text behind the root") << QByteArray("<a/>x");
+    QTest::newRow("NUL in an attribute") << QByteArray("<a b='\0'/>", 9);
+    QTest::newRow("control character in a name") << QByteArray("<a\x01/>");
+    QTest::newRow("reference to a control character") << QByteArray("<a>&#1;</a>");
     QTest::newRow("undeclared entity") << QByteArray("<a>&x;</a>");
     QTest::newRow("attribute twice") << QByteArray("<a b='1' b='2'/>");
     QTest::newRow("Latin-1 that does not say so") << QByteArray("<a b='\xfc'/>");

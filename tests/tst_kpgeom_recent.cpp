@@ -87,6 +87,7 @@ private Q_SLOTS:
     void oddEntriesAreToldWithTheirPlace_data();
     void oddEntriesAreToldWithTheirPlace();
     void namesStayOnTheirLine();
+    void controlCharactersAreKept();
 
     void filesAreAddedInOrder();
     void relativePathsAreMadeAbsolute();
@@ -243,6 +244,26 @@ void TestKpgeomRecent::namesStayOnTheirLine()
     QCOMPARE(result.out.count('\n'), 9);
     QVERIFY(!result.out.contains("\302\233"));
     QCOMPARE(place.paths(), QStringList(QString("/a\nb/c\t") + QChar(0x9b) + "d"));
+}
+
+void TestKpgeomRecent::controlCharactersAreKept()
+{
+    QByteArray const file = "<RecentFiles><RecentFiles>"
+                            "<RecentFile V='/a\x01.x' Type='1' Top='0'/>"
+                            "<RecentFile V='/b' Type='3' TeamName='\x1f' Top='x'/>"
+                            "</RecentFiles></RecentFiles>";
+    RecentWorkplace const place(file);
+    Result const listed = place.recent({"list"});
+    QVERIFY(listed.out.contains("/a\xef\xbf\xbd.x"));
+    // Places count them as any other character.
+    Result const plain = RecentWorkplace(QByteArray(file).replace('\x01', '-').replace('\x1f', '-'))
+                             .recent({"list"});
+    COMPARE_EXIT(listed, 3);
+    COMPARE_EXIT(plain, 3);
+    QCOMPARE(listed.err, plain.err);
+    COMPARE_EXIT(place.recent({"add", "/c"}), 0);
+    QCOMPARE(place.paths(), QStringList({"/c", "/a\x01.x", "/b"}));
+    QCOMPARE(place.json().value("files")[2]["team"].toString(), QString("\x1f"));
 }
 
 void TestKpgeomRecent::filesAreAddedInOrder()

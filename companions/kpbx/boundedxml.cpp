@@ -1,5 +1,7 @@
 #include "boundedxml_p.h"
 
+#include "controlstandins_p.h"
+
 #include <QDomDocument>
 #include <QIODevice>
 #include <QXmlStreamReader>
@@ -14,6 +16,11 @@ namespace {
 void setError(Error& error, QXmlStreamReader const& reader, QString const& message)
 {
     error = {reader.lineNumber(), reader.columnNumber() + 1, message};
+}
+
+QString tooLarge(Limits const& limits)
+{
+    return QStringLiteral("larger than %1 bytes").arg(limits.bytes);
 }
 
 /** Counts what a reader goes through, and says when it is too much. */
@@ -51,6 +58,119 @@ private:
     int m_nodes = 0;
 };
 
+/** As check(); `faultOf` says of the reader at each token what else is wrong, or nothing. */
+template <class FaultOf>
+bool checkEach(QByteArray const& text, Error& error, Limits const& limits, FaultOf faultOf)
+{
+    QXmlStreamReader reader(text);
+    // An undeclared prefix is no fault of well-formedness.
+    reader.setNamespaceProcessing(false);
+    Bounds bounds(text, limits);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        QString fault = reader.hasError() ? reader.errorString() : bounds.excess(reader);
+        if (fault.isEmpty())
+            fault = faultOf(reader);
+        if (!fault.isEmpty()) {
+            setError(error, reader, fault);
+            return false;
+        }
+    }
+    return true;
+}
+
+/** Builds the tree of a text that has been checked. */
+bool build(QByteArray const& text, QDomDocument& document, Error& error)
+{
+    QXmlStreamReader reader(text);
+    reader.setNamespaceProcessing(false);
+    if (document.setContent(&reader, false))
+        return true;
+    setError(error, reader, QStringLiteral("the document tree could not be built"));
+    document.clear();
+    return false;
+}
+
+bool isUtf8(QStringRef const& encoding)
+{
+    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
+}
+
+/** Whether there is a stand-in where the reader is and only a name can be. */
+bool areInName(ControlStandIns const& standIns, QXmlStreamReader const& reader)
+{
+    QXmlStreamAttributes const attributes = reader.attributes();
+    return standIns.areIn(reader.processingInstructionTarget())
+        || std::any_of(attributes.cbegin(), attributes.cend(),
+            [&standIns](QXmlStreamAttribute const& attribute) {
+                return standIns.areIn(attribute.qualifiedName());
+            });
+}
+
+/**
+ * Puts the control characters in place again, in a node and all within.
+ *
+ * @param reader reads the text that the tree is of, and is before the node's start tag: the
+ * attributes of a DOM element have no order by which one could go through them
+ */
+void restore(QDomNode node, QXmlStreamReader& reader, ControlStandIns const& standIns)
+{
+    if (node.isElement()) {
+        do {
+            reader.readNext();
+        } while (!reader.isStartElement() && !reader.atEnd());
+        QXmlStreamAttributes const attributes = reader.attributes();
+        for (QXmlStreamAttribute const& attribute : attributes) {
+            if (standIns.areIn(attribute.value())) {
+                node.toElement().setAttribute(attribute.qualifiedName().toString(),
+                    standIns.takenOutOf(attribute.value().toString()));
+            }
+        }
+    } else if (QString const text = node.nodeValue(); standIns.areIn(QStringRef(&text))) {
+        node.setNodeValue(standIns.takenOutOf(text));
+    }
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        restore(child, reader, standIns);
+}
+
+/** parse() of a text that holds control characters. */
+bool parseWithControls(
+    QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits)
+{
+    ControlStandIns standIns;
+    bool isReadable = true;
+    // References are resolved here, so that no character can come in by one later.
+    auto const exclude = [&](QXmlStreamReader const& reader) {
+        isReadable = isReadable && isUtf8(reader.documentEncoding());
+        standIns.exclude(reader.text());
+        standIns.exclude(reader.processingInstructionData());
+        QXmlStreamAttributes const attributes = reader.attributes();
+        for (QXmlStreamAttribute const& attribute : attributes)
+            standIns.exclude(attribute.value());
+        return QString();
+    };
+    if (!checkEach(ControlStandIns::blanked(text), error, limits, exclude))
+        return false;
+    if (!isReadable || !standIns.choose())
+        return check(text, error, limits) && build(text, document, error);
+
+    QByteArray const parsed = standIns.putInto(text);
+    if (parsed.size() > limits.bytes) {
+        error.message = tooLarge(limits);
+        return false;
+    }
+    auto const faultOf = [&standIns](QXmlStreamReader const& reader) {
+        return areInName(standIns, reader) ? QStringLiteral("a control character in a name")
+                                           : QString();
+    };
+    if (!checkEach(parsed, error, limits, faultOf) || !build(parsed, document, error))
+        return false;
+    QXmlStreamReader reader(parsed);
+    reader.setNamespaceProcessing(false);
+    restore(document, reader, standIns);
+    return true;
+}
+
 } // namespace
 
 QByteArray read(QIODevice& device, Error& error, Limits const& limits)
@@ -66,7 +186,7 @@ QByteArray read(QIODevice& device, Error& error, Limits const& limits)
             return QByteArray();
         }
         if (text.size() + size > limits.bytes) {
-            error.message = QStringLiteral("larger than %1 bytes").arg(limits.bytes);
+            error.message = tooLarge(limits);
             return QByteArray();
         }
         text.append(chunk.data(), static_cast<int>(size));
@@ -75,33 +195,15 @@ QByteArray read(QIODevice& device, Error& error, Limits const& limits)
 
 bool check(QByteArray const& text, Error& error, Limits const& limits)
 {
-    QXmlStreamReader reader(text);
-    // An undeclared prefix is no fault of well-formedness.
-    reader.setNamespaceProcessing(false);
-    Bounds bounds(text, limits);
-    while (!reader.atEnd()) {
-        reader.readNext();
-        QString const fault = reader.hasError() ? reader.errorString() : bounds.excess(reader);
-        if (!fault.isEmpty()) {
-            setError(error, reader, fault);
-            return false;
-        }
-    }
-    return true;
+    return checkEach(text, error, limits, [](QXmlStreamReader const&) { return QString(); });
 }
 
 bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits)
 {
     document.clear();
-    if (!check(text, error, limits))
-        return false;
-    QXmlStreamReader reader(text);
-    reader.setNamespaceProcessing(false);
-    if (document.setContent(&reader, false))
-        return true;
-    setError(error, reader, QStringLiteral("the document tree could not be built"));
-    document.clear();
-    return false;
+    if (limits.controls == Controls::AreRead && ControlStandIns::areNeededFor(text))
+        return parseWithControls(text, document, error, limits);
+    return check(text, error, limits) && build(text, document, error);
 }
 
 } // namespace BoundedXml

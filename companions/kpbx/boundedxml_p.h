@@ -19,15 +19,27 @@ class QIODevice;
  */
 namespace BoundedXml {
 
+/** What becomes of control characters other than tab, line feed and carriage return. */
+enum class Controls {
+    AreRefused, ///< as XML 1.0 has it
+    /**
+     * parse() reads them from UTF-8, in texts and attributes, as they are: the application has
+     * always written them so. NUL, and any in a name, is refused all the same. Each counts as
+     * three bytes.
+     */
+    AreRead
+};
+
 /** How large a document may be; by default as large as documents with outlines get. */
 struct Limits
 {
     qint64 bytes = 256LL * 1024 * 1024;
     int nodes = std::numeric_limits<int>::max(); ///< tags, attributes, texts
+    Controls controls = Controls::AreRefused;
 };
 
 /** A file of the application's own: its tree takes at most some 600 MB. */
-constexpr Limits configurationLimits {64LL * 1024 * 1024, 750000};
+constexpr Limits configurationLimits {64LL * 1024 * 1024, 750000, Controls::AreRead};
 
 constexpr int maximumDepth = 1000;
 /** Ampersands of a document that declares entities; in any other they cost nothing. */
@@ -52,12 +64,15 @@ struct Error
 QByteArray read(QIODevice& device, Error& error, Limits const& limits = {});
 
 /**
- * Whether `text` is one well-formed document within the bounds; `error` is set if not. An
- * entity may expand to 4,096 characters, Qt's own limit.
+ * Whether `text` is one well-formed document within the bounds, control characters refused;
+ * `error` is set if not. An entity may expand to 4,096 characters, Qt's own limit.
  */
 bool check(QByteArray const& text, Error& error, Limits const& limits = {});
 
-/** Builds the tree of `text`; false, with `document` empty and `error` set, if check() fails. */
+/**
+ * Builds the tree of `text`; false, with `document` empty and `error` set, if it is not well-formed
+ * but for its control characters, or out of bounds.
+ */
 bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits = {});
 
 } // namespace BoundedXml

@@ -25,6 +25,10 @@ public:
      * attributes, texts) or more than it has bytes (100,000 in a short file), more than 1,000
      * nested elements, an entity that expands to more than 4,096 characters, or more than 10,000
      * references beside declared entities.
+     *
+     * Control characters that XML 1.0 has no place for are read as they are, in the texts and
+     * attributes of a UTF-8 file, for the application has always written them so. Each counts as
+     * three bytes. NUL is refused.
      */
     KPBX_EXPORT static bool loadXmlFile(QDomDocument& document, QString const& path);
 };

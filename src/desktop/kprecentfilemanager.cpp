@@ -2,6 +2,8 @@
 
 #include "filereplacement_p.h"
 #include "kpfilepathmanager.h"
+#include "xmlelement_p.h"
+#include "xmltext_p.h"
 
 #include <QCoreApplication>
 #include <QDomDocument>
@@ -332,51 +334,27 @@ constexpr QLatin1String teamName = constant("TeamName");
 constexpr QLatin1String top = constant("Top");
 } // namespace Attribute
 
-/** Whether a document of XML 1.0 may hold the character, half of a pair not being one. */
-bool isXmlCharacter(QChar character)
+QString savedText(QString const& text)
 {
-    ushort const code = character.unicode();
-    if (code < 0x20)
-        return code == '\t' || code == '\n' || code == '\r';
-    return !character.isSurrogate() && code < 0xFFFE;
-}
-
-/** The text with U+FFFD in the place of what XML cannot hold. */
-QString xmlText(QString text)
-{
-    for (int i = 0; i < text.size(); ++i) {
-        bool const isPair =
-            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair)
-            ++i;
-        else if (!isXmlCharacter(text.at(i)))
-            text[i] = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
-QDomElement appendElement(QDomNode& parent, QLatin1String tag)
-{
-    QDomDocument document = parent.isDocument() ? parent.toDocument() : parent.ownerDocument();
-    return parent.appendChild(document.createElement(tag)).toElement();
+    return XmlText::readable(text, XmlText::Controls::AreKept);
 }
 
 QDomElement appendPath(QDomElement& parent, QLatin1String tag, QString const& path)
 {
-    QDomElement element = appendElement(parent, tag);
-    element.setAttribute(Attribute::value, xmlText(path));
+    QDomElement element = XmlElement::append(parent, tag);
+    element.setAttribute(Attribute::value, savedText(path));
     return element;
 }
 
 void appendList(
     QDomElement& root, QLatin1String listTag, QLatin1String entryTag, QList<RecFile> const& list)
 {
-    QDomElement parent = appendElement(root, listTag);
+    QDomElement parent = XmlElement::append(root, listTag);
     for (RecFile const& entry : list) {
         QDomElement element = appendPath(parent, entryTag, entry.path);
         element.setAttribute(Attribute::type, static_cast<unsigned int>(entry.type));
         if (!entry.teamName.isEmpty())
-            element.setAttribute(Attribute::teamName, xmlText(entry.teamName));
+            element.setAttribute(Attribute::teamName, savedText(entry.teamName));
         element.setAttribute(Attribute::top, entry.isTop ? 1 : 0);
     }
 }
@@ -579,7 +557,7 @@ void KpRecentFileManager::save()
     QDomDocument document;
     document.appendChild(document.createProcessingInstruction(
         QStringLiteral("xml"), QStringLiteral("version=\"1.0\" encoding=\"utf-8\"")));
-    QDomElement root = appendElement(document, Tag::files);
+    QDomElement root = XmlElement::append(document, Tag::files);
     appendPath(root, Tag::file, m_recentFileFolder);
     appendPath(root, Tag::symbol, m_symbolFolder);
     appendPath(root, Tag::library, m_libraryFolder);

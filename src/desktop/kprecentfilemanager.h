@@ -182,8 +182,11 @@ public:
      *
      * The file is replaced in one step, and keeps its permissions; if it is a symbolic link, its
      * target is replaced. On any failure it stays as it was: nothing is reported. A device or
-     * pipe in its place is left alone. Characters that XML cannot hold, as control characters,
-     * become U+FFFD, for with them the whole file would be lost to a reader.
+     * pipe in its place is left alone.
+     *
+     * Control characters are written as they are, though XML 1.0 has no place for most of them:
+     * load() reads them back. Only what no reader gives back becomes U+FFFD: NUL, halves of
+     * surrogate pairs, U+FFFE and U+FFFF.
      */
     void save();
 

@@ -7,27 +7,18 @@
 #include "import/textimport.h"
 #include "messagelog.h"
 #include "xmlstreamwriter.h"
+#include "xmltext_p.h"
 
 #include <QDomDocument>
 
 namespace {
 
-/** A name without the characters that XML cannot hold. */
-QString xmlText(QString const& name)
-{
-    QString text = name;
-    for (QChar& character : text) {
-        if (character.category() == QChar::Other_Control || character.unicode() >= 0xfffe)
-            character = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
 /** Hands the attributes of the shape around an outline to `setAttribute`. */
 template <class SetAttribute>
 void writeShape(QSizeF const& size, ImportedOutline const& outline, SetAttribute setAttribute)
 {
-    setAttribute(ShapeFormat::name(), xmlText(outline.name));
+    setAttribute(
+        ShapeFormat::name(), XmlText::readable(outline.name, XmlText::Controls::AreReplaced));
     setAttribute(ShapeFormat::width(), numberText(size.width()));
     setAttribute(ShapeFormat::height(), numberText(size.height()));
     if (outline.fillRule)
