@@ -11,7 +11,9 @@
 #include <functional>
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <pty.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 /** What the tests of the command-line tool share: an empty folder to run it in. */
@@ -25,6 +27,13 @@ struct Result
     QByteArray out;
     QByteArray err;
 };
+
+/** Lets the superuser, too, be stopped by permissions. */
+inline void obeyPermissions()
+{
+    prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
+    prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+}
 
 /** A process that is prepared between fork and exec by `setUp`. */
 class PreparedProcess : public QProcess

@@ -8,12 +8,9 @@
 #include <vector>
 
 #include <sys/ioctl.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <linux/capability.h>
 
 using namespace KpgeomTesting;
 
@@ -63,13 +60,6 @@ void limitMemory(rlim_t mebibytes)
     rlimit const limit {mebibytes * 1024 * 1024, mebibytes * 1024 * 1024};
     if (!Testing::sanitized)
         setrlimit(RLIMIT_DATA, &limit);
-}
-
-/** Lets the superuser, too, be stopped by permissions. */
-void obeyPermissions()
-{
-    prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
-    prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
 }
 
 /** The most memory that a run of the tool has taken so far. */

@@ -4,6 +4,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
+
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace KpgeomTesting;
@@ -106,6 +109,8 @@ private Q_SLOTS:
     void missingFileIsTold();
     void missingDirectoryIsTold();
     void unwritableFileIsTold();
+    void fileInAnUnwritableDirectoryIsWritten();
+    void fileThatIsLeftBrokenIsTold();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
     void defaultIsThePlatformsDirectory();
@@ -463,6 +468,39 @@ void TestKpgeomRecent::unwritableFileIsTold()
     QVERIFY(QFile::remove(place.path("cfg/RecentFiles.xml")));
     QVERIFY(QFile::link("missing/RecentFiles.xml", place.path("cfg/RecentFiles.xml")));
     COMPARE_FAILURE(place.recent({"add", "/a"}), 1, "cfg/RecentFiles.xml: cannot be written");
+}
+
+void TestKpgeomRecent::fileInAnUnwritableDirectoryIsWritten()
+{
+    RecentWorkplace const place;
+    QVERIFY(chmod(QFile::encodeName(place.path("cfg")).constData(), 0555) == 0);
+    Workplace::Start start;
+    start.setUp = obeyPermissions;
+    QStringList const add {"recent", "--config", "cfg", "add", "/e.x"};
+    COMPARE_EXIT(place.run(add, start), 0);
+    QVERIFY(place.paths().contains("/e.x"));
+    QCOMPARE(QDir(place.path("cfg")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList("RecentFiles.xml"));
+    QVERIFY(chmod(QFile::encodeName(place.path("cfg/RecentFiles.xml")).constData(), 0444) == 0);
+    QByteArray const before = place.read("cfg/RecentFiles.xml");
+    COMPARE_FAILURE(place.run(add, start), 1, "cfg/RecentFiles.xml: cannot be written");
+    QCOMPARE(place.read("cfg/RecentFiles.xml"), before);
+}
+
+/** A file that is written to directly is lost where there is no room for all of it. */
+void TestKpgeomRecent::fileThatIsLeftBrokenIsTold()
+{
+    RecentWorkplace const place;
+    QVERIFY(chmod(QFile::encodeName(place.path("cfg")).constData(), 0555) == 0);
+    Workplace::Start start;
+    start.setUp = [] {
+        obeyPermissions();
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit const room {100, 100};
+        setrlimit(RLIMIT_FSIZE, &room);
+    };
+    COMPARE_FAILURE(place.run({"recent", "--config", "cfg", "add", "/e.x"}, start), 1,
+        "cfg/RecentFiles.xml: cannot be written");
 }
 
 void TestKpgeomRecent::wrongUsageIsTold_data()

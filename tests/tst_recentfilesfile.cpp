@@ -158,7 +158,10 @@ private Q_SLOTS:
     void whatIsNoFileIsLeftAlone_data();
     void whatIsNoFileIsLeftAlone();
     void unwritableFileStays();
-    void unwritableDirectoryKeepsTheFile();
+    void fileInAnUnwritableDirectoryIsWrittenDirectly_data();
+    void fileInAnUnwritableDirectoryIsWrittenDirectly();
+    void unwritableDirectoryGetsNoFile();
+    void fileOfAnotherUserIsReplaced();
     void fullDiskKeepsTheFile_data();
     void fullDiskKeepsTheFile();
     void fullFileSystemKeepsTheFile();
@@ -769,26 +772,99 @@ void TestRecentFilesFile::unwritableFileStays()
     QVERIFY(content().contains("RecentFolders"));
 }
 
-void TestRecentFilesFile::unwritableDirectoryKeepsTheFile()
+void TestRecentFilesFile::fileInAnUnwritableDirectoryIsWrittenDirectly_data()
 {
-    write("old");
+    QTest::addColumn<unsigned int>("mode"); // of the file, which is another user's
+    QTest::addColumn<bool>("isLink");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("writable") << 0666U << false << true;
+    QTest::newRow("writable for others alone") << 0602U << false << true;
+    QTest::newRow("link to a writable one") << 0666U << true << true;
+    QTest::newRow("read-only") << 0444U << false << false;
+    QTest::newRow("link to a read-only one") << 0644U << true << false;
+}
+
+void TestRecentFilesFile::fileInAnUnwritableDirectoryIsWrittenDirectly()
+{
+    if (geteuid() != 0) {
+        qInfo("only root can become another user: not run");
+        return;
+    }
+    QFETCH(unsigned int, mode);
+    QFETCH(bool, isLink);
+    QFETCH(bool, isWritten);
     QByteArray const directory = QFile::encodeName(QFileInfo(file()).path());
-    QCOMPARE(chmod(QFile::encodeName(file()).constData(), 0666), 0);
+    QByteArray const target =
+        isLink ? QFile::encodeName(m_home->path()) + "/kept.xml" : QFile::encodeName(file());
+    if (isLink)
+        QCOMPARE(symlink(target.constData(), QFile::encodeName(file()).constData()), 0);
+    // Longer than the list that takes its place.
+    QByteArray const before = "old" + QByteArray(10000, ' ');
+    write(before);
+    QCOMPARE(chmod(target.constData(), mode), 0);
     for (QString const& folder : {m_home->path(), m_home->path() + "/config"})
         QCOMPARE(chmod(QFile::encodeName(folder).constData(), 0755), 0);
-    auto const save = [] {
+    QCOMPARE(chmod(directory.constData(), 0555), 0);
+    struct stat const status = statusOf(QFile::decodeName(target));
+    KpRecentFileManager manager;
+    fillWith(manager, 7);
+    int const end = endOfChild([&] {
+        becomeNobody();
+        manager.save();
+        return 0;
+    });
+    QCOMPARE(end, 0);
+    QCOMPARE(content() == before, !isWritten);
+    if (isWritten)
+        QCOMPARE(savedNumber(), 7);
+    QCOMPARE(statusOf(QFile::decodeName(target)).st_ino, status.st_ino);
+    QCOMPARE(statusOf(QFile::decodeName(target)).st_mode, status.st_mode);
+    QCOMPARE(statusOf(QFile::decodeName(target)).st_uid, status.st_uid);
+    QCOMPARE(QFileInfo(file()).isSymLink(), isLink);
+    expectOnlyTheFile();
+}
+
+void TestRecentFilesFile::unwritableDirectoryGetsNoFile()
+{
+    if (geteuid() != 0) {
+        qInfo("only root can become another user: not run");
+        return;
+    }
+    for (QString const& folder : {m_home->path(), m_home->path() + "/config"})
+        QCOMPARE(chmod(QFile::encodeName(folder).constData(), 0755), 0);
+    QCOMPARE(chmod(QFile::encodeName(QFileInfo(file()).path()).constData(), 0555), 0);
+    int const end = endOfChild([] {
         becomeNobody();
         KpRecentFileManager().save();
         return 0;
-    };
-    QCOMPARE(chmod(directory.constData(), 0555), 0);
-    int const end = endOfChild(save);
-    QCOMPARE(chmod(directory.constData(), 0777), 0);
+    });
     QCOMPARE(end, 0);
-    QCOMPARE(content(), QByteArray("old"));
-    expectOnlyTheFile();
-    QCOMPARE(endOfChild(save), 0);
+    QCOMPARE(entriesOfDirectory(), QStringList());
+}
+
+/** Where the directory can be written to, another user's file is replaced as ever. */
+void TestRecentFilesFile::fileOfAnotherUserIsReplaced()
+{
+    if (geteuid() != 0) {
+        qInfo("only root can become another user: not run");
+        return;
+    }
+    write("old");
+    QCOMPARE(chmod(QFile::encodeName(file()).constData(), 0666), 0);
+    for (QString const& folder : {m_home->path(), m_home->path() + "/config"})
+        QCOMPARE(chmod(QFile::encodeName(folder).constData(), 0755), 0);
+    QCOMPARE(chmod(QFile::encodeName(QFileInfo(file()).path()).constData(), 0777), 0);
+    ino_t const before = statusOf(file()).st_ino;
+    int const end = endOfChild([] {
+        becomeNobody();
+        KpRecentFileManager().save();
+        return 0;
+    });
+    QCOMPARE(end, 0);
     QVERIFY(content().contains("RecentFolders"));
+    QVERIFY(statusOf(file()).st_ino != before);
+    QCOMPARE(statusOf(file()).st_mode & 07777U, 0666U);
+    expectOnlyTheFile();
 }
 
 void TestRecentFilesFile::fullDiskKeepsTheFile_data()

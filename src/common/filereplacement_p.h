@@ -14,7 +14,10 @@ inline bool isDeviceOrPipe(QFileInfo const& present)
     return present.exists() && !present.isFile();
 }
 
-/** Opens the new file beside the present one, if there is one, whose permissions it takes over. */
+/**
+ * Opens the new file beside the present one, if there is one, whose permissions it takes over. With
+ * the direct-write fallback of `file`, what is opened may be the present one itself.
+ */
 inline bool open(QSaveFile& file)
 {
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
@@ -23,7 +26,10 @@ inline bool open(QSaveFile& file)
     // Qt copies what the user may do, too: for root a file that none may write would become one
     // that its owner may.
     constexpr QFile::Permissions ofUser = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
-    return !present.exists() || file.setPermissions(present.permissions() & ~ofUser);
+    QFile::Permissions const wanted = present.permissions() & ~ofUser;
+    // The present file has them already, and only its owner may set them.
+    return !present.exists() || (file.permissions() & ~ofUser) == wanted
+        || file.setPermissions(wanted);
 }
 
 /** Writes all of `content`; QSaveFile::commit() alone can miss a failed last flush. */

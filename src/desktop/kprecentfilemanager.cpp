@@ -379,13 +379,17 @@ void readList(QDomElement const& root, QLatin1String listTag, QList<RecFile>& li
     }
 }
 
-/** The file as it was stays if the new one cannot be written to the last byte. */
+/**
+ * The file as it was stays if the new one cannot be written to the last byte; but where its
+ * directory cannot be written to, the file itself is written.
+ */
 void replaceFile(QString const& name, QByteArray const& content)
 {
     // A link to the null device is how some users keep no list.
     if (FileReplacement::isDeviceOrPipe(QFileInfo(name)))
         return;
     QSaveFile file(name);
+    file.setDirectWriteFallback(true);
     if (FileReplacement::open(file) && FileReplacement::write(file, content))
         file.commit();
 }

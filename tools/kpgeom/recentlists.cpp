@@ -3,6 +3,7 @@
 #include "check/recentaudit.h"
 #include "common/filecontent.h"
 #include "common/xmldiagnostic.h"
+#include "kpfilepathmanager.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -62,6 +63,13 @@ struct FileState
     }
 };
 
+/** Whether the list can be read: one that was written into its file may have met a full disk. */
+bool isWhole(QString const& file)
+{
+    QDomDocument document;
+    return KpFilePathManager::loadXmlFile(document, file);
+}
+
 } // namespace
 
 RecentLists::RecentLists(QString const& directory)
@@ -106,7 +114,7 @@ bool RecentLists::save(Diagnostics& diagnostics)
         m_manager.save();
     }
     FileState const after(m_file);
-    if (after.identity != 0 && !after.isSame(before))
+    if (after.identity != 0 && !after.isSame(before) && isWhole(m_file))
         return true;
     diagnostics.error(m_file, QStringLiteral("cannot be written"));
     return false;
