@@ -79,10 +79,48 @@ bool checkEach(QByteArray const& text, Error& error, Limits const& limits, Fault
     return true;
 }
 
-/** Builds the tree of a text that has been checked. */
-bool build(QByteArray const& text, QDomDocument& document, Error& error)
+/** How much of the time to read a tree the check takes, roughly. */
+constexpr double shareOfCheck = 0.3;
+
+/** A text that tells how much of it has been read. */
+class ToldText : public QIODevice
 {
-    QXmlStreamReader reader(text);
+public:
+    ToldText(QByteArray const& text, Progress const& progress)
+        : m_text(text)
+        , m_progress(progress)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        qint64 const count = std::min<qint64>(size, m_text.size() - m_position);
+        std::copy_n(m_text.constData() + m_position, count, data);
+        m_position += static_cast<int>(count);
+        if (count > 0)
+            m_progress(shareOfCheck + (1.0 - shareOfCheck) * m_position / m_text.size());
+        return count;
+    }
+
+    qint64 writeData(char const* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    QByteArray const m_text;
+    Progress const& m_progress;
+    int m_position = 0;
+};
+
+/** Builds the tree of a text that has been checked. */
+bool build(QByteArray const& text, QDomDocument& document, Error& error, Progress const& progress)
+{
+    ToldText device(text, progress);
+    QXmlStreamReader reader;
+    if (progress)
+        reader.setDevice(&device);
+    else
+        reader.addData(text);
     reader.setNamespaceProcessing(false);
     if (document.setContent(&reader, false))
         return true;
@@ -134,8 +172,8 @@ void restore(QDomNode node, QXmlStreamReader& reader, ControlStandIns const& sta
 }
 
 /** parse() of a text that holds control characters. */
-bool parseWithControls(
-    QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits)
+bool parseWithControls(QByteArray const& text, QDomDocument& document, Error& error,
+    Limits const& limits, Progress const& progress)
 {
     ControlStandIns standIns;
     bool isReadable = true;
@@ -152,7 +190,7 @@ bool parseWithControls(
     if (!checkEach(ControlStandIns::blanked(text), error, limits, exclude))
         return false;
     if (!isReadable || !standIns.choose())
-        return check(text, error, limits) && build(text, document, error);
+        return check(text, error, limits) && build(text, document, error, progress);
 
     QByteArray const parsed = standIns.putInto(text);
     if (parsed.size() > limits.bytes) {
@@ -163,7 +201,7 @@ bool parseWithControls(
         return areInName(standIns, reader) ? QStringLiteral("a control character in a name")
                                            : QString();
     };
-    if (!checkEach(parsed, error, limits, faultOf) || !build(parsed, document, error))
+    if (!checkEach(parsed, error, limits, faultOf) || !build(parsed, document, error, progress))
         return false;
     QXmlStreamReader reader(parsed);
     reader.setNamespaceProcessing(false);
@@ -198,12 +236,20 @@ bool check(QByteArray const& text, Error& error, Limits const& limits)
     return checkEach(text, error, limits, [](QXmlStreamReader const&) { return QString(); });
 }
 
-bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits)
+bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits,
+    Progress const& progress)
 {
     document.clear();
     if (limits.controls == Controls::AreRead && ControlStandIns::areNeededFor(text))
-        return parseWithControls(text, document, error, limits);
-    return check(text, error, limits) && build(text, document, error);
+        return parseWithControls(text, document, error, limits, progress);
+    int tokens = 0;
+    auto const tell = [&](QXmlStreamReader const& reader) {
+        constexpr int manyTokens = 4096;
+        if (progress && ++tokens % manyTokens == 0)
+            progress(shareOfCheck * static_cast<double>(reader.characterOffset()) / text.size());
+        return QString();
+    };
+    return checkEach(text, error, limits, tell) && build(text, document, error, progress);
 }
 
 } // namespace BoundedXml

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <limits>
 
 class QDomDocument;
@@ -69,11 +70,17 @@ QByteArray read(QIODevice& device, Error& error, Limits const& limits = {});
  */
 bool check(QByteArray const& text, Error& error, Limits const& limits = {});
 
+/** Told now and then how much of a reading is done, from 0 to 1. */
+using Progress = std::function<void(double)>;
+
 /**
  * Builds the tree of `text`; false, with `document` empty and `error` set, if it is not well-formed
  * but for its control characters, or out of bounds.
+ *
+ * @param progress may be empty
  */
-bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits = {});
+bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits = {},
+    Progress const& progress = {});
 
 } // namespace BoundedXml
 

@@ -29,10 +29,9 @@ bool readTree(QByteArray const& text, QString const& file, QDomDocument& tree,
         return false;
     }
     BoundedXml::Error error;
-    if (BoundedXml::parse(text, tree, error)) {
-        progress(shareOfTree);
+    auto const treeProgress = [&progress](double share) { progress(share * shareOfTree); };
+    if (BoundedXml::parse(text, tree, error, {}, treeProgress))
         return true;
-    }
     diagnostics.add(xmlDiagnostic(error, file));
     return false;
 }
