@@ -4,7 +4,7 @@
 #include <QString>
 #include <QVector>
 
-/** Something to be told of an input or an operation: the one shape of failure in the tools. */
+/** Something reported of an input or an operation: the one shape of failure in the tools. */
 struct Diagnostic
 {
     /** How bad it is. */
@@ -20,7 +20,7 @@ struct Diagnostic
     QString text; ///< what is wrong; it may hold any character that the input holds
 };
 
-/** In the order in which they are to be told. */
+/** In the order in which they are to be reported. */
 class Diagnostics
 {
 public:
@@ -42,7 +42,7 @@ public:
     /** Appends all others, in their order. */
     void append(Diagnostics const& others) { m_all += others.m_all; }
 
-    /** Whether nothing was told, not even a warning. */
+    /** Whether nothing was reported, not even a warning. */
     bool isEmpty() const { return m_all.isEmpty(); }
     /** How many there are. */
     int size() const { return m_all.size(); }

@@ -8,7 +8,7 @@
 #include <QVector>
 
 /**
- * What the elements inside a segment's element are to the readers, told one after the other in
+ * What the elements inside a segment's element are to the readers, reported one by one in
  * document order.
  */
 class SegmentWalker
@@ -43,7 +43,7 @@ private:
 };
 
 /**
- * What the elements inside a `Geometry` element are to the readers, told one after the other in
+ * What the elements inside a `Geometry` element are to the readers, reported one by one in
  * document order, whatever the document is walked with: a tree or a stream.
  */
 class GeometryWalker

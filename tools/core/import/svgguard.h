@@ -12,7 +12,7 @@
  * nested elements and follows `use` elements without end.
  *
  * The text comes back unpacked if it was a gzip file, without images and style sheets. A warning
- * tells of each kind of element that has no effect there. Nothing, with a diagnostic, for text
+ * reports each kind of element that has no effect there. Nothing, with a diagnostic, for text
  * that is no well-formed XML within BoundedXml's bounds or no SVG, for a damaged gzip file, and
  * for a picture whose nested elements, or whose `use` elements when they are followed, go too deep
  * or repeat too much.

@@ -36,7 +36,7 @@ struct PictureSettings
     PictureFormat format = PictureFormat::Svg; ///< of the file
     QColor background = Qt::white; ///< transparent: none is drawn
     double dotsPerInch = unitsAnInch; ///< of a PNG file; finite and above 0
-    QString title; ///< told to whoever looks at the file's properties
+    QString title; ///< in the file's properties
     /** The date in a PDF file, which has none if it is invalid: the same picture, the same bytes. */
     QDateTime date;
     QString wayOut; ///< what would make a picture smaller, for diagnostics; or empty
