@@ -19,12 +19,17 @@ constexpr double largestArea = 100e6;
 constexpr double pointsAnInch = 72.0;
 constexpr double inchesAMetre = 1.0 / 0.0254;
 
-void paint(Picture const& picture, QColor const& background, QPainter& painter)
+void paint(Picture const& picture, QPainter& painter)
 {
     painter.setRenderHint(QPainter::Antialiasing);
+    picture.paint(painter);
+}
+
+void paintOnGround(Picture const& picture, QColor const& background, QPainter& painter)
+{
     if (background.alpha() > 0)
         painter.fillRect(QRectF(QPointF(0.0, 0.0), picture.size), background);
-    picture.paint(painter);
+    paint(picture, painter);
 }
 
 /** Whole pixels, of 1/96 inch but for those of a PNG file. */
@@ -43,7 +48,8 @@ QByteArray toPng(Picture const& picture, PictureSettings const& settings)
         isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return QByteArray();
-    image.fill(isOpaque ? settings.background : QColor(Qt::transparent));
+    // The last pixels too, of which the picture may cover a part only.
+    image.fill(settings.background);
     int const density = qRound(settings.dotsPerInch * inchesAMetre);
     image.setDotsPerMeterX(density);
     image.setDotsPerMeterY(density);
@@ -52,7 +58,7 @@ QByteArray toPng(Picture const& picture, PictureSettings const& settings)
         QPainter painter(&image);
         double const scale = settings.dotsPerInch / unitsAnInch;
         painter.scale(scale, scale);
-        paint(picture, isOpaque ? QColor(Qt::transparent) : settings.background, painter);
+        paint(picture, painter);
     }
     QByteArray file;
     QBuffer buffer(&file);
@@ -84,23 +90,45 @@ QByteArray toSvg(Picture const& picture, PictureSettings const& settings)
     generator.setResolution(static_cast<int>(unitsAnInch));
     generator.setSize(pixelSize(picture, settings).toSize());
     generator.setViewBox(QRectF(QPointF(0.0, 0.0), picture.size));
-    generator.setTitle(settings.title);
+    // Qt writes both as they are, and one of its own instead of none.
+    generator.setTitle(settings.title.toHtmlEscaped());
     generator.setDescription(QString());
     {
         QPainter painter(&generator);
-        paint(picture, settings.background, painter);
+        paintOnGround(picture, settings.background, painter);
     }
     return measuredInPixels(file, picture.size);
 }
 
-/** With another entry in the place of the last one of a key, padded: no offset in the file moves. */
+/** With its table of offsets as it has to be when what follows `from` has moved by some bytes. */
+QByteArray withOffsetsMoved(QByteArray pdf, int from, int bytes)
+{
+    constexpr int entryLength = 20;
+    constexpr int offsetLength = 10;
+    QByteArray const heading = "xref\n";
+    int const table = pdf.lastIndexOf('\n' + heading) + 1;
+    int const trailer = pdf.indexOf("trailer", table);
+    int const count = table + heading.size();
+    for (int at = pdf.indexOf('\n', count) + 1; at < trailer; at += entryLength) {
+        int const offset = pdf.mid(at, offsetLength).toInt();
+        if (offset > from) {
+            pdf.replace(at, offsetLength,
+                QByteArray::number(offset + bytes).rightJustified(offsetLength, '0'));
+        }
+    }
+    int const place = pdf.indexOf('\n', pdf.indexOf("startxref", trailer)) + 1;
+    return pdf.replace(place, pdf.indexOf('\n', place) - place, QByteArray::number(table));
+}
+
+/** With another entry in the place of the last one of a key. */
 QByteArray withEntry(QByteArray pdf, QByteArray const& key, QByteArray const& entry)
 {
-    int const start = pdf.lastIndexOf(key + ' ');
-    int const end = start < 0 ? -1 : pdf.indexOf('\n', start);
-    return end < start + entry.size()
-        ? pdf
-        : pdf.replace(start, end - start, entry.leftJustified(end - start, ' '));
+    int const start = pdf.lastIndexOf('\n' + key + ' ') + 1;
+    if (start == 0)
+        return pdf;
+    int const length = pdf.indexOf('\n', start) - start;
+    pdf.replace(start, length, entry);
+    return withOffsetsMoved(pdf, start, entry.size() - length);
 }
 
 /** With the date that is wanted, or none, instead of that of the day. */
@@ -108,8 +136,8 @@ QByteArray dated(QByteArray const& pdf, QDateTime const& date)
 {
     QByteArray const key = "/CreationDate";
     return withEntry(pdf, key,
-        date.isValid() ? key + " (D:"
-                + date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")).toLatin1() + "+00'00')"
+        date.isValid() ? key
+                + " (D:" + date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")).toLatin1() + "Z)"
                        : QByteArray());
 }
 
@@ -138,7 +166,7 @@ QByteArray toPdf(Picture const& picture, PictureSettings const& settings)
         writer.setPageMargins(QMarginsF(0.0, 0.0, 0.0, 0.0));
         writer.setTitle(settings.title);
         QPainter painter(&writer);
-        paint(picture, settings.background, painter);
+        paintOnGround(picture, settings.background, painter);
     }
     return trimmed(dated(file, settings.date), points, wholePoints);
 }
