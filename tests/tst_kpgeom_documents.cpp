@@ -87,6 +87,8 @@ private Q_SLOTS:
     void resizeIsTheSameEveryTime();
     void resizeRefusesWhatBecomesTooLarge();
     void resizeReadsStandardInput();
+    void resizeTellsLinesThatVanish_data();
+    void resizeTellsLinesThatVanish();
     void wrongUsageOfResizeIsTold_data();
     void wrongUsageOfResizeIsTold();
 
@@ -324,6 +326,55 @@ void TestKpgeomDocuments::resizeReadsStandardInput()
     COMPARE_EXIT(result, 0);
     QCOMPARE(result.out.count("V=\"7\""), 2);
     QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeomDocuments::resizeTellsLinesThatVanish_data()
+{
+    QTest::addColumn<QByteArray>("outlines");
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("to");
+    QTest::addColumn<QByteArray>("told");
+
+    QByteArray const box = boxGeometry();
+    QByteArray const end = " shorter than one unit and not drawn\n";
+    QTest::newRow("none") << box << "100x60"
+                          << "1x1" << QByteArray();
+    QTest::newRow("one") << box << "100x60"
+                         << "20x0.5"
+                         << "in.xml: in a box of 20 x 0.5, 1 line is" + end;
+    QTest::newRow("two") << box << "100x60"
+                         << "0.5x20"
+                         << "in.xml: in a box of 0.5 x 20, 2 lines are" + end;
+    QTest::newRow("of all outlines") << box + box << "100x60"
+                                     << "0.5x20"
+                                     << "in.xml: in a box of 0.5 x 20, 4 lines are" + end;
+    QByteArray const point = "<LineTo><X V=\"0.5\" B=\"0\"/><Y V=\"0.5\" B=\"0\"/></LineTo>";
+    QTest::newRow("not drawn before") << "<Geometry><MoveTo/>" + point + point + "</Geometry>"
+                                      << "100x60"
+                                      << "50x20" << QByteArray();
+    // The first line grows to 5 units, the last one shrinks from 11 to less than one.
+    QTest::newRow("one vanishes, one appears")
+        << QByteArray("<Geometry><MoveTo><X V=\"0\" B=\"0\"/><Y V=\"0\" B=\"0\"/></MoveTo>"
+                      "<LineTo><X V=\"0.5\" B=\"1\"/><Y V=\"0\" B=\"0\"/></LineTo>"
+                      "<LineTo><X V=\"9\" B=\"0\"/><Y V=\"9\" B=\"0\"/></LineTo>"
+                      "<LineTo><X V=\"9\" B=\"0\"/><Y V=\"19\" B=\"2\"/></LineTo></Geometry>")
+        << "1x20"
+        << "10x10"
+        << "in.xml: in a box of 10 x 10, 1 line is" + end;
+}
+
+void TestKpgeomDocuments::resizeTellsLinesThatVanish()
+{
+    QFETCH(QByteArray, outlines);
+    QFETCH(QString, from);
+    QFETCH(QString, to);
+    QFETCH(QByteArray, told);
+    Workplace const place;
+    place.write("in.xml", "<D>" + outlines + "</D>");
+    Result const result = place.run(resizing(from, to));
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, told);
+    QVERIFY(place.read("out.xml").contains("</Geometry>"));
 }
 
 void TestKpgeomDocuments::wrongUsageOfResizeIsTold_data()

@@ -1167,7 +1167,7 @@ void TestKpgeomFiles::largeDocumentsAreTaken()
     bool const isSmaller = arguments.first() == "resize";
     QCOMPARE(result.err,
         isSmaller
-            ? QByteArray("a.xml: in a box of 10 x 6 80000 lines are shorter than one unit and "
+            ? QByteArray("a.xml: in a box of 10 x 6, 80000 lines are shorter than one unit and "
                          "not drawn\n")
             : QByteArray());
     if (arguments.first() == "info")

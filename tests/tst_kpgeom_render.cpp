@@ -54,6 +54,8 @@ private Q_SLOTS:
     void documentNamesTheFillRule_data();
     void documentNamesTheFillRule();
     void sheetFillsEachOutlineByItsRule();
+    void linesThatVanishAreTold_data();
+    void linesThatVanishAreTold();
     void marksLieOverLaterOutlines_data();
     void marksLieOverLaterOutlines();
     void legendIsNotClipped_data();
@@ -921,6 +923,58 @@ void TestKpgeomRender::sheetFillsEachOutlineByItsRule()
     QCOMPARE(
         middles({"--fill-rule", "evenodd"}), QStringList({hex(white), hex(white), hex(white)}));
     QCOMPARE(middles({"--fill-rule", "nonzero"}), QStringList({hex(pale), hex(pale), hex(pale)}));
+}
+
+void TestKpgeomRender::linesThatVanishAreTold_data()
+{
+    QTest::addColumn<QByteArray>("geometry");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("told");
+
+    QByteArray const box = boxGeometry();
+    QByteArray const end = " shorter than one unit and not drawn\n";
+    QTest::newRow("none") << box << QStringList {"--size", "1x1"} << QByteArray();
+    QTest::newRow("two") << box << QStringList {"--size", "0.5x20"}
+                         << "a.xml: in a box of 0.5 x 20, 2 lines are" + end;
+    QTest::newRow("three") << box << QStringList {"--size", "0.5x0.25"}
+                           << "a.xml: in a box of 0.5 x 0.25, 3 lines are" + end;
+    QTest::newRow("one of each kind")
+        << box + fixedLine("5", "5") << QStringList {"--size", "20x0.5"}
+        << "a.xml: in a box of 20 x 0.5, 1 line is" + end;
+    QTest::newRow("of all outlines") << box + box << QStringList {"--size", "0.5x20"}
+                                     << "a.xml: in a box of 0.5 x 20, 4 lines are" + end;
+    QTest::newRow("of the outlines that are drawn")
+        << box + box << QStringList {"--size", "0.5x20", "--index", "2"}
+        << "a.xml: in a box of 0.5 x 20, 2 lines are" + end;
+    QTest::newRow("not in the document either")
+        << fixedLine("0.5", "0.5") << QStringList {"--size", "50x20"} << QByteArray();
+    QTest::newRow("boxes of a sheet")
+        << box << QStringList {"--sheet", "--size", "0.5x20", "--size", "30x20", "--size", "20x0.5"}
+        << "a.xml: in a box of 0.5 x 20, 2 lines are" + end
+            + "a.xml: in a box of 20 x 0.5, 1 line is" + end;
+    QTest::newRow("without a box") << box << QStringList {"--scale", "0.001"} << QByteArray();
+    // A line that is short in the document grows, and makes up for none that shrinks.
+    QTest::newRow("one vanishes, one appears")
+        << QByteArray("<Geometry><MoveTo><X V=\"0\" B=\"0\"/><Y V=\"0\" B=\"0\"/></MoveTo>"
+                      "<LineTo><X V=\"0.5\" P=\"0.5\" B=\"1\"/><Y V=\"0\" B=\"0\"/></LineTo>"
+                      "<LineTo><X V=\"9\" B=\"0\"/><Y V=\"9\" B=\"0\"/></LineTo>"
+                      "<LineTo><X V=\"9\" B=\"0\"/><Y V=\"20\" P=\"0.95\" B=\"2\"/></LineTo>"
+                      "</Geometry>")
+        << QStringList {"--size", "10x10"} << "a.xml: in a box of 10 x 10, 1 line is" + end;
+}
+
+void TestKpgeomRender::linesThatVanishAreTold()
+{
+    QFETCH(QByteArray, geometry);
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, told);
+
+    Workplace const place;
+    place.write("a.xml", "<D>" + geometry + "</D>");
+    Result const result = place.run(QStringList {"render", "a.xml", "-o", "a.svg"} + options);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, told);
+    QVERIFY(place.read("a.svg").contains("</svg>"));
 }
 
 void TestKpgeomRender::marksLieOverLaterOutlines_data()

@@ -3,12 +3,18 @@
 
 #include "document/outlinedocument.h"
 
+#include <QSizeF>
+#include <QVector>
+
 /**
  * The document that an operand names, "-" being standard input; nothing, after a message, when it
  * cannot be read. A message says too what to do with an SVG picture.
  */
 std::optional<OutlineDocument> loadDocument(
     QString const& operand, ProgressFunction const& progress);
+
+/** How many lines an outline loses, by the sorted indices of those that are not drawn. */
+int countLost(QVector<int> const& undrawnBefore, QVector<int> const& undrawnAfter);
 
 /** A warning of lines that are too short to be drawn in a box; to be reported if there are any. */
 Diagnostic lostLinesIn(QSizeF const& box, int lines, QString const& operand);

@@ -1,6 +1,7 @@
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
+#include "document/shortlines.h"
 #include "documentinput.h"
 #include "paint/colourtext.h"
 #include "paint/contactsheet.h"
@@ -199,11 +200,14 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, RenderOptions& op
 /** Reports the lines that vanish in the boxes although they are drawn in the document's own. */
 void reportLostLines(Figure const& figure, QVector<QSizeF> const& boxes, QString const& operand)
 {
-    int const lost = countLostLines(figure);
     for (QSizeF const& box : boxes) {
-        int const more = countLostLines(resized(figure, box)) - lost;
-        if (more > 0)
-            report(lostLinesIn(box, more, operand));
+        Figure const fitted = resized(figure, box);
+        int lost = 0;
+        for (std::size_t i = 0; i < figure.parts.size(); ++i)
+            lost +=
+                countLost(undrawnLines(*figure.parts[i].list), undrawnLines(*fitted.parts[i].list));
+        if (lost > 0)
+            report(lostLinesIn(box, lost, operand));
     }
 }
 

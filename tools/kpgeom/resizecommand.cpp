@@ -63,13 +63,13 @@ Outcome runResize(Command const& command, QStringList const& arguments)
         return Outcome::Failed;
     int lost = 0;
     for (Outline const& outline : document->outlines()) {
-        lost -= countLostLines(*outline.list);
+        QVector<int> const undrawn = undrawnLines(*outline.list);
         if (!resize(*outline.list, *from, *to)) {
             report({Diagnostic::Severity::Error, operand, 0, 0,
                 QStringLiteral("a coordinate of outline %1 becomes too large").arg(outline.index)});
             return Outcome::Failed;
         }
-        lost += countLostLines(*outline.list);
+        lost += countLost(undrawn, undrawnLines(*outline.list));
     }
     if (lost > 0)
         report(lostLinesIn(*to, lost, operand));

@@ -1,7 +1,6 @@
 #include "paint/figure.h"
 
 #include "document/exactcopy.h"
-#include "document/shortlines.h"
 
 #include <algorithm>
 
@@ -31,14 +30,6 @@ Figure resized(Figure const& figure, QSizeF const& box)
         copy.parts.push_back({list, part.fillRule});
     }
     return copy;
-}
-
-int countLostLines(Figure const& figure)
-{
-    int count = 0;
-    for (Figure::Part const& part : figure.parts)
-        count += countLostLines(*part.list);
-    return count;
 }
 
 bool isDrawable(QRectF const& bounds)

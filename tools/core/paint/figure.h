@@ -29,9 +29,6 @@ QRectF boundsOf(Figure const& figure, OutlineStyle const& style);
 /** A copy of the figure, its coordinates recomputed for the box. */
 Figure resized(Figure const& figure, QSizeF const& box);
 
-/** How many lines of the figure drawing leaves out although they lead somewhere. */
-int countLostLines(Figure const& figure);
-
 /** Whether the numbers of a rectangle are such that it can be drawn. */
 bool isDrawable(QRectF const& bounds);
 
