@@ -60,6 +60,7 @@ private Q_SLOTS:
     void marksLieOverLaterOutlines();
     void legendIsNotClipped_data();
     void legendIsNotClipped();
+    void sheetTooLargeFails();
     void largeDrawingsAreScaledDown();
     void emptyOutlinesDoNotEnlargeThePicture();
     void pointsShowTheirRules();
@@ -635,6 +636,11 @@ void TestKpgeomRender::wrongUsageIsTold_data()
     row("--margin 0 --sheet", "--width, --height and --margin do not go with --sheet");
     row("--width 100 --scale 2", "--scale does not go with --width or --height");
     row("--height 100 --scale 2", "--scale does not go with --width or --height");
+    QByteArray const noRoom = "--width and --height leave no room within the --margin";
+    row("--width 20", noRoom);
+    row("--height 20", noRoom);
+    row("--width 100 --height 16", noRoom);
+    row("--width 100 --margin 50", noRoom);
     row("--dpi 96 --format svg", "--dpi goes with PNG: the other formats have no dots");
     row("--dpi 300 --format pdf", "--dpi goes with PNG: the other formats have no dots");
     for (QString const& value :
@@ -1043,6 +1049,20 @@ void TestKpgeomRender::legendIsNotClipped()
     QVERIFY2(ends.at(7) > 200, qPrintable(QString::number(ends.at(7))));
 }
 
+void TestKpgeomRender::sheetTooLargeFails()
+{
+    Workplace const place;
+    place.write("a.xml", "<D>" + boxGeometry().repeated(5000) + "</D>");
+    COMPARE_FAILURE(place.run({"render", "a.xml", "--sheet", "-o", "a.svg"}), 1,
+        "a.xml: a picture of 13824 by 9264 is too large: at most 20000 a side, and 100 million in "
+        "all (draw fewer outlines or sizes, use --whole-files or a smaller --dpi)");
+    QCOMPARE(place.entries(), QStringList("a.xml"));
+    COMPARE_EXIT(place.run({"render", "a.xml", "--sheet", "--whole-files", "-o", "a.svg"}), 0);
+    COMPARE_FAILURE(place.run({"render", "a.xml", "-o", "b.svg", "--width", "20001"}), 1,
+        "a.xml: a picture of 20001 by 12009 is too large: at most 20000 a side, and 100 million in "
+        "all (use a smaller --scale, --size, --width, --height or --dpi)");
+}
+
 void TestKpgeomRender::largeDrawingsAreScaledDown()
 {
     Workplace const place;
@@ -1231,10 +1251,18 @@ void TestKpgeomRender::outlinesThatCannotBeDrawnFail()
     for (QString const& file : {QString("a.svg"), QString("a.png"), QString("a.pdf")}) {
         COMPARE_FAILURE(place.run({"render", "a.xml", "-o", file}), 1,
             "a.xml: a coordinate is too large or no number and cannot be drawn");
-        COMPARE_FAILURE(place.run({"render", "a.xml", "--points", "-o", file}), 1,
-            "a.xml: a coordinate is too large or no number and cannot be drawn");
+        for (QStringList const& options :
+            {QStringList("--points"), QStringList {"--width", "100", "--height", "100"},
+                QStringList {"--margin", "0"}}) {
+            COMPARE_FAILURE(place.run(QStringList {"render", "a.xml", "-o", file} + options), 1,
+                "a.xml: a coordinate is too large or no number and cannot be drawn");
+        }
     }
     QCOMPARE(place.entries(), QStringList("a.xml"));
+    place.write("fixed.xml", fixedLine("1e200", "1"));
+    COMPARE_FAILURE(
+        place.run({"render", "fixed.xml", "-o", "a.svg", "--size", "10x10", "--margin", "0"}), 1,
+        "fixed.xml: a coordinate is too large or no number and cannot be drawn");
     place.write("b.xml", boxGeometry());
     COMPARE_FAILURE(place.run({"render", "b.xml", "a.xml", "-o", "c.svg"}), 1,
         "kpgeom render: a coordinate is too large or no number and cannot be drawn");
@@ -1246,7 +1274,7 @@ void TestKpgeomRender::picturesTooLargeFail_data()
     QTest::addColumn<QByteArray>("line");
 
     QByteArray const limit = ": at most 20000 a side, and 100 million in all (use a smaller "
-                             "--scale, --size or --dpi)";
+                             "--scale, --size, --width, --height or --dpi)";
     QTest::newRow("wide") << QStringList {"--scale", "200"}
                           << QByteArray("a.xml: a picture of 20020 by 12020 is too large" + limit);
     QTest::newRow("area") << QStringList {"--scale", "150"}

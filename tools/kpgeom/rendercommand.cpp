@@ -174,6 +174,8 @@ std::optional<Diagnostic> conflictOf(RenderOptions const& options)
         return misuse(QStringLiteral("--width, --height and --margin do not go with --sheet"));
     if (layout.scale && (layout.width || layout.height))
         return misuse(QStringLiteral("--scale does not go with --width or --height"));
+    if (!hasRoom(layout))
+        return misuse(QStringLiteral("--width and --height leave no room within the --margin"));
     return std::nullopt;
 }
 
@@ -287,8 +289,8 @@ Outcome runRender(Command const& command, QStringList const& arguments)
         : drawing(joined(figures, options.layout), options.layout);
     options.settings.title = titleOf(operands);
     options.settings.wayOut = options.isSheet
-        ? QStringLiteral("draw fewer outlines or sizes on a sheet, or use --whole-files")
-        : QStringLiteral("use a smaller --scale, --size or --dpi");
+        ? QStringLiteral("draw fewer outlines or sizes, use --whole-files or a smaller --dpi")
+        : QStringLiteral("use a smaller --scale, --size, --width, --height or --dpi");
     QString const source =
         operands.size() == 1 ? operands.first() : QStringLiteral("kpgeom render");
     return writePicture(picture, options.settings, source, options.output) ? Outcome::Done

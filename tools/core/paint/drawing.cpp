@@ -11,10 +11,14 @@ constexpr double defaultMargin = 10.0;
 /** A drawing without a scale is made smaller if its longer side exceeds this. */
 constexpr double comfortableSide = 2000.0;
 
-/** What of the outlines' plane is shown. */
-QRectF shownArea(Figure const& figure, DrawingLayout const& layout)
+double marginOf(DrawingLayout const& layout)
 {
-    QRectF const bounds = boundsOf(figure, layout.style);
+    return layout.margin.value_or(defaultMargin);
+}
+
+/** What of the outlines' plane is shown. */
+QRectF shownArea(DrawingLayout const& layout, QRectF const& bounds)
+{
     if (!layout.box)
         return bounds;
     QRectF const box(QPointF(0.0, 0.0), *layout.box);
@@ -27,7 +31,7 @@ double scaleFor(QSizeF const& area, DrawingLayout const& layout, double margin)
         return *layout.scale;
     double const endless = std::numeric_limits<double>::infinity();
     auto const fitting = [=](std::optional<double> whole, double side) {
-        return whole && side > 0.0 ? std::max(0.0, *whole - 2.0 * margin) / side : endless;
+        return whole && side > 0.0 ? (*whole - 2.0 * margin) / side : endless;
     };
     double const scale =
         std::min(fitting(layout.width, area.width()), fitting(layout.height, area.height()));
@@ -37,6 +41,13 @@ double scaleFor(QSizeF const& area, DrawingLayout const& layout, double margin)
 }
 
 } // namespace
+
+bool hasRoom(DrawingLayout const& layout)
+{
+    double const margins = 2.0 * marginOf(layout);
+    return layout.width.value_or(margins + 1.0) > margins
+        && layout.height.value_or(margins + 1.0) > margins;
+}
 
 Figure joined(std::vector<Figure> const& figures, DrawingLayout const& layout)
 {
@@ -50,8 +61,11 @@ Figure joined(std::vector<Figure> const& figures, DrawingLayout const& layout)
 
 Picture drawing(Figure const& figure, DrawingLayout const& layout)
 {
-    double const margin = layout.margin.value_or(defaultMargin);
-    QRectF const area = shownArea(figure, layout);
+    QRectF const bounds = boundsOf(figure, layout.style);
+    if (!isDrawable(bounds))
+        return {bounds.size(), [](QPainter&) {}};
+    double const margin = marginOf(layout);
+    QRectF const area = shownArea(layout, bounds);
     double const scale = scaleFor(area.size(), layout, margin);
     QSizeF const drawn = scale * area.size();
     QSizeF size(layout.width.value_or(drawn.width() + 2.0 * margin),

@@ -20,10 +20,18 @@ struct DrawingLayout
     OutlineStyle style; ///< of all outlines
 };
 
+/** Whether anything of the width and the height that are given is left within the margins. */
+bool hasRoom(DrawingLayout const& layout);
+
 /** All figures over one another, resized as the layout says. */
 Figure joined(std::vector<Figure> const& figures, DrawingLayout const& layout);
 
-/** The figure with a margin and, if points are shown, a legend below. */
+/**
+ * The figure with a margin and, if points are shown, a legend below; without bounds if a
+ * coordinate cannot be drawn.
+ *
+ * @param layout one that has room
+ */
 Picture drawing(Figure const& figure, DrawingLayout const& layout);
 
 #endif // DRAWING_H
