@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QXmlStreamReader>
 
 using namespace KpgeomTesting;
 
@@ -24,6 +25,15 @@ private Q_SLOTS:
     void wrongUsageIsTold();
     void swatchesShowTintsAndShades();
     void swatchesStandBesideMixesOfEncodedValues();
+    void swatchesHaveABorder();
+    void translucentSwatchesHaveAChequeredGround();
+    void opaqueSwatchesAreOfOneColour();
+    void comparedTranslucentColoursStayTranslucent();
+    void captionsTellTheColours_data();
+    void captionsTellTheColours();
+    void swatchesHaveATitle();
+    void swatchesAreTheSameEveryTime();
+    void swatchesTooManyFail();
     void swatchesComeInEveryFormat_data();
     void swatchesComeInEveryFormat();
     void swatchesThatCannotBeWrittenFail();
@@ -184,14 +194,19 @@ QRect swatch(int row, int column)
     return QRect(12 + 70 + column * (112 + 6), 12 + row * (34 + 16 + 6), 112, 34);
 }
 
+QByteArray colourAt(QImage const& image, QPoint const& place)
+{
+    return QColor(image.pixel(place)).name().toLatin1();
+}
+
 QByteArray leftHalf(QImage const& image, QRect const& place)
 {
-    return QColor(image.pixel(place.left() + 20, place.center().y())).name().toLatin1();
+    return colourAt(image, QPoint(place.left() + 20, place.center().y()));
 }
 
 QByteArray rightHalf(QImage const& image, QRect const& place)
 {
-    return QColor(image.pixel(place.right() - 20, place.center().y())).name().toLatin1();
+    return colourAt(image, QPoint(place.right() - 20, place.center().y()));
 }
 
 } // namespace
@@ -221,6 +236,161 @@ void TestKpgeomColour::swatchesStandBesideMixesOfEncodedValues()
     QCOMPARE(rightHalf(image, swatch(1, 0)), QByteArray("#b4c7e7"));
     QCOMPARE(leftHalf(image, swatch(7, 0)), QByteArray("#2a4981"));
     QCOMPARE(rightHalf(image, swatch(7, 0)), QByteArray("#1b2e4e"));
+}
+
+void TestKpgeomColour::swatchesHaveABorder()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "white", "#80ffffff", "--swatches", "a.png"}), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    for (int column = 0; column < 2; ++column) {
+        for (int row = 0; row < 9; ++row) {
+            QRect const whole = swatch(row, column);
+            for (QPoint const edge : {QPoint(whole.center().x(), whole.top()),
+                     QPoint(whole.center().x(), whole.bottom()),
+                     QPoint(whole.left(), whole.center().y()),
+                     QPoint(whole.right(), whole.center().y())})
+                QCOMPARE(colourAt(image, edge), QByteArray("#b0b0b0"));
+            QCOMPARE(colourAt(image, whole.topLeft() - QPoint(1, 1)), QByteArray("#ffffff"));
+            QCOMPARE(colourAt(image, whole.bottomRight() + QPoint(1, 1)), QByteArray("#ffffff"));
+        }
+    }
+    QCOMPARE(colourAt(image, swatch(4, 0).center()), QByteArray("#ffffff"));
+}
+
+void TestKpgeomColour::translucentSwatchesHaveAChequeredGround()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "#80336699", "#00ff0000", "--swatches", "a.png"}), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    // Chequers of 8.5 pixels, the first one grey: 0xcc and 0xff behind 0x80 of 0xff of the colour.
+    auto const chequer = [&image](QRect const& whole, int column, int row) {
+        return colourAt(image, whole.topLeft() + QPoint(int(8.5 * column) + 4, int(8.5 * row) + 4));
+    };
+    QRect const reference = swatch(4, 0);
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 13; ++column) {
+            bool const isGrey = (row + column) % 2 == 0;
+            QCOMPARE(chequer(reference, column, row),
+                isGrey ? QByteArray("#8099b3") : QByteArray("#99b2cc"));
+            QCOMPARE(chequer(swatch(4, 1), column, row),
+                isGrey ? QByteArray("#cccccc") : QByteArray("#ffffff"));
+        }
+    }
+    // Tints and shades of it are as translucent: #CDD3DE and #1E4164 in the middle of the ground.
+    QCOMPARE(chequer(swatch(1, 0), 0, 0), QByteArray("#cdd0d5"));
+    QCOMPARE(chequer(swatch(1, 0), 1, 0), QByteArray("#e6e9ee"));
+    QColor const shade(QString::fromLatin1(chequer(swatch(7, 0), 0, 0)));
+    QCOMPARE(shade.red(), 117);
+    QVERIFY(qAbs(shade.green() - 134.2) < 1.0); // the painter rounds twice
+    QCOMPARE(shade.blue(), 152);
+}
+
+void TestKpgeomColour::opaqueSwatchesAreOfOneColour()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "#336699", "white", "--swatches", "a.png"}), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    QByteArray const expected[] = {"#336699", "#ffffff"};
+    for (int column = 0; column < 2; ++column) {
+        QRect const inside = swatch(4, column).adjusted(1, 1, -1, -1);
+        for (int y = inside.top(); y <= inside.bottom(); ++y) {
+            for (int x = inside.left(); x <= inside.right(); ++x)
+                QCOMPARE(colourAt(image, QPoint(x, y)), expected[column]);
+        }
+    }
+}
+
+void TestKpgeomColour::comparedTranslucentColoursStayTranslucent()
+{
+    Workplace const place;
+    COMPARE_EXIT(place.run({"colour", "#80336699", "--swatches", "a.png", "--compare"}), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    QCOMPARE(image.width(), 2 * 12 + 70 + 148);
+    // The halves meet at 74 pixels; the 60 % tints are #CDD3DE and, of encoded values, #ADC2D6.
+    QPoint const tint = swatch(1, 0).topLeft() + QPoint(4, 4);
+    QCOMPARE(colourAt(image, tint), QByteArray("#cdd0d5"));
+    QCOMPARE(colourAt(image, tint + QPoint(85, 0)), QByteArray("#bdc7d1"));
+    QCOMPARE(colourAt(image, tint + QPoint(93, 0)), QByteArray("#d6e0ea"));
+}
+
+void TestKpgeomColour::captionsTellTheColours_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("captions"); ///< of the tint of 60 % and of the reference
+
+    QTest::newRow("opaque") << QStringList {"#336699"} << QStringList {"#CDD3DE", "#336699"};
+    QTest::newRow("translucent") << QStringList {"#80336699"}
+                                 << QStringList {"#80CDD3DE", "#80336699"};
+    QTest::newRow("made translucent")
+        << QStringList {"#336699", "alpha=0.5"} << QStringList {"#80CDD3DE", "#80336699"};
+    QTest::newRow("compared") << QStringList {"#336699", "--compare"}
+                              << QStringList {"#CDD3DE #ADC2D6", "#336699 #336699"};
+    QTest::newRow("translucent and compared") << QStringList {
+        "#80336699", "--compare"} << QStringList {"#80CDD3DE #80ADC2D6", "#80336699 #80336699"};
+}
+
+void TestKpgeomColour::captionsTellTheColours()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QStringList, captions);
+    Workplace const place;
+    COMPARE_EXIT(place.run(QStringList {"colour", "--swatches", "a.svg"} + options), 0);
+    QStringList found;
+    QXmlStreamReader reader(place.read("a.svg"));
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && reader.name() == QLatin1String("text"))
+            found << reader.readElementText().trimmed();
+    }
+    QCOMPARE(found.size(), 18);
+    QCOMPARE(found.mid(2, 2), (QStringList {"tint 60 %", captions.first()}));
+    QCOMPARE(found.mid(8, 2), (QStringList {"reference", captions.last()}));
+
+    // Nothing of a caption is cut off at the sides of its swatch.
+    COMPARE_EXIT(place.run(QStringList {"colour", "--swatches", "a.png"} + options), 0);
+    QImage const image = QImage::fromData(place.read("a.png"), "PNG");
+    int const right = image.width() - 12;
+    for (int y = swatch(1, 0).bottom() + 2; y < swatch(2, 0).top(); ++y) {
+        for (int x : {swatch(1, 0).left(), right - 1})
+            QCOMPARE(colourAt(image, QPoint(x, y)), QByteArray("#ffffff"));
+    }
+}
+
+void TestKpgeomColour::swatchesHaveATitle()
+{
+    Workplace const place;
+    for (QString const& file : {QString("a.svg"), QString("a.png"), QString("a.pdf")})
+        COMPARE_EXIT(place.run({"colour", "red", "--swatches", file}), 0);
+    QVERIFY(place.read("a.svg").contains("<title>Tints and shades</title>"));
+    QVERIFY(!place.read("a.svg").contains("<desc"));
+    QCOMPARE(
+        QImage::fromData(place.read("a.png"), "PNG").text("Title"), QString("Tints and shades"));
+    QVERIFY(place.read("a.pdf").contains(QByteArray("/Title (\xfe\xff\0T\0i\0n\0t\0s\0 ", 21)));
+}
+
+void TestKpgeomColour::swatchesAreTheSameEveryTime()
+{
+    Workplace const place;
+    QStringList const formats {"svg", "png", "pdf"};
+    for (QString const& format : formats)
+        COMPARE_EXIT(place.run({"colour", "#80ff0000", "--swatches", "1." + format}), 0);
+    QTest::qSleep(1100);
+    for (QString const& format : formats) {
+        COMPARE_EXIT(place.run({"colour", "#80ff0000", "--swatches", "2." + format}), 0);
+        QVERIFY(!place.read("1." + format).isEmpty());
+        QVERIFY2(place.read("1." + format) == place.read("2." + format), qPrintable(format));
+    }
+}
+
+void TestKpgeomColour::swatchesTooManyFail()
+{
+    Workplace const place;
+    QStringList const colours = QVector<QString>(170, "red").toList();
+    COMPARE_FAILURE(place.run(QStringList {"colour", "--swatches", "a.png"} + colours), 1,
+        "kpgeom colour: a picture of 20148 by 522 is too large: at most 20000 a side, and 100 "
+        "million in all (draw fewer colours at a time)");
+    QCOMPARE(place.entries(), QStringList());
 }
 
 void TestKpgeomColour::swatchesComeInEveryFormat_data()

@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr double swatchWidth = 112.0;
+constexpr double plainWidth = 112.0; ///< of a swatch
+constexpr double comparingWidth = 148.0; ///< of one with two captions side by side
 constexpr double swatchHeight = 34.0;
 constexpr double captionHeight = 16.0;
 constexpr double gap = 6.0;
@@ -33,11 +34,18 @@ QString label(int tint)
                     : QStringLiteral("shade %1 %").arg(-tint);
 }
 
+/** A tint of a translucent colour is as translucent. */
+QColor withAlphaOf(QColor const& reference, QColor colour)
+{
+    colour.setAlpha(reference.alpha());
+    return colour;
+}
+
 QColor inLinearLight(QColor const& reference, int tint)
 {
     KpColor colour;
     colour.setTintColor(reference, tint, 0);
-    return colour;
+    return withAlphaOf(reference, colour);
 }
 
 /** The mix with white or black of the channels as they are encoded. */
@@ -47,7 +55,13 @@ QColor inEncodedValues(QColor const& reference, int tint)
     double const target = tint > 0 ? 255.0 : 0.0;
     auto const mixed = [part, target](
                            int channel) { return qRound(channel * (1.0 - part) + target * part); };
-    return QColor(mixed(reference.red()), mixed(reference.green()), mixed(reference.blue()));
+    return withAlphaOf(reference,
+        QColor(mixed(reference.red()), mixed(reference.green()), mixed(reference.blue())));
+}
+
+QString caption(QColor const& colour)
+{
+    return colour.alpha() < 255 ? ColorUtil::RGBToString4(colour) : ColorUtil::RGBToString(colour);
 }
 
 class ThemeTablePainter
@@ -70,35 +84,36 @@ public:
 
     void drawSwatch(int row, int column, QColor const& reference)
     {
-        QRectF const whole(margin + labelWidth + column * (swatchWidth + gap), topOf(row),
-            swatchWidth, swatchHeight);
+        double const width = swatchWidth(m_compares);
+        QRectF const whole(
+            margin + labelWidth + column * (width + gap), topOf(row), width, swatchHeight);
         QColor const colour = inLinearLight(reference, tints[row]);
-        QString caption = ColorUtil::RGBToString(colour);
+        QString text = caption(colour);
         if (colour.alpha() < 255)
             drawChequers(whole);
-        m_painter.fillRect(whole, colour);
+        QRectF left = whole;
         if (m_compares) {
             QColor const encoded = inEncodedValues(reference, tints[row]);
-            QRectF right = whole;
-            right.setLeft(whole.center().x());
-            m_painter.fillRect(right, encoded);
-            caption += QLatin1Char(' ') + ColorUtil::RGBToString(encoded);
+            left.setWidth(width / 2.0);
+            m_painter.fillRect(left.translated(left.width(), 0.0), encoded);
+            text += QLatin1Char(' ') + caption(encoded);
         }
+        m_painter.fillRect(left, colour);
         // White would not be told from the ground otherwise.
         m_painter.setPen(QColor::fromRgb(borderInk));
         m_painter.setBrush(Qt::NoBrush);
         m_painter.drawRect(whole.adjusted(0.5, 0.5, -0.5, -0.5));
-        drawText(caption, QRectF(whole.left(), whole.bottom(), swatchWidth, captionHeight),
-            Qt::AlignCenter);
+        drawText(text, QRectF(whole.left(), whole.bottom(), width, captionHeight), Qt::AlignCenter);
     }
 
-    static QSizeF size(int columns)
+    static QSizeF size(int columns, bool compares)
     {
-        return {2.0 * margin + labelWidth + columns * (swatchWidth + gap) - gap,
+        return {2.0 * margin + labelWidth + columns * (swatchWidth(compares) + gap) - gap,
             topOf(tintCount) + margin - gap};
     }
 
 private:
+    static double swatchWidth(bool compares) { return compares ? comparingWidth : plainWidth; }
     static double topOf(int row) { return margin + row * (swatchHeight + captionHeight + gap); }
 
     /** The ground on which a translucent colour shows. */
@@ -138,5 +153,5 @@ Picture themeTable(QVector<QColor> const& references, bool compares)
                 table.drawSwatch(row, column, references.at(column));
         }
     };
-    return {ThemeTablePainter::size(references.size()), paint};
+    return {ThemeTablePainter::size(references.size(), compares), paint};
 }
