@@ -57,6 +57,16 @@ QStringList readOutlines(QByteArray const& xml)
     return outlines.size() == elements.size() && !reader.hasError() ? outlines : QStringList();
 }
 
+/** A document of boxes that has exactly this many bytes. */
+QByteArray documentOfSize(int bytes)
+{
+    QByteArray const frame = "<D></D>";
+    QByteArray const box = boxGeometry();
+    int const count = (bytes - frame.size()) / box.size();
+    QByteArray const padding(bytes - frame.size() - count * box.size(), ' ');
+    return "<D>" + box.repeated(count) + padding + "</D>";
+}
+
 /** What `info` says of the only outline of a file. */
 QJsonObject infoOf(Workplace const& place, QString const& file)
 {
@@ -87,10 +97,24 @@ private Q_SLOTS:
     void resizeIsTheSameEveryTime();
     void resizeRefusesWhatBecomesTooLarge();
     void resizeReadsStandardInput();
+    void resizeKeepsTheFillRule();
     void resizeTellsLinesThatVanish_data();
     void resizeTellsLinesThatVanish();
     void wrongUsageOfResizeIsTold_data();
     void wrongUsageOfResizeIsTold();
+
+    void svgPicturesAreSentToConvert_data();
+    void svgPicturesAreSentToConvert();
+    void whatIsNoTextIsToldByItsKind_data();
+    void whatIsNoTextIsToldByItsKind();
+    void textIsNotMistakenForAnotherKind_data();
+    void textIsNotMistakenForAnotherKind();
+    void largeDocumentShowsProgress_data();
+    void largeDocumentShowsProgress();
+    void progressOfLargeDocumentsNeedsATerminal();
+    void documentThatIsNotLargeShowsNoProgress();
+    void messagesTakeTheProgressAway();
+    void readerMayLeaveInTheMiddle();
 
     void convertTellsHowPathsArePainted_data();
     void convertTellsHowPathsArePainted();
@@ -328,6 +352,21 @@ void TestKpgeomDocuments::resizeReadsStandardInput()
     QCOMPARE(result.err, QByteArray());
 }
 
+void TestKpgeomDocuments::resizeKeepsTheFillRule()
+{
+    Workplace const place;
+    place.write("in.xml",
+        "<D><S FillRule=\"evenodd\">" + boxGeometry() + "</S><S FillRule='nonzero'>" + boxGeometry()
+            + "</S><S FillRule=\"other\">" + boxGeometry() + "</S></D>");
+    COMPARE_EXIT(place.run(resizing("100x60", "7x9")), 0);
+    QByteArray const out = place.read("out.xml");
+    QCOMPARE(out.count("V=\"7\""), 6);
+    int const first = out.indexOf("<S FillRule=\"evenodd\"><Geometry");
+    int const second = out.indexOf("<S FillRule=\"nonzero\"><Geometry");
+    QVERIFY2(first > 0 && second > first, out.constData());
+    QVERIFY(out.indexOf("<S FillRule=\"other\"><Geometry") > second);
+}
+
 void TestKpgeomDocuments::resizeTellsLinesThatVanish_data()
 {
     QTest::addColumn<QByteArray>("outlines");
@@ -413,6 +452,215 @@ void TestKpgeomDocuments::wrongUsageOfResizeIsTold()
     COMPARE_FAILURE(place.run(QStringList {"resize"} + arguments), 2,
         "kpgeom resize: " + what + " (see kpgeom resize --help)");
     QCOMPARE(place.entries(), QStringList {"in.xml"});
+}
+
+void TestKpgeomDocuments::svgPicturesAreSentToConvert_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("out");
+
+    QTest::newRow("info") << QStringList {"info"} << 0 << QByteArray(": 0 outlines\n");
+    QTest::newRow("check") << QStringList {"check"} << 0
+                           << QByteArray(": outlines: 0, warnings: 0\n");
+    QTest::newRow("render") << QStringList {"render", "-o", "out.png"} << 1 << QByteArray();
+    QTest::newRow("render a sheet")
+        << QStringList {"render", "--sheet", "-o", "out.png"} << 1 << QByteArray();
+    QTest::newRow("render the second outline")
+        << QStringList {"render", "--index", "2", "-o", "out.png"} << 1 << QByteArray();
+}
+
+void TestKpgeomDocuments::svgPicturesAreSentToConvert()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, code);
+    QFETCH(QByteArray, out);
+    QByteArray const advice = ": an SVG picture: kpgeom convert makes a document of it\n";
+    Workplace const place;
+    QByteArray const picture = svg("<rect width='10' height='10'/>");
+    place.write("in.svg", picture);
+    place.write("prefixed.svg", "<s:svg xmlns:s='http://www.w3.org/2000/svg'/>");
+    for (QString const& file : {QString("in.svg"), QString("prefixed.svg"), QString("-")}) {
+        QByteArray const name = file == "-" ? QByteArray("<stdin>") : file.toUtf8();
+        Result const result = place.run(arguments + QStringList(file), {picture});
+        QVERIFY(result.exited);
+        QCOMPARE(result.code, code);
+        QCOMPARE(result.err, name + advice);
+        QCOMPARE(result.out, out.isEmpty() ? out : name + out);
+    }
+    QCOMPARE(place.entries(), (QStringList {"in.svg", "prefixed.svg"}));
+}
+
+void TestKpgeomDocuments::whatIsNoTextIsToldByItsKind_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("kind");
+
+    auto const row = [](char const* kind, QByteArray const& content) {
+        QTest::newRow(kind) << content << QByteArray(kind);
+    };
+    QByteArray const member =
+        QByteArray("PK\x03\x04") + QByteArray(22, '\0') + "\x08" + QByteArray(3, '\0');
+    row("a PNG picture", "\x89PNG\r\n\x1a\n");
+    row("a JPEG picture", "\xff\xd8\xff\xe0");
+    row("a GIF picture", "GIF89a");
+    row("a WebP picture", "RIFF1234WEBPVP8 ");
+    row("a TIFF picture", QByteArray("II*\0", 4));
+    row("an icon", QByteArray("\0\0\1\0\1", 5));
+    row("an OpenDocument drawing",
+        member + "mimetypeapplication/vnd.oasis.opendocument.graphicsPK");
+    row("an OpenDocument file", member + "mimetypeapplication/vnd.oasis.opendocument.textPK");
+    row("a zip file", member + "document.xml");
+    row("a PDF document", "%PDF-1.4\n");
+    row("a PostScript document", "%!PS-Adobe-3.0\n");
+    row("a compressed file (gzip)", "\x1f\x8b\x08");
+    row("a font", QByteArray("\0\1\0\0\0", 5));
+    QTest::newRow("a font with cubic curves") << QByteArray("OTTO") << QByteArray("a font");
+    QTest::newRow("a collection of fonts") << QByteArray("ttcf") << QByteArray("a font");
+    QTest::newRow("a font of the web") << QByteArray("wOF2") << QByteArray("a font");
+    row("a program or library",
+        "\x7f"
+        "ELF\x02");
+    row("a binary file", QByteArray("text\0text", 9));
+}
+
+void TestKpgeomDocuments::whatIsNoTextIsToldByItsKind()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, kind);
+    Workplace const place;
+    place.write("in.xml", content);
+    for (QStringList const& arguments :
+        {QStringList {"info"}, QStringList {"check"}, QStringList {"render", "-o", "out.svg"},
+            QStringList {"resize", "--from", "1x1", "--to", "2x2", "-o", "out.xml"}}) {
+        for (QByteArray const& name : {QByteArray("in.xml"), QByteArray("<stdin>")}) {
+            QString const operand = name == "in.xml" ? "in.xml" : "-";
+            Result const result = place.run(arguments + QStringList(operand), {content});
+            QVERIFY(result.exited);
+            QCOMPARE(result.code, 1);
+            QCOMPARE(result.err, name + ": " + kind + ", not an XML document\n");
+        }
+    }
+    QCOMPARE(place.entries(), QStringList {"in.xml"});
+}
+
+void TestKpgeomDocuments::textIsNotMistakenForAnotherKind_data()
+{
+    QTest::addColumn<QByteArray>("content");
+
+    QByteArray const document = "<D><Geometry Closed=\"1\"/></D>";
+    auto const wide = [&document](char const* mark, int before, int after) {
+        QByteArray text(mark, before + after + 1);
+        for (char const character : document)
+            text += QByteArray(before, '\0') + character + QByteArray(after, '\0');
+        return text;
+    };
+    QTest::newRow("plain") << document;
+    QTest::newRow("UTF-8 with a mark") << "\xef\xbb\xbf" + document;
+    QTest::newRow("UTF-16, little-endian") << wide("\xff\xfe", 0, 1);
+    QTest::newRow("UTF-16, big-endian") << wide("\xfe\xff", 1, 0);
+}
+
+void TestKpgeomDocuments::textIsNotMistakenForAnotherKind()
+{
+    QFETCH(QByteArray, content);
+    Workplace const place;
+    place.write("in.xml", content);
+    Result const result = place.run({"info", "in.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QVERIFY2(result.out.startsWith("in.xml: 1 outline\n"), result.out.constData());
+}
+
+void TestKpgeomDocuments::largeDocumentShowsProgress_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("info") << QStringList {"info", "in.xml"};
+    QTest::newRow("check") << QStringList {"check", "in.xml"};
+    QTest::newRow("render") << QStringList {"render", "in.xml", "-o", "out.svg"};
+    QTest::newRow("resize") << QStringList {
+        "resize", "in.xml", "--from", "1x1", "--to", "1x1", "-o", "out.xml"};
+    QTest::newRow("two files") << QStringList {"info", "in.xml", "in.xml"};
+}
+
+void TestKpgeomDocuments::largeDocumentShowsProgress()
+{
+    QFETCH(QStringList, arguments);
+    Workplace const place;
+    place.write("in.xml", documentOfSize(4 << 20));
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = terminal.replacing(STDERR_FILENO);
+    COMPARE_EXIT(place.run(arguments, start), 0);
+    QByteArray const shown = terminal.text();
+
+    QByteArray const erased = "\r\x1b[K";
+    QVERIFY2(shown.endsWith(erased), shown.constData());
+    QCOMPARE(shown.count('\x1b'), 1);
+    QCOMPARE(shown.count('\n'), 0);
+    QVector<int> percents;
+    QByteArrayList const bars = shown.left(shown.size() - erased.size()).split('\r').mid(1);
+    for (QByteArray const& bar : bars) {
+        QVERIFY2(
+            bar.size() == 48 && bar.startsWith('[') && bar.mid(41, 2) == "] " && bar.endsWith(" %"),
+            bar.constData());
+        percents << bar.mid(43, 3).trimmed().toInt();
+        QCOMPARE(bar.count('#'), percents.last() * 40 / 100);
+    }
+    QVERIFY(percents.size() > 2);
+    QCOMPARE(percents.first(), 0);
+    QVERIFY(percents.last() >= 90);
+    for (int i = 1; i < percents.size(); ++i)
+        QVERIFY(percents.at(i) > percents.at(i - 1));
+}
+
+void TestKpgeomDocuments::progressOfLargeDocumentsNeedsATerminal()
+{
+    Workplace const place;
+    place.write("in.xml", documentOfSize(4 << 20));
+    Result const result = place.run({"info", "in.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+}
+
+void TestKpgeomDocuments::documentThatIsNotLargeShowsNoProgress()
+{
+    Workplace const place;
+    place.write("in.xml", documentOfSize((4 << 20) - 1));
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = terminal.replacing(STDERR_FILENO);
+    COMPARE_EXIT(place.run({"info", "in.xml"}, start), 0);
+    QCOMPARE(terminal.text(), QByteArray());
+}
+
+void TestKpgeomDocuments::messagesTakeTheProgressAway()
+{
+    Workplace const place;
+    place.write("in.xml", documentOfSize(4 << 20).replace("</D>", "</E>"));
+    Terminal const terminal;
+    Workplace::Start start;
+    start.setUp = terminal.replacing(STDERR_FILENO);
+    COMPARE_EXIT(place.run({"info", "in.xml"}, start), 1);
+    QByteArray const shown = terminal.text();
+    QVERIFY2(shown.startsWith("\r[                                        ]   0 %\r"),
+        shown.constData());
+    QVERIFY2(shown.contains("\r\x1b[Kin.xml:1:"), shown.constData());
+    QVERIFY2(shown.endsWith(": Opening and ending tag mismatch.\r\n"), shown.constData());
+}
+
+void TestKpgeomDocuments::readerMayLeaveInTheMiddle()
+{
+    // What is printed does not fit into a pipe, whose reader takes one line.
+    Workplace const place;
+    place.write("in.xml", "<D>" + boxGeometry().repeated(2000) + "</D>");
+    QProcess shell;
+    shell.setWorkingDirectory(place.path());
+    shell.start(
+        "/bin/sh", {"-c", "{ \"$0\" info in.xml; echo $? >&2; } | head -n 1", KPGEOM_EXECUTABLE});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.readAllStandardOutput(), QByteArray("in.xml: 2000 outlines\n"));
+    QCOMPARE(shell.readAllStandardError(), QByteArray("1\n"));
 }
 
 void TestKpgeomDocuments::convertTellsHowPathsArePainted_data()
