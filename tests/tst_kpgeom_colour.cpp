@@ -299,6 +299,9 @@ void TestKpgeomColour::opaqueSwatchesAreOfOneColour()
                 QCOMPARE(colourAt(image, QPoint(x, y)), expected[column]);
         }
     }
+    // The ground, and of each of the 18 swatches the fill and the border; no chequers behind.
+    COMPARE_EXIT(place.run({"colour", "#336699", "white", "--swatches", "a.svg"}), 0);
+    QCOMPARE(place.read("a.svg").count("<rect "), 1 + 18 * 2);
 }
 
 void TestKpgeomColour::comparedTranslucentColoursStayTranslucent()
