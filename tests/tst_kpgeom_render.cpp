@@ -861,15 +861,16 @@ void TestKpgeomRender::offsetsOfThePdfAreRight()
         start.variables = {{"TZ", zone}, {"SOURCE_DATE_EPOCH", date}};
         COMPARE_EXIT(place.run(QStringList {"render", "a.xml", "-o", "a.pdf"} + options, start), 0);
         QByteArray const file = place.read("a.pdf");
-        int const start1 = file.indexOf("startxref\n") + 10;
-        int const table = file.mid(start1, file.indexOf('\n', start1) - start1).trimmed().toInt();
+        int const pointer = file.indexOf("startxref\n") + 10;
+        int const table =
+            file.mid(pointer, file.indexOf('\n', pointer) - pointer).trimmed().toInt();
         QCOMPARE(file.mid(table, 7), QByteArray("xref\n0 "));
         QByteArrayList const lines = file.mid(table).split('\n');
         int const count = lines.at(1).mid(2).toInt();
         QVERIFY(count > 5);
         QCOMPARE(lines.at(2), QByteArray("0000000000 65535 f "));
         for (int object = 1; object < count; ++object) {
-            QByteArray const entry = lines.at(2 + object);
+            QByteArray const& entry = lines.at(2 + object);
             QCOMPARE(entry.mid(10), QByteArray(" 00000 n "));
             QByteArray const head = QByteArray::number(object) + " 0 obj\n";
             QCOMPARE(file.mid(entry.left(10).toInt(), head.size()), head);
