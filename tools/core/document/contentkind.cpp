@@ -8,44 +8,50 @@ namespace {
 /** The bytes that tell a format, each from its own definition. */
 struct Signature
 {
-    int offset;
+    std::string_view start; ///< of the file
+    std::size_t offset; ///< of what must follow
     std::string_view bytes;
     char const* kind;
 };
 
+constexpr std::string_view zip = "PK\x03\x04";
+
 // More bytes before fewer: the first that fits counts.
 constexpr Signature signatures[] = {
     // A zip file that begins with the member "mimetype", not compressed (OpenDocument 1.2, part 3).
-    {30, "mimetypeapplication/vnd.oasis.opendocument.graphics", "an OpenDocument drawing"},
-    {30, "mimetypeapplication/vnd.oasis.opendocument.", "an OpenDocument file"},
-    {0, "PK\x03\x04", "a zip file"},
-    {0, "\x89PNG\r\n\x1a\n", "a PNG picture"},
-    {0, "\xff\xd8\xff", "a JPEG picture"},
-    {0, "GIF8", "a GIF picture"},
-    {8, "WEBP", "a WebP picture"},
-    {0, "BM", "a BMP picture"},
-    {0, std::string_view("II*\0", 4), "a TIFF picture"},
-    {0, std::string_view("MM\0*", 4), "a TIFF picture"},
-    {0, std::string_view("\0\0\1\0", 4), "an icon"},
-    {0, "%PDF-", "a PDF document"},
-    {0, "%!PS", "a PostScript document"},
-    {0, "\x1f\x8b", "a compressed file (gzip)"},
-    {0, std::string_view("\0\1\0\0", 4), "a font"},
-    {0, "OTTO", "a font"},
-    {0, "ttcf", "a font"},
-    {0, "wOF", "a font"},
-    {0,
-        "\x7f"
-        "ELF",
-        "a program or library"},
+    {zip, 30, "mimetypeapplication/vnd.oasis.opendocument.graphics", "an OpenDocument drawing"},
+    {zip, 30, "mimetypeapplication/vnd.oasis.opendocument.", "an OpenDocument file"},
+    {zip, 0, "", "a zip file"},
+    {"\x89PNG\r\n\x1a\n", 0, "", "a PNG picture"},
+    {"\xff\xd8\xff", 0, "", "a JPEG picture"},
+    {"GIF8", 0, "", "a GIF picture"},
+    {"RIFF", 8, "WEBP", "a WebP picture"},
+    {"BM", 0, "", "a BMP picture"},
+    {std::string_view("II*\0", 4), 0, "", "a TIFF picture"},
+    {std::string_view("MM\0*", 4), 0, "", "a TIFF picture"},
+    {std::string_view("\0\0\1\0", 4), 0, "", "an icon"},
+    {"%PDF-", 0, "", "a PDF document"},
+    {"%!PS", 0, "", "a PostScript document"},
+    {"\x1f\x8b", 0, "", "a compressed file (gzip)"},
+    {std::string_view("\0\1\0\0", 4), 0, "", "a font"},
+    {"OTTO", 0, "", "a font"},
+    {"ttcf", 0, "", "a font"},
+    {"wOF", 0, "", "a font"},
+    {"\x7f"
+     "ELF",
+        0, "", "a program or library"},
 };
+
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.substr(0, start.size()) == start;
+}
 
 bool holds(QByteArray const& content, Signature const& signature)
 {
-    int const size = static_cast<int>(signature.bytes.size());
-    return content.size() >= signature.offset + size
-        && std::equal(
-            signature.bytes.begin(), signature.bytes.end(), content.constData() + signature.offset);
+    std::string_view const all(content.constData(), static_cast<std::size_t>(content.size()));
+    return startsWith(all, signature.start) && all.size() >= signature.offset
+        && startsWith(all.substr(signature.offset), signature.bytes);
 }
 
 } // namespace
@@ -57,7 +63,8 @@ QString kindOfContent(QByteArray const& content)
     if (found != std::end(signatures))
         return QString::fromLatin1(found->kind);
     // In UTF-16 and UTF-32 every other byte of ordinary text is null; they begin with a mark.
-    bool const isWide = content.startsWith("\xff\xfe") || content.startsWith("\xfe\xff");
+    bool const isWide = content.startsWith("\xff\xfe") || content.startsWith("\xfe\xff")
+        || content.startsWith(QByteArray::fromRawData("\0\0\xfe\xff", 4));
     bool const hasNull = content.left(1024).contains('\0');
     bool const mayBeMarkup = content.left(4).contains('<');
     return hasNull && !isWide && !mayBeMarkup ? QStringLiteral("a binary file") : QString();

@@ -1,0 +1,5 @@
+# What all tools share, a class or a set of functions each.
+foreach(name IN ITEMS
+    tst_contentkind)
+  kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
+endforeach()
