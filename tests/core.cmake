@@ -1,5 +1,6 @@
 # What all tools share, a class or a set of functions each.
 foreach(name IN ITEMS
-    tst_contentkind)
+    tst_contentkind
+    tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
 endforeach()

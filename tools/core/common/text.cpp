@@ -1,10 +1,21 @@
 #include "common/text.h"
 
+namespace {
+
+bool leavesTheLine(QChar character)
+{
+    QChar::Category const category = character.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line
+        || category == QChar::Separator_Paragraph;
+}
+
+} // namespace
+
 QString printable(QString const& text)
 {
     QString result = text;
     for (QChar& character : result) {
-        if (character.category() == QChar::Other_Control)
+        if (leavesTheLine(character))
             character = QChar::ReplacementCharacter;
     }
     return result;
@@ -12,8 +23,14 @@ QString printable(QString const& text)
 
 QString elided(QString const& text, int longest)
 {
+    if (text.size() <= longest)
+        return text;
+    QString beginning = text.left(longest - 1);
+    // Half a character would be none.
+    if (!beginning.isEmpty() && beginning.at(beginning.size() - 1).isHighSurrogate())
+        beginning.chop(1);
     QChar const ellipsis(0x2026);
-    return text.size() <= longest ? text : text.left(longest - 1) + ellipsis;
+    return beginning + ellipsis;
 }
 
 QString numberText(double number)

@@ -4,10 +4,16 @@
 #include <QSizeF>
 #include <QString>
 
-/** The text without control characters: it stays on one line and does nothing to a terminal. */
+/**
+ * The text without control characters and line separators: it stays on one line and does nothing
+ * to a terminal.
+ */
 QString printable(QString const& text);
 
-/** The text, or its beginning and an ellipsis: `longest` characters at most, above 0. */
+/**
+ * The text, or its beginning and an ellipsis: `longest` units of UTF-16 at most, above 0. No
+ * character is cut in two.
+ */
 QString elided(QString const& text, int longest);
 
 /** A number in six significant digits. */
