@@ -6,3 +6,8 @@ foreach(name IN ITEMS
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
 endforeach()
+# Only a process has a message handler, so the log of messages is the tool's own.
+kpgeometry_add_test(tst_messagelog
+  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
+  LIBRARIES kpgeomcore)
+target_include_directories(tst_messagelog PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)

@@ -1,5 +1,7 @@
 #include "messagelog.h"
 
+#include "common/text.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -22,8 +24,10 @@ MessageLog::~MessageLog()
 QStringList MessageLog::take()
 {
     QStringList result = std::exchange(m_messages, {});
-    if (int const leftOut = std::exchange(m_leftOut, 0); leftOut > 0)
-        result << QStringLiteral("%1 more messages of this kind").arg(leftOut);
+    if (int const leftOut = std::exchange(m_leftOut, {}).size(); leftOut > 0) {
+        result << QStringLiteral("%1 of this kind")
+                      .arg(countText(leftOut, QStringLiteral("more message")));
+    }
     return result;
 }
 
@@ -43,7 +47,7 @@ void MessageLog::add(QString const& message)
     if (m_messages.count() < enough)
         m_messages << message;
     else
-        ++m_leftOut;
+        m_leftOut.insert(message);
 }
 
 QuietStandardError::QuietStandardError()

@@ -1,6 +1,7 @@
 #ifndef MESSAGELOG_H
 #define MESSAGELOG_H
 
+#include <QSet>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -29,7 +30,7 @@ private:
     static MessageLog* s_current;
     QtMessageHandler m_handler;
     QStringList m_messages;
-    int m_leftOut = 0;
+    QSet<QString> m_leftOut;
 };
 
 /**
