@@ -44,6 +44,8 @@ private Q_SLOTS:
     void linesOfListsAreRead_data();
     void linesOfListsAreRead();
     void listsWithoutDigestsAreTold();
+    void whatIsNoListIsToldInOneLine_data();
+    void whatIsNoListIsToldInOneLine();
     void wrongUsageIsTold();
 };
 
@@ -204,6 +206,29 @@ void TestKpgeomDigest::listsWithoutDigestsAreTold()
     place.write("list", "");
     COMPARE_FAILURE(place.digest({"-c", "list"}), 1, "list: no digest found");
     COMPARE_FAILURE(place.digest({"-c", "none"}), 1, "none: No such file or directory");
+}
+
+void TestKpgeomDigest::whatIsNoListIsToldInOneLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1a\n\n\n\n")
+                             << QByteArray("list: a PNG picture, not a list of digests");
+    QTest::newRow("other bytes") << QByteArray("\1\2\n\0\n", 5)
+                                 << QByteArray("list: a binary file, not a list of digests");
+    QTest::newRow("picture that is text")
+        << QByteArray("<svg>\n<path/>\n</svg>\n") << QByteArray("list: no digest found");
+    QTest::newRow("text") << QByteArray("a\n").repeated(1000)
+                          << QByteArray("list: no digest found");
+}
+
+void TestKpgeomDigest::whatIsNoListIsToldInOneLine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, line);
+    DigestWorkplace const place;
+    place.write("list", content);
+    COMPARE_FAILURE(place.digest({"-c", "list"}), 1, line);
 }
 
 void TestKpgeomDigest::wrongUsageIsTold()

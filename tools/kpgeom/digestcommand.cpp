@@ -183,20 +183,25 @@ bool checkList(QString const& list, Tally& tally)
         lines.removeLast();
     QVector<Entry> entries;
     QStringList files;
+    QVector<int> malformed;
     for (int i = 0; i < lines.size(); ++i) {
         if (auto const entry = entryFromLine(lines.at(i))) {
             entries.append(*entry);
             files.append(entry->file);
         } else {
-            ++tally.malformed;
-            report({Diagnostic::Severity::Error, list, i + 1, 1,
-                QStringLiteral("no line with a digest")});
+            malformed.append(i + 1);
         }
     }
+    // Whoever has named the wrong file is not told of each of its lines.
     if (entries.isEmpty()) {
         report({Diagnostic::Severity::Error, list, 0, 0, QStringLiteral("no digest found")});
         return false;
     }
+    for (int const number : qAsConst(malformed)) {
+        report({Diagnostic::Severity::Error, list, number, 1,
+            QStringLiteral("no line with a digest")});
+    }
+    tally.malformed += malformed.size();
     Progress progress(stepsOf(files));
     for (Entry const& entry : qAsConst(entries))
         checkEntry(entry, progress, tally);
