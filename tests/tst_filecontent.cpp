@@ -1,0 +1,299 @@
+#include "common/filecontent.h"
+#include "testing.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QStringList linesOf(Diagnostics const& diagnostics)
+{
+    QStringList lines;
+    for (Diagnostic const& diagnostic : diagnostics) {
+        bool const isError = diagnostic.severity == Diagnostic::Severity::Error;
+        lines << (isError ? diagnostic.file + ": " + diagnostic.text : "no error");
+    }
+    return lines;
+}
+
+/** What stands in a folder, hidden files too. */
+QStringList entriesOf(QTemporaryDir const& folder)
+{
+    return QDir(folder.path())
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+QByteArray contentIn(QString const& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("it cannot be opened");
+}
+
+/** While it lives, no file can grow beyond this size: as on a disk that is full. */
+class SizeLimit
+{
+public:
+    explicit SizeLimit(rlim_t size)
+        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_usual);
+        rlimit const lower {size, m_usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &lower);
+    }
+    ~SizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_usual);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    SizeLimit(SizeLimit const&) = delete;
+    SizeLimit& operator=(SizeLimit const&) = delete;
+
+private:
+    void (*m_handler)(int);
+    rlimit m_usual {};
+};
+
+/** A device that fails after its first bytes. */
+class FailingDevice : public QIODevice
+{
+public:
+    FailingDevice() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64) override
+    {
+        if (m_isRead) {
+            setErrorString("the cable is out");
+            return -1;
+        }
+        m_isRead = true;
+        *data = 'a';
+        return 1;
+    }
+    qint64 writeData(char const*, qint64) override { return -1; }
+
+private:
+    bool m_isRead = false;
+};
+
+} // namespace
+
+class TestFileContent : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void writesAndReadsWhole_data();
+    void writesAndReadsWhole();
+    void writesNothingRatherThanAPart();
+    void keepsPermissionsAndLinks();
+    void writesIntoDevicesAndPipes();
+    void tellsWhyItCannotWrite_data();
+    void tellsWhyItCannotWrite();
+    void tellsWhyItCannotRead_data();
+    void tellsWhyItCannotRead();
+    void refusesInexactNames();
+    void readsOpenDevices();
+};
+
+void TestFileContent::writesAndReadsWhole_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("lines of every kind") << QByteArray("a\nb\r\nc\rd");
+    QTest::newRow("every byte") << [] {
+        QByteArray bytes;
+        for (int i = 0; i < 256; ++i)
+            bytes += char(i);
+        return bytes;
+    }();
+    QTest::newRow("a million bytes") << QByteArray(1000000, 'x');
+}
+
+void TestFileContent::writesAndReadsWhole()
+{
+    QFETCH(QByteArray, content);
+    QTemporaryDir const folder;
+    QString const file = folder.filePath(QStringLiteral("a \u00e4"));
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(file, "what stood there before", diagnostics));
+    QVERIFY(writeFile(file, content, diagnostics));
+    QCOMPARE(contentIn(file), content);
+    auto const read = readFile(file, diagnostics);
+    QVERIFY(read.has_value());
+    QCOMPARE(*read, content);
+    QCOMPARE(linesOf(diagnostics), QStringList());
+    QCOMPARE(entriesOf(folder).size(), 1);
+}
+
+void TestFileContent::writesNothingRatherThanAPart()
+{
+    QTemporaryDir const folder;
+    QString const file = folder.filePath("a");
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(file, "old", diagnostics));
+    bool isWritten = true;
+    bool isNewWritten = true;
+    {
+        SizeLimit const limit(1000);
+        isWritten = writeFile(file, QByteArray(100000, 'n'), diagnostics);
+        isNewWritten = writeFile(folder.filePath("b"), QByteArray(100000, 'n'), diagnostics);
+    }
+    QVERIFY(!isWritten);
+    QVERIFY(!isNewWritten);
+    QCOMPARE(linesOf(diagnostics),
+        QStringList({file + ": File too large", folder.filePath("b") + ": File too large"}));
+    QCOMPARE(contentIn(file), QByteArray("old"));
+    QCOMPARE(entriesOf(folder), QStringList("a"));
+}
+
+void TestFileContent::keepsPermissionsAndLinks()
+{
+    QTemporaryDir const folder;
+    QString const file = folder.filePath("a");
+    QString const link = folder.filePath("link");
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(file, "old", diagnostics));
+    QCOMPARE(chmod(file.toLocal8Bit().constData(), 0640), 0);
+    QCOMPARE(symlink("a", link.toLocal8Bit().constData()), 0);
+    QVERIFY(writeFile(link, "new", diagnostics));
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(contentIn(file), QByteArray("new"));
+    struct stat facts
+    {
+    };
+    QCOMPARE(stat(file.toLocal8Bit().constData(), &facts), 0);
+    QCOMPARE(int(facts.st_mode & 07777), 0640);
+    QCOMPARE(linesOf(diagnostics), QStringList());
+}
+
+void TestFileContent::writesIntoDevicesAndPipes()
+{
+    Diagnostics diagnostics;
+    QVERIFY(writeFile("/dev/null", "text", diagnostics));
+    QVERIFY(!QFileInfo("/dev/null").isFile());
+
+    QTemporaryDir const folder;
+    QString const pipe = folder.filePath("pipe");
+    QByteArray const name = pipe.toLocal8Bit();
+    QCOMPARE(mkfifo(name.constData(), 0600), 0);
+    // Open for both, so that neither end waits for the other.
+    QFile reader(pipe);
+    QVERIFY(reader.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+    QVERIFY(writeFile(pipe, "text", diagnostics));
+    QCOMPARE(reader.read(4), QByteArray("text"));
+    QCOMPARE(entriesOf(folder), QStringList("pipe"));
+    QCOMPARE(linesOf(diagnostics), QStringList());
+
+    QVERIFY(!writeFile("/dev/full", "text", diagnostics));
+    QCOMPARE(linesOf(diagnostics), QStringList("/dev/full: No space left on device"));
+}
+
+void TestFileContent::tellsWhyItCannotWrite_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("folder") << "folder"
+                            << "is a directory";
+    QTest::newRow("link to a folder") << "linked"
+                                      << "is a directory";
+    QTest::newRow("in a folder that is missing") << "none/a"
+                                                 << "No such file or directory";
+    QTest::newRow("in a file") << "file/a"
+                               << "Not a directory";
+    QTest::newRow("name too long") << QString(300, 'a') << "File name too long";
+}
+
+void TestFileContent::tellsWhyItCannotWrite()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    QTemporaryDir const folder;
+    QVERIFY(QDir(folder.path()).mkdir("folder"));
+    QVERIFY(QFile::link("folder", folder.filePath("linked")));
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(folder.filePath("file"), "old", diagnostics));
+    QStringList const before = entriesOf(folder);
+    QString const file = folder.filePath(name);
+    QVERIFY(!writeFile(file, "text", diagnostics));
+    QCOMPARE(linesOf(diagnostics), QStringList(file + ": " + reason));
+    QCOMPARE(entriesOf(folder), before);
+    QCOMPARE(contentIn(folder.filePath("file")), QByteArray("old"));
+}
+
+void TestFileContent::tellsWhyItCannotRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("missing") << "none"
+                             << "No such file or directory";
+    QTest::newRow("folder") << "folder"
+                            << "file to open is a directory";
+    QTest::newRow("in a file") << "file/a"
+                               << "Not a directory";
+}
+
+void TestFileContent::tellsWhyItCannotRead()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    QTemporaryDir const folder;
+    QVERIFY(QDir(folder.path()).mkdir("folder"));
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(folder.filePath("file"), "old", diagnostics));
+    QString const file = folder.filePath(name);
+    QVERIFY(!readFile(file, diagnostics).has_value());
+    QCOMPARE(linesOf(diagnostics), QStringList(file + ": " + reason));
+}
+
+void TestFileContent::refusesInexactNames()
+{
+    QTemporaryDir const folder;
+    // What Qt makes of a name whose bytes are no text, and a file of just that name.
+    QString const file = folder.filePath(QStringLiteral("a\ufffd"));
+    QFile present(file);
+    QVERIFY(present.open(QIODevice::WriteOnly));
+    present.close();
+    QStringList const refused(file + ": the name is not valid text");
+
+    Diagnostics ofRead;
+    QVERIFY(!readFile(file, ofRead).has_value());
+    QCOMPARE(linesOf(ofRead), refused);
+    Diagnostics ofWrite;
+    QVERIFY(!writeFile(file, "text", ofWrite));
+    QCOMPARE(linesOf(ofWrite), refused);
+    QCOMPARE(contentIn(file), QByteArray());
+    Diagnostics ofName;
+    QVERIFY(!isNameExact(file, ofName));
+    QCOMPARE(linesOf(ofName), refused);
+    Diagnostics none;
+    QVERIFY(isNameExact(folder.filePath(QStringLiteral("a\u00e4")), none));
+    QVERIFY(none.isEmpty());
+}
+
+void TestFileContent::readsOpenDevices()
+{
+    QBuffer buffer;
+    buffer.setData("text");
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    Diagnostics diagnostics;
+    auto const content = contentOf(buffer, "its name", diagnostics);
+    QVERIFY(content.has_value());
+    QCOMPARE(*content, QByteArray("text"));
+    QVERIFY(diagnostics.isEmpty());
+
+    FailingDevice failing;
+    QVERIFY(!contentOf(failing, "its name", diagnostics).has_value());
+    QCOMPARE(linesOf(diagnostics), QStringList("its name: the cable is out"));
+}
+
+QTEST_GUILESS_MAIN(TestFileContent)
+
+#include "tst_filecontent.moc"
