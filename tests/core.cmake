@@ -3,6 +3,7 @@ foreach(name IN ITEMS
     tst_contentkind
     tst_filecontent
     tst_geometrywalker
+    tst_losses
     tst_shortlines
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore)

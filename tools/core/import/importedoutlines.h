@@ -37,6 +37,7 @@ struct ImportedOutlines
 {
     QSizeF size; ///< in outline units
     std::vector<ImportedOutline> outlines; ///< the first lies lowest
+    double scale = 1.0; ///< outline units a unit of what it was imported from
 };
 
 /**

@@ -5,6 +5,7 @@
 #include "document/shortlines.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -18,45 +19,59 @@ bool isStroked(RecordedPath const& shape)
     return shape.pen.style() != Qt::NoPen;
 }
 
-bool hasGradient(RecordedPath const& shape)
+bool isPlain(QBrush const& brush)
 {
-    auto const isPlain = [](QBrush const& brush) { return brush.style() == Qt::SolidPattern; };
+    return brush.style() == Qt::SolidPattern;
+}
+
+bool hasGradient(RecordedPath const& shape, double)
+{
     return (isFilled(shape) && !isPlain(shape.brush))
         || (isStroked(shape) && !isPlain(shape.pen.brush()));
 }
 
-bool hasColour(RecordedPath const& shape)
+bool hasColour(RecordedPath const& shape, double)
 {
-    auto const isBlack = [](QColor const& colour) {
-        return colour.red() == 0 && colour.green() == 0 && colour.blue() == 0;
+    auto const isColoured = [](QBrush const& brush) {
+        QColor const colour = brush.color();
+        return isPlain(brush) && (colour.red() > 0 || colour.green() > 0 || colour.blue() > 0);
     };
-    return !hasGradient(shape)
-        && ((isFilled(shape) && !isBlack(shape.brush.color()))
-            || (isStroked(shape) && !isBlack(shape.pen.color())));
+    return (isFilled(shape) && isColoured(shape.brush))
+        || (isStroked(shape) && isColoured(shape.pen.brush()));
 }
 
-bool isTranslucent(RecordedPath const& shape)
+bool isTranslucent(RecordedPath const& shape, double)
 {
     auto const isPart = [](QBrush const& brush, double opacity) {
-        bool const isPlain = brush.style() == Qt::SolidPattern;
-        return opacity < 1.0 || (isPlain && brush.color().alpha() < 255);
+        return opacity < 1.0 || (isPlain(brush) && brush.color().alpha() < 255);
     };
     return (isFilled(shape) && isPart(shape.brush, shape.fillOpacity))
         || (isStroked(shape) && isPart(shape.pen.brush(), shape.lineOpacity));
 }
 
-bool hasWidth(RecordedPath const& shape)
+/** The width of the line as the picture shows it, in the picture's own unit. */
+double lineWidth(RecordedPath const& shape, double scale)
 {
-    double const usual = 1.0;
-    return isStroked(shape) && (shape.pen.widthF() < usual || shape.pen.widthF() > usual);
+    if (shape.pen.isCosmetic())
+        return shape.pen.widthF();
+    double const area = std::abs(shape.transform.determinant());
+    return shape.pen.widthF() * std::sqrt(area) / scale;
 }
 
-bool isDashed(RecordedPath const& shape)
+bool hasWidth(RecordedPath const& shape, double scale)
+{
+    double const usual = 1.0;
+    // A transformation there and back leaves its rounding behind.
+    double const rounding = 1e-6;
+    return isStroked(shape) && std::abs(lineWidth(shape, scale) - usual) > rounding;
+}
+
+bool isDashed(RecordedPath const& shape, double)
 {
     return isStroked(shape) && shape.pen.style() != Qt::SolidLine;
 }
 
-bool hasEnds(RecordedPath const& shape)
+bool hasEnds(RecordedPath const& shape, double)
 {
     Qt::PenJoinStyle const join = shape.pen.joinStyle();
     return isStroked(shape)
@@ -64,7 +79,7 @@ bool hasEnds(RecordedPath const& shape)
             || (join != Qt::MiterJoin && join != Qt::SvgMiterJoin));
 }
 
-bool isComposed(RecordedPath const& shape)
+bool isComposed(RecordedPath const& shape, double)
 {
     return shape.compositionMode != QPainter::CompositionMode_SourceOver;
 }
@@ -73,7 +88,7 @@ bool isComposed(RecordedPath const& shape)
 struct Loss
 {
     char const* what;
-    bool (*isIn)(RecordedPath const&);
+    bool (*isIn)(RecordedPath const&, double scale);
 };
 
 constexpr Loss losses[] = {
@@ -105,8 +120,10 @@ void warnOfFillRules(ImportedOutlines const& picture, QString const& file, Diagn
 void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics)
 {
     for (Loss const& loss : losses) {
-        auto const count = std::count_if(picture.outlines.begin(), picture.outlines.end(),
-            [&loss](ImportedOutline const& outline) { return loss.isIn(outline.painted); });
+        auto const count = std::count_if(
+            picture.outlines.begin(), picture.outlines.end(), [&](ImportedOutline const& outline) {
+                return loss.isIn(outline.painted, picture.scale);
+            });
         if (count > 0) {
             diagnostics.warning(file,
                 QStringLiteral("%1 with %2: not kept")

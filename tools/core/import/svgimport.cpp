@@ -87,7 +87,7 @@ std::optional<ImportedOutlines> atScale(
     QSvgRenderer& renderer, double scale, QString const& file, Diagnostics& diagnostics)
 {
     QSizeF const userSize = renderer.viewBoxF().size();
-    ImportedOutlines picture {userSize * scale, {}};
+    ImportedOutlines picture {userSize * scale, {}, scale};
     if (QString const fault = pictureSizeFault(picture.size); !fault.isEmpty()) {
         diagnostics.error(file, fault);
         return std::nullopt;

@@ -126,7 +126,8 @@ std::optional<ImportedOutlines> importText(
     std::vector<Glyph> const glyphs = typeset(typesetter, text, file, diagnostics);
 
     ImportedOutlines picture {
-        QSizeF(typesetter.x, (font->ascent() + font->descent()) * typesetter.scale), {}};
+        QSizeF(typesetter.x, (font->ascent() + font->descent()) * typesetter.scale), {},
+        typesetter.scale};
     if (QString const fault = textSizeFault(picture.size, options); !fault.isEmpty()) {
         diagnostics.error(file, fault);
         return std::nullopt;
