@@ -162,6 +162,8 @@ class TestOutlineImport : public QObject
 
 private Q_SLOTS:
     void importsEachShapeAsOneOutline();
+    void importsPolylinesAsOneOutline_data();
+    void importsPolylinesAsOneOutline();
     void importsCompressedPictures();
     void bindsOutlinesToTheBox();
     void measuresTheViewBox_data();
@@ -205,6 +207,43 @@ void TestOutlineImport::importsEachShapeAsOneOutline()
             "noFill M 0 200 L 400 200",
             "closed noLine M 300 100 C 320 100 340 120 340 140 M 360 160 L 380 160 L 360 160"}));
     VERIFY_NOTHING_LOGGED(watch);
+}
+
+void TestOutlineImport::importsPolylinesAsOneOutline_data()
+{
+    QTest::addColumn<QByteArray>("shapes");
+    QTest::addColumn<QStringList>("outlines");
+    QTest::addColumn<QStringList>("warnings");
+    QByteArray const polyline = "<polyline points='1,1 5,1 5,5' ";
+    QStringList const nothing("1 shape painted with nothing: left out");
+    auto const row = [](char const* name, QByteArray const& shapes, QStringList const& outlines,
+                         QStringList const& warnings) {
+        QTest::newRow(name) << shapes << outlines << warnings;
+    };
+    row("filled", polyline + "/>", {"noLine M 1 1 L 5 1 L 5 5"}, {});
+    row("filled, and a line", polyline + "stroke='black'/>", {"M 1 1 L 5 1 L 5 5"}, {});
+    row("a line", polyline + "fill='none' stroke='black'/>", {"noFill M 1 1 L 5 1 L 5 5"}, {});
+    row("painted with nothing", polyline + "fill='none'/>", {}, nothing);
+    row("filled, another with nothing", polyline + "/><path d='M1 1L5 1L5 6' fill='none'/>",
+        {"noLine M 1 1 L 5 1 L 5 5"}, nothing);
+    row("filled, another line", polyline + "/><path d='M1 1L5 1' fill='none' stroke='black'/>",
+        {"noLine M 1 1 L 5 1 L 5 5", "noFill M 1 1 L 5 1"}, {});
+    row("evenodd, and a line",
+        "<polyline points='1,1 9,1 1,8 5,-1 9,8' fill-rule='evenodd' stroke='black'/>",
+        {"M 1 1 L 9 1 L 1 8 L 5 -1 L 9 8"},
+        {"1 shape would be filled otherwise by the other rule: FillRule=\"evenodd\" beside the "
+         "outline says so"});
+}
+
+void TestOutlineImport::importsPolylinesAsOneOutline()
+{
+    QFETCH(QByteArray, shapes);
+    QFETCH(QStringList, outlines);
+    QFETCH(QStringList, warnings);
+    Imported const picture = importedSvg(svg(shapes), 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(texts(picture), outlines);
+    QCOMPARE(picture.warnings, warnings);
 }
 
 void TestOutlineImport::importsCompressedPictures()

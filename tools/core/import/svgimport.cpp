@@ -10,11 +10,10 @@
 
 namespace {
 
-bool sameElements(QPainterPath const& left, QPainterPath const& right)
+/** Whether the first elements of both are the same, and have the same rule. */
+bool beginAlike(QPainterPath const& left, QPainterPath const& right, int count)
 {
-    if (left.fillRule() != right.fillRule() || left.elementCount() != right.elementCount())
-        return false;
-    for (int i = 0; i < left.elementCount(); ++i) {
+    for (int i = 0; i < count; ++i) {
         QPainterPath::Element const a = left.elementAt(i);
         QPainterPath::Element const b = right.elementAt(i);
         // Unlike the comparison of points or paths this one takes nearly equal for different.
@@ -24,13 +23,41 @@ bool sameElements(QPainterPath const& left, QPainterPath const& right)
     return true;
 }
 
+bool sameElements(QPainterPath const& left, QPainterPath const& right)
+{
+    return left.fillRule() == right.fillRule() && left.elementCount() == right.elementCount()
+        && beginAlike(left, right, left.elementCount());
+}
+
+/** Whether `closed` is the open path with one more line, back to its start. */
+bool isClosedFrom(QPainterPath const& closed, QPainterPath const& open)
+{
+    return closed.elementCount() == open.elementCount() + 1
+        && beginAlike(closed, open, open.elementCount())
+        && closed.elementAt(open.elementCount()).isLineTo()
+        && QPointF(closed.elementAt(open.elementCount())) == QPointF(closed.elementAt(0));
+}
+
 /** Whether `line` is the line of the shape of which `fill` is the filling. */
 bool isLineOf(RecordedPath const& line, RecordedPath const& fill)
 {
-    return fill.pen.style() == Qt::NoPen && line.brush.style() == Qt::NoBrush
-        && line.pen.style() != Qt::NoPen && line.transform == fill.transform
-        && line.compositionMode == fill.compositionMode && line.renderHints == fill.renderHints
-        && line.clipped == fill.clipped && sameElements(line.path, fill.path);
+    if (fill.pen.style() != Qt::NoPen || line.brush.style() != Qt::NoBrush
+        || line.transform != fill.transform || line.compositionMode != fill.compositionMode
+        || line.renderHints != fill.renderHints || line.clipped != fill.clipped)
+        return false;
+    // Of a polyline Qt SVG closes what it fills, and draws a line even with no colour.
+    return (line.pen.style() != Qt::NoPen && sameElements(line.path, fill.path))
+        || isClosedFrom(fill.path, line.path);
+}
+
+/** Gives the filling its line, which can be open where the filling is closed: both fill alike. */
+void joinLine(RecordedPath& fill, RecordedPath const& line)
+{
+    Qt::FillRule const rule = fill.path.fillRule();
+    fill.path = line.path;
+    fill.path.setFillRule(rule);
+    fill.pen = line.pen;
+    fill.lineOpacity = line.lineOpacity;
 }
 
 /** Qt SVG paints the filling and the line of a shape one after the other; this joins them. */
@@ -38,12 +65,10 @@ std::vector<RecordedPath> shapes(std::vector<RecordedPath> const& paths)
 {
     std::vector<RecordedPath> result;
     for (RecordedPath const& path : paths) {
-        if (!result.empty() && isLineOf(path, result.back())) {
-            result.back().pen = path.pen;
-            result.back().lineOpacity = path.lineOpacity;
-        } else {
+        if (!result.empty() && isLineOf(path, result.back()))
+            joinLine(result.back(), path);
+        else
             result.push_back(path);
-        }
     }
     return result;
 }
