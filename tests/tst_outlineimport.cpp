@@ -373,6 +373,9 @@ void TestOutlineImport::warnsOfEverything_data()
         << svg("<path d='M0 0L1 1'/>" + QByteArray("<g transform='scale(100000000)'>").repeated(40)
                + "<path d='M0 0L1 1'/>" + QByteArray("</g>").repeated(40))
         << QStringList("path 2: a coordinate is too large; left out") << 1;
+    QTest::newRow("two images") << svg(
+        "<path d='M0 0L1 1'/>" + QByteArray("<image width='1' height='1'/>").repeated(2))
+                                << QStringList("2 images: left out") << 1;
     QTest::newRow("a use of nothing") << svg("<path d='M0 0L1 1'/><use xlink:href='#a'/>")
                                       << QStringList("link #a is undefined!") << 1;
 }

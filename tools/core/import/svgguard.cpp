@@ -1,5 +1,6 @@
 #include "import/svgguard.h"
 
+#include "common/text.h"
 #include "common/xmldiagnostic.h"
 #include "document/contentkind.h"
 #include "import/gunzip.h"
@@ -101,8 +102,10 @@ public:
                     .arg(it.value())
                     .arg(it.key()));
         }
-        if (m_images > 0)
-            diagnostics.warning(file, QStringLiteral("%1 image: left out").arg(m_images));
+        if (m_images > 0) {
+            diagnostics.warning(
+                file, QStringLiteral("%1: left out").arg(countText(m_images, imageName())));
+        }
     }
 
 private:
