@@ -1,5 +1,6 @@
 #include "import/textimport.h"
 
+#include "common/filecontent.h"
 #include "import/losses.h"
 
 #include <QFileInfo>
@@ -43,9 +44,12 @@ QString requestFault(QString const& text, TextImportOptions const& options)
 {
     if (!isPositive(options.emSize))
         return QStringLiteral("the size of an em must be a number above 0");
-    if (text.isEmpty())
-        return QStringLiteral("the text is empty");
-    QFileInfo const file(options.fontFile);
+    return text.isEmpty() ? QStringLiteral("the text is empty") : QString();
+}
+
+/** Why the font cannot be read, as far as its file tells; empty if it may be. */
+QString fileFault(QFileInfo const& file)
+{
     if (!file.exists())
         return QStringLiteral("there is no such font file");
     if (!file.isFile() || !file.isReadable())
@@ -56,6 +60,12 @@ QString requestFault(QString const& text, TextImportOptions const& options)
 /** The font in the size of its own grid; nothing, with a diagnostic, if it is none. */
 std::optional<QRawFont> fontFrom(QString const& file, Diagnostics& diagnostics)
 {
+    if (!isNameExact(file, diagnostics))
+        return std::nullopt;
+    if (QString const fault = fileFault(QFileInfo(file)); !fault.isEmpty()) {
+        diagnostics.error(file, fault);
+        return std::nullopt;
+    }
     QRawFont font(file, 1.0, QFont::PreferNoHinting);
     if (!font.isValid() || !isPositive(font.unitsPerEm())) {
         diagnostics.error(file, QStringLiteral("not a font file that can be read"));
