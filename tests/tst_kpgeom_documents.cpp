@@ -4,6 +4,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPainter>
+#include <QPainterPath>
 #include <QTextCodec>
 
 using namespace KpgeomTesting;
@@ -76,6 +78,65 @@ QJsonObject infoOf(Workplace const& place, QString const& file)
     return outlines.size() == 1 ? outlines.at(0).toObject() : QJsonObject();
 }
 
+/** Points of SVG path data of moves, lines and closes: "M1 2L3 4Z". */
+QPainterPath painterPath(QByteArray const& data, Qt::FillRule rule)
+{
+    QPainterPath path;
+    path.setFillRule(rule);
+    for (QByteArray const& subpath : data.split('Z')) {
+        QList<QByteArray> const points = subpath.mid(1).split('L');
+        for (int i = 0; i < points.size() && !subpath.isEmpty(); ++i) {
+            QList<QByteArray> const numbers = points.at(i).split(' ');
+            QPointF const point(numbers.at(0).toDouble(), numbers.at(1).toDouble());
+            i == 0 ? path.moveTo(point) : path.lineTo(point);
+        }
+        path.closeSubpath();
+    }
+    return path;
+}
+
+/** 200 by 100 pixels: white within the path, black outside. */
+QImage drawn(QPainterPath const& path)
+{
+    QImage image(200, 100, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(2.0, 2.0);
+    painter.fillPath(path, Qt::white);
+    return image;
+}
+
+/** What `render` draws of the file in 200 by 100 pixels. */
+QImage rendered(Workplace const& place, QString const& file, QStringList const& options = {})
+{
+    Result const result = place.run(QStringList {"render", file, "--size", "200x100", "--margin",
+                                        "0", "--format", "png", "-o", "-"}
+        + options);
+    return QImage::fromData(result.out, "PNG").convertToFormat(QImage::Format_RGB32);
+}
+
+/** How many pixels are filled in one of them and bare in the other, edges left out. */
+int differences(QImage const& fromTool, QImage const& expected)
+{
+    QRgb const bare = qRgb(255, 255, 255);
+    int count = fromTool.size() == expected.size() ? 0 : -1;
+    for (int y = 0; count >= 0 && y < expected.height(); ++y) {
+        for (int x = 0; x < expected.width(); ++x) {
+            int const coverage = qRed(expected.pixel(x, y));
+            bool const isBare = fromTool.pixel(x, y) == bare;
+            count += (coverage == 255 && isBare) || (coverage == 0 && !isBare) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QByteArray const square = "M10 5L60 5L60 45L10 45Z";
+QByteArray const squareInside = "M20 15L40 15L40 35L20 35Z";
+QByteArray const squareInsideReversed = "M20 15L20 35L40 35L40 15Z";
+QByteArray const squareAcross = "M40 10L90 10L90 40L40 40Z";
+QByteArray const star = "M50 1L70 49L10 20L90 20L30 49Z";
+
 } // namespace
 
 class TestKpgeomDocuments : public QObject
@@ -124,10 +185,20 @@ private Q_SLOTS:
     void convertFitsThePictureToLargeUnits();
     void bothFormsHoldTheSameOutlines_data();
     void bothFormsHoldTheSameOutlines();
+    void bothFormsHoldTheFillRule();
+    void convertedShapesAreFilledAsPainted_data();
+    void convertedShapesAreFilledAsPainted();
+    void convertedGlyphsAreFilledAsPainted();
+    void convertNamesEachLoss();
+    void convertTakesFinerUnitsWhereLinesWouldVanish_data();
+    void convertTakesFinerUnitsWhereLinesWouldVanish();
     void convertedPictureIsClean();
     void convertSaysWhatIsLeftOut();
     void textBecomesAnOutlineForEachGlyph();
     void textWithoutGlyphsIsTold();
+    void textTooLongNamesAnEmThatWillDo();
+    void fontsThatCannotBeReadAreTold_data();
+    void fontsThatCannotBeReadAreTold();
     void convertReadsStandardInput();
     void whatCannotBeConvertedIsTold_data();
     void whatCannotBeConvertedIsTold();
@@ -785,6 +856,164 @@ void TestKpgeomDocuments::bothFormsHoldTheSameOutlines()
     QVERIFY(place.read("plain") == place.read("stream"));
 }
 
+void TestKpgeomDocuments::bothFormsHoldTheFillRule()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<path fill-rule='evenodd' d='" + star + "'/><path d='" + square + squareAcross
+            + "'/><path d='" + square + "'/>"));
+    for (QString const& form : {QString("dom"), QString("stream")}) {
+        COMPARE_EXIT(place.run({"convert", "in.svg", "--form", form, "-o", "out.xml"}), 0);
+        QDomDocument const document = OutlineTesting::domDocument(place.read("out.xml"));
+        QDomNodeList const shapes = document.elementsByTagName("Shape");
+        QCOMPARE(shapes.size(), 3);
+        QCOMPARE(shapes.at(0).toElement().attribute("FillRule"), QString("evenodd"));
+        QCOMPARE(shapes.at(1).toElement().attribute("FillRule"), QString("nonzero"));
+        QVERIFY(!shapes.at(2).toElement().hasAttribute("FillRule"));
+    }
+}
+
+void TestKpgeomDocuments::convertedShapesAreFilledAsPainted_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<bool>("isEvenOdd");
+    QTest::addColumn<bool>("needsRule"); // beside the outline, and a line that tells of it
+    QTest::newRow("square") << square << false << false;
+    QTest::newRow("square, evenodd") << square << true << false;
+    QTest::newRow("hole by direction") << square + squareInsideReversed << false << false;
+    QTest::newRow("hole by direction, evenodd") << square + squareInsideReversed << true << false;
+    QTest::newRow("hole, evenodd") << square + squareInside << true << false;
+    QTest::newRow("square within a square") << square + squareInside << false << true;
+    QTest::newRow("squares that overlap") << square + squareAcross << false << true;
+    QTest::newRow("squares that overlap, evenodd") << square + squareAcross << true << false;
+    QTest::newRow("pentagram") << star << false << true;
+    QTest::newRow("pentagram, evenodd") << star << true << true;
+}
+
+void TestKpgeomDocuments::convertedShapesAreFilledAsPainted()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(bool, isEvenOdd);
+    QFETCH(bool, needsRule);
+    QByteArray const rule = isEvenOdd ? "evenodd" : "nonzero";
+    QImage const expected = drawn(painterPath(data, isEvenOdd ? Qt::OddEvenFill : Qt::WindingFill));
+    Workplace const place;
+    place.write("in.svg", svg("<path fill-rule='" + rule + "' d='" + data + "'/>"));
+    Result const result = place.run({"convert", "in.svg", "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(place.read("out.xml").count("FillRule=\"" + rule + "\""), needsRule ? 1 : 0);
+    QCOMPARE(place.read("out.xml").count("FillRule="), needsRule ? 1 : 0);
+    QCOMPARE(result.err,
+        needsRule ? "in.svg: 1 shape would be filled otherwise by the other rule: FillRule=\""
+                + rule + "\" beside the outline says so\n"
+                  : QByteArray());
+    QCOMPARE(differences(rendered(place, "out.xml"), expected), 0);
+    // A reader that knows no FillRule takes either rule.
+    for (QString const& other : {QString("evenodd"), QString("nonzero")}) {
+        QByteArray out = place.read("out.xml");
+        place.write("bare.xml", out.replace(" FillRule=\"" + rule + "\"", ""));
+        int const wrong =
+            differences(rendered(place, "bare.xml", {"--fill-rule", other}), expected);
+        QCOMPARE(wrong > 0, needsRule && other != rule);
+    }
+    // Without a filling there is nothing for a rule to decide.
+    place.write("in.svg",
+        svg("<path fill='none' stroke='black' fill-rule='" + rule + "' d='" + data + "'/>"));
+    Result const line = place.run({"convert", "in.svg", "-o", "out.xml"});
+    COMPARE_EXIT(line, 0);
+    QCOMPARE(line.err, QByteArray());
+    QVERIFY(!place.read("out.xml").contains("FillRule"));
+}
+
+void TestKpgeomDocuments::convertedGlyphsAreFilledAsPainted()
+{
+    // The cedilla of this face is a contour of its own that overlaps the letter.
+    QString const text = QString::fromUtf8("o\xc3\xa7");
+    Workplace const place;
+    Result const result = place.run({"convert", "--font", sans, "--text", text, "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err,
+        sans.toUtf8()
+            + ": 1 shape would be filled otherwise by the other rule: FillRule=\"nonzero\" beside "
+              "the outline says so\n");
+    QByteArray out = place.read("out.xml");
+    QCOMPARE(out.count("FillRule="), 1);
+    QVERIFY(out.indexOf("FillRule=\"nonzero\"") > out.indexOf("Name=\"\xc3\xa7\""));
+    QImage const whole = rendered(place, "out.xml");
+    QVERIFY(whole == rendered(place, "out.xml", {"--fill-rule", "nonzero"}));
+    place.write("bare.xml", out.replace(" FillRule=\"nonzero\"", ""));
+    QVERIFY(whole == rendered(place, "bare.xml", {"--fill-rule", "nonzero"}));
+    QVERIFY(whole != rendered(place, "bare.xml", {"--fill-rule", "evenodd"}));
+}
+
+void TestKpgeomDocuments::convertNamesEachLoss()
+{
+    QByteArray const line = "<path d='M1 1L9 1' fill='none' stroke='black' ";
+    Workplace const place;
+    place.write("in.svg",
+        svg("<linearGradient id='g'><stop stop-color='red'/><stop offset='1'/></linearGradient>"
+            "<rect width='9' height='9'/>"
+            "<rect width='9' height='9' fill='url(#g)' stroke='red'/>"
+            "<rect width='9' height='9' fill='#000100'/>"
+            "<g opacity='0.5'><rect width='9' height='9'/><circle r='5'/></g>"
+            "<rect width='9' height='9' fill-opacity='0.5'/>"
+            + line + "/>" + line + "stroke-width='2'/><g transform='scale(3)'>" + line + "/></g>"
+            + line + "stroke-dasharray='3 2'/>" + line + "stroke-linecap='round'/>" + line
+            + "stroke-linejoin='round'/><image width='9' height='9'/><image/>"
+              "<clipPath id='c'/><filter id='f'/><filter id='h'/><mask id='m'/>"));
+    Result const result = place.run({"convert", "in.svg", "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(QString::fromUtf8(result.err).split('\n'),
+        QStringList({"in.svg: 1 clipPath: without effect, shapes in it may be painted",
+            "in.svg: 2 filter: without effect, shapes in it may be painted",
+            "in.svg: 1 mask: without effect, shapes in it may be painted",
+            "in.svg: 2 images: left out",
+            "in.svg: 2 shapes with a colour other than black: not kept",
+            "in.svg: 1 shape with a gradient or pattern: not kept",
+            "in.svg: 3 shapes with opacity below 1: not kept",
+            "in.svg: 2 shapes with a line width other than 1: not kept",
+            "in.svg: 1 shape with a dashed line: not kept",
+            "in.svg: 2 shapes with line ends other than butt, or joins other than miter: not kept",
+            ""}));
+}
+
+void TestKpgeomDocuments::convertTakesFinerUnitsWhereLinesWouldVanish_data()
+{
+    QTest::addColumn<QByteArray>("end"); // of a line from (10, 10) in a picture 100 wide
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("width");
+    QTest::addColumn<int>("lost");
+    QStringList const usual;
+    QTest::newRow("a unit long") << QByteArray("10.02 10") << usual << QByteArray("10000") << 0;
+    QTest::newRow("less than a ten-thousandth")
+        << QByteArray("10.005 10.005") << usual << QByteArray("100000") << 0;
+    QTest::newRow("less than a hundred-thousandth")
+        << QByteArray("10.0005 10.0005") << usual << QByteArray("100000") << 1;
+    QTest::newRow("no length") << QByteArray("10 10") << usual << QByteArray("10000") << 0;
+    QTest::newRow("lost at the scale asked for")
+        << QByteArray("10.5 10") << QStringList {"--scale", "1"} << QByteArray("100") << 1;
+    QTest::newRow("kept at the scale asked for")
+        << QByteArray("10.0005 10") << QStringList {"--scale", "5000"} << QByteArray("500000") << 0;
+}
+
+void TestKpgeomDocuments::convertTakesFinerUnitsWhereLinesWouldVanish()
+{
+    QFETCH(QByteArray, end);
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, width);
+    QFETCH(int, lost);
+    Workplace const place;
+    place.write("in.svg", svg("<path d='M10 10L" + end + "L90 40L10 40Z'/>"));
+    Result const result = place.run(QStringList {"convert", "in.svg", "-o", "out.xml"} + options);
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err,
+        lost == 0 ? QByteArray()
+                  : QByteArray("in.svg: 1 line of less than one unit: not drawn, unless at a "
+                               "larger scale\n"));
+    QVERIFY2(place.read("out.xml").contains(" Width=\"" + width + "\""),
+        place.read("out.xml").left(200).constData());
+}
+
 void TestKpgeomDocuments::convertedPictureIsClean()
 {
     Workplace const place;
@@ -842,6 +1071,46 @@ void TestKpgeomDocuments::textWithoutGlyphsIsTold()
     QCOMPARE(place.entries(), QStringList());
 }
 
+void TestKpgeomDocuments::textTooLongNamesAnEmThatWillDo()
+{
+    Workplace const place;
+    QStringList const text = {
+        "convert", "--font", sans, "--text", QString(700, 'W'), "-o", "out.xml"};
+    COMPARE_FAILURE(place.run(text), 1,
+        sans.toUtf8()
+            + ": the picture would be 1.4175e+06 by 2384 units large, more than 1000000; --em 1444 "
+              "would do");
+    QCOMPARE(place.entries(), QStringList());
+    Result const larger = place.run(text + QStringList {"--em", "1445"});
+    COMPARE_EXIT(larger, 1);
+    QVERIFY(larger.err.endsWith("--em 1444 would do\n"));
+    Result const fitting = place.run(text + QStringList {"--em", "1444"});
+    COMPARE_EXIT(fitting, 0);
+    QCOMPARE(fitting.err, QByteArray());
+    QCOMPARE(place.read("out.xml").count("<Geometry "), 700);
+}
+
+void TestKpgeomDocuments::fontsThatCannotBeReadAreTold_data()
+{
+    QTest::addColumn<QString>("font");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("missing") << "none.ttf" << QByteArray("none.ttf: there is no such font file");
+    QTest::newRow("no font") << "in.svg" << QByteArray("in.svg: not a font file that can be read");
+    QTest::newRow("folder") << "." << QByteArray(".: the font file cannot be read");
+    QTest::newRow("device") << "/dev/null" << QByteArray("/dev/null: the font file cannot be read");
+}
+
+void TestKpgeomDocuments::fontsThatCannotBeReadAreTold()
+{
+    QFETCH(QString, font);
+    QFETCH(QByteArray, line);
+    Workplace const place;
+    place.write("in.svg", svg("<rect width='10' height='10'/>"));
+    COMPARE_FAILURE(
+        place.run({"convert", "--font", font, "--text", "a", "-o", "out.xml"}), 1, line);
+    QCOMPARE(place.entries(), QStringList {"in.svg"});
+}
+
 void TestKpgeomDocuments::convertReadsStandardInput()
 {
     Workplace const place;
@@ -853,6 +1122,8 @@ void TestKpgeomDocuments::convertReadsStandardInput()
     start.input = "<svg>\n</D>";
     COMPARE_FAILURE(place.run({"convert", "-", "-o", "-"}, start), 1,
         "<stdin>:2:5: Opening and ending tag mismatch.");
+    // An empty name is a picture's that is not there, and not a text.
+    COMPARE_FAILURE(place.run({"convert", "", "-o", "-"}), 1, ": No file name specified");
 }
 
 void TestKpgeomDocuments::whatCannotBeConvertedIsTold_data()

@@ -64,7 +64,8 @@ QByteArray domDocument(ImportedOutlines const& picture)
 
 struct ConvertOptions
 {
-    QString input; ///< the SVG file, or empty for text
+    bool isText = false; ///< glyphs of a font, or else an SVG file
+    QString input; ///< the SVG file
     QString font;
     QString text;
     double scale = 0.0; ///< outline units an SVG unit; 0 fits the picture to defaultPictureSide
@@ -78,6 +79,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
     options.font = line.value(QStringLiteral("font"));
     options.text = line.value(QStringLiteral("text"));
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
+    options.isText = isText;
     if (isText && (options.font.isEmpty() || options.text.isEmpty()))
         return misuse(QStringLiteral("--font and --text go together"));
     if (line.operands().size() != (isText ? 0 : 1)) {
@@ -109,7 +111,7 @@ std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostic
 {
     MessageLog log;
     TakeMessages const takeMessages = [&log] { return log.take(); };
-    if (options.input.isEmpty()) {
+    if (options.isText) {
         TextImportOptions const textOptions {
             options.font, options.emSize, QStringLiteral("--em"), takeMessages};
         return importText(options.text, textOptions, diagnostics);
@@ -126,7 +128,7 @@ std::optional<ImportedOutlines> importedOutlines(ConvertOptions const& options)
     Diagnostics diagnostics;
     auto picture = import(options, diagnostics);
     if (picture && picture->outlines.empty()) {
-        diagnostics.error(options.input.isEmpty() ? options.font : options.input,
+        diagnostics.error(options.isText ? options.font : options.input,
             QStringLiteral("nothing in it becomes an outline"));
         picture.reset();
     }
