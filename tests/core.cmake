@@ -13,3 +13,10 @@ kpgeometry_add_test(tst_messagelog
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
   LIBRARIES kpgeomcore)
 target_include_directories(tst_messagelog PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+# The library as its object files show it; the tool beside it for comparison.
+kpgeometry_add_test(tst_kpgeomcore
+  DEFINITIONS
+    KPGEOM_CORE_LIBRARY="$<TARGET_FILE:kpgeomcore>"
+    KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
+    KPGEOMETRY_NM="${CMAKE_NM}")
+add_dependencies(tst_kpgeomcore kpgeomcore kpgeom)
