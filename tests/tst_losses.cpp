@@ -102,7 +102,8 @@ void TestLosses::namesEachLossWithItsCount_data()
     row(
         "gradient", [](RecordedPath& shape) { shape.brush = fade(Qt::red, Qt::blue); }, gradient);
     row(
-        "pattern", [](RecordedPath& shape) { shape.brush.setStyle(Qt::Dense4Pattern); }, gradient);
+        "pattern, whatever its colour",
+        [](RecordedPath& shape) { shape.brush = QBrush(Qt::red, Qt::Dense4Pattern); }, gradient);
     row(
         "gradient of the line",
         [](RecordedPath& shape) { shape.pen.setBrush(fade(Qt::red, Qt::blue)); }, gradient);
@@ -244,6 +245,8 @@ void TestLosses::measuresWidthsInTheUnitOfThePicture_data()
                               << false;
     QTest::newRow("in a part that is enlarged") << 333.3 << doubled << 1.0 << false << true;
     QTest::newRow("there and back") << 333.3 << doubled << 0.5 << false << false;
+    QTest::newRow("there and back, rounded")
+        << 333.3 << QTransform::fromScale(333.3 * 7.0, 333.3 * 7.0) << 1.0 / 7.0 << false << false;
     QTest::newRow("that does not grow") << 333.3 << doubled << 1.0 << true << false;
     QTest::newRow("too thick and does not grow") << 333.3 << doubled << 2.0 << true << true;
 }
