@@ -6,7 +6,7 @@ foreach(name IN ITEMS
     tst_losses
     tst_shortlines
     tst_text)
-  kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
+  kpgeometry_add_test(${name} LIBRARIES kpgeomcore util)
 endforeach()
 # Only a process has a message handler, so the log of messages is the tool's own.
 kpgeometry_add_test(tst_messagelog

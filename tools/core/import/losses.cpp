@@ -33,7 +33,7 @@ bool hasGradient(RecordedPath const& shape, double)
 bool hasColour(RecordedPath const& shape, double)
 {
     auto const isColoured = [](QBrush const& brush) {
-        QColor const colour = brush.color();
+        QColor const& colour = brush.color();
         return isPlain(brush) && (colour.red() > 0 || colour.green() > 0 || colour.blue() > 0);
     };
     return (isFilled(shape) && isColoured(shape.brush))
