@@ -99,7 +99,7 @@ QByteArray blurredFile(QString const& operand, BlurOptions const& options, Diagn
     QString fault;
     if (options.shadow)
         fault = sizeFault(shadowedArea(picture->size(), *options.shadow, options.kernel).size());
-    QByteArray const file =
+    QByteArray file =
         fault.isEmpty() ? encodedPicture(blurred(*picture, options), options.format) : QByteArray();
     if (fault.isEmpty() && file.isEmpty())
         fault = QStringLiteral("the picture cannot be written in this format");

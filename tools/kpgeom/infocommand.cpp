@@ -56,9 +56,9 @@ QString rulesText(RuleCounts const& counts)
 QString toText(OutlineDocument const& document)
 {
     std::size_t const count = document.outlines().size();
-    QString const heading = QStringLiteral("%1: %2\n")
-                                .arg(displayName(document.file()),
-                                    countText(static_cast<int>(count), QStringLiteral("outline")));
+    QString heading = QStringLiteral("%1: %2\n")
+                          .arg(displayName(document.file()),
+                              countText(static_cast<int>(count), QStringLiteral("outline")));
     if (count == 0)
         return heading;
     TextTable table({QStringLiteral(">#"), QStringLiteral("name"), QStringLiteral("flags"),

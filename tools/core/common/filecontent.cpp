@@ -22,7 +22,7 @@ QString replacementFault(QString const& file, QByteArray const& content)
         return reasonOf(output);
     errno = 0;
     if (!FileReplacement::write(output, content)) {
-        QString const reason = reasonOf(output);
+        QString reason = reasonOf(output);
         output.cancelWriting();
         return reason;
     }

@@ -206,7 +206,7 @@ std::optional<QByteArray> unpacked(
 {
     if (!isGzip(svg))
         return svg;
-    auto const text = gunzip(svg, BoundedXml::Limits().bytes);
+    auto text = gunzip(svg, BoundedXml::Limits().bytes);
     if (!text)
         diagnostics.error(file, QStringLiteral("the compressed picture is damaged or too large"));
     return text;

@@ -108,7 +108,7 @@ std::vector<Glyph> typeset(
 /** pictureSizeFault(), with the size of an em at which the text would do. */
 QString textSizeFault(QSizeF const& size, TextImportOptions const& options)
 {
-    QString const fault = pictureSizeFault(size);
+    QString fault = pictureSizeFault(size);
     double const longerSide = qMax(size.width(), size.height());
     if (fault.isEmpty() || !isPositive(longerSide) || longerSide <= maximumPictureSide)
         return fault;
