@@ -113,5 +113,7 @@ function(kpgeometry_add_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}
+    # The long ones first, lest one of them runs alone at the end.
+    COST ${arg_TIMEOUT}
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${KPGEOMETRY_SANITIZER_ENVIRONMENT}")
 endfunction()

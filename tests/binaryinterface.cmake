@@ -53,7 +53,7 @@ function(kpgeometry_add_package_test name script)
     -DNM=${CMAKE_NM}
     -DREADELF=${CMAKE_READELF}
     -P ${PROJECT_SOURCE_DIR}/tests/package/${script}.cmake)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 COST 600)
 endfunction()
 
 kpgeometry_add_package_test(package_install install)
