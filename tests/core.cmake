@@ -4,7 +4,8 @@ foreach(name IN ITEMS
     tst_filecontent
     tst_geometrywalker
     tst_losses
-    tst_shortlines
+    tst_shapes
+  tst_shortlines
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore util)
 endforeach()

@@ -1,0 +1,41 @@
+#ifndef SHAPES_H
+#define SHAPES_H
+
+#include "kppathseglist.h"
+
+#include <QByteArray>
+#include <QSizeF>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class XmlStreamWriter;
+
+/** An outline with what the tools keep beside it: one element of a document that they make. */
+struct Shape
+{
+    QString name; ///< what it is called, or empty
+    QSizeF box; ///< that its values are for, in its own units
+    std::optional<Qt::FillRule> fillRule; ///< none where both rules fill it alike
+    std::shared_ptr<KpPathSegList> list; ///< never null
+};
+
+/** The shapes of one document, in its order: the first lies lowest. */
+using Shapes = std::vector<Shape>;
+
+/**
+ * Writes a `Geometry` element in which every coordinate has its rule, so that an absolute one is
+ * read back as such. KpPathSegList::saveTo() leaves that rule out, and readers take the one of a
+ * new segment for it.
+ */
+void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list);
+
+/**
+ * The document of the shapes, in UTF-8: a root with an element a shape, around its Geometry.
+ * Numbers have six significant digits. Characters of names that XML forbids are replaced.
+ */
+QByteArray shapesDocument(Shapes const& shapes);
+
+#endif // SHAPES_H
