@@ -4,10 +4,12 @@ foreach(name IN ITEMS
     tst_filecontent
     tst_geometrywalker
     tst_losses
+  tst_outlinefit
+  tst_rulefit
     tst_shapes
   tst_shortlines
     tst_text)
-  kpgeometry_add_test(${name} LIBRARIES kpgeomcore util)
+  kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
 # Only a process has a message handler, so the log of messages is the tool's own.
 kpgeometry_add_test(tst_messagelog

@@ -1,0 +1,288 @@
+#include "fit/structure.h"
+
+#include "common/text.h"
+#include "fit/alignment.h"
+
+#include <QHash>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr double endless = std::numeric_limits<double>::infinity();
+
+/** What the parts of a shape are, whatever their order: equal if the shapes may correspond. */
+QVector<int> partsOf(std::vector<Subpath> const& subpaths)
+{
+    QVector<QVector<int>> parts;
+    for (Subpath const& subpath : subpaths) {
+        auto const curves = static_cast<int>(std::count_if(subpath.steps.begin(),
+            subpath.steps.end(), [](DrawnStep const& step) { return step.isCurve; }));
+        parts.append({static_cast<int>(subpath.steps.size()), curves});
+    }
+    std::sort(parts.begin(), parts.end());
+    QVector<int> all;
+    for (QVector<int> const& part : qAsConst(parts))
+        all += part;
+    return all;
+}
+
+std::vector<QVector<int>> partsOfEach(std::vector<std::vector<Subpath>> const& shapes)
+{
+    std::vector<QVector<int>> parts;
+    for (std::vector<Subpath> const& subpaths : shapes)
+        parts.push_back(partsOf(subpaths));
+    return parts;
+}
+
+std::vector<Extent> extentsOfShapes(std::vector<std::vector<Subpath>> const& shapes)
+{
+    std::vector<Extent> extents;
+    for (std::vector<Subpath> const& subpaths : shapes)
+        extents.push_back(extentOf(subpaths));
+    return extents;
+}
+
+std::vector<Extent> extentsOfEach(std::vector<Subpath> const& subpaths)
+{
+    std::vector<Extent> extents;
+    for (Subpath const& subpath : subpaths)
+        extents.push_back(extentOf({subpath}));
+    return extents;
+}
+
+template <class Things> auto const& at(Things const& things, int index)
+{
+    return things[static_cast<std::size_t>(index)];
+}
+
+/** Names that importers make up count the shapes, so they say no more than the order. */
+bool isMadeUp(QString const& name)
+{
+    static QRegularExpression const pattern(QStringLiteral("^path \\d+$"));
+    return name.isEmpty() || pattern.match(name).hasMatch();
+}
+
+/** The index of each name; empty unless all shapes have names that differ and tell something. */
+QHash<QString, int> indicesOfNames(Shapes const& shapes)
+{
+    QHash<QString, int> indices;
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (isMadeUp(shapes[i].name) || indices.contains(shapes[i].name))
+            return {};
+        indices.insert(shapes[i].name, static_cast<int>(i));
+    }
+    return indices;
+}
+
+/** The shapes of `other` with the names of the reference's; empty unless all have one. */
+std::vector<int> pairedByName(Shapes const& reference, Shapes const& other)
+{
+    QHash<QString, int> const indices = indicesOfNames(other);
+    std::vector<int> partners;
+    for (Shape const& shape : reference) {
+        auto const found = indices.constFind(shape.name);
+        if (found == indices.constEnd())
+            return {};
+        partners.push_back(*found);
+    }
+    return partners;
+}
+
+/** Brings the shapes of one drawing into the order and the direction of those of the first. */
+class DrawingAligner
+{
+public:
+    using Subpaths = std::vector<Subpath>;
+
+    /** @param number of the drawing, from 1 */
+    DrawingAligner(SizedDrawing const& first, std::vector<Subpaths> const& references,
+        SizedDrawing const& drawing, int number, double tolerance)
+        : m_first(first)
+        , m_references(references)
+        , m_drawing(drawing)
+        , m_number(number)
+        , m_fitter({first.box, drawing.box}, tolerance)
+    {
+        for (Shape const& shape : drawing.shapes)
+            m_others.push_back(subpathsOf(*shape.list, tolerance));
+    }
+
+    /** The subpaths of each shape; nothing if what differs has been reported. */
+    std::optional<std::vector<Subpaths>> align(Diagnostics& diagnostics) const
+    {
+        auto const fail = [&](QString const& what) {
+            diagnostics.error(
+                m_drawing.file, QStringLiteral("drawing %1%2").arg(m_number).arg(what));
+            return std::nullopt;
+        };
+        if (m_references.size() != m_others.size()) {
+            return fail(
+                QStringLiteral(": ") + difference(QStringLiteral("path"), m_others, m_references));
+        }
+        std::vector<int> partners = partnersOfShapes();
+        std::vector<Subpaths> result;
+        for (std::size_t i = 0; i < m_references.size(); ++i) {
+            std::size_t const partner =
+                partners.empty() ? i : static_cast<std::size_t>(partners[i]);
+            Subpaths const& other = m_others[partner];
+            auto aligned = alignedSubpaths(m_references[i], other);
+            if (!aligned) {
+                return fail(QStringLiteral(", %1: %2")
+                                .arg(callOf(partner), differenceOf(m_references[i], other)));
+            }
+            warnOfFlags(i, partner, diagnostics);
+            result.push_back(std::move(*aligned));
+        }
+        return result;
+    }
+
+private:
+    template <class Things>
+    static QString difference(QString const& noun, Things const& things, Things const& references)
+    {
+        return QStringLiteral("%1 where drawing 1 has %2")
+            .arg(countText(static_cast<qint64>(things.size()), noun))
+            .arg(references.size());
+    }
+
+    /** What the shape is called in messages. */
+    QString callOf(std::size_t index) const
+    {
+        QString const& name = m_drawing.shapes[index].name;
+        return isMadeUp(name) ? QStringLiteral("path %1").arg(index + 1)
+                              : QStringLiteral("path %1 \"%2\"").arg(index + 1).arg(name);
+    }
+
+    std::vector<int> partnersOfShapes() const
+    {
+        std::vector<int> partners = pairedByName(m_first.shapes, m_drawing.shapes);
+        if (!partners.empty())
+            return partners;
+        std::vector<QVector<int>> const referenceParts = partsOfEach(m_references);
+        std::vector<QVector<int>> const parts = partsOfEach(m_others);
+        std::vector<Extent> const references = extentsOfShapes(m_references);
+        std::vector<Extent> const others = extentsOfShapes(m_others);
+        return paired(static_cast<int>(others.size()), [&](int reference, int other) {
+            if (reference == other && fitAsTheyAre(static_cast<std::size_t>(reference)))
+                return 0.0;
+            return at(referenceParts, reference) == at(parts, other)
+                ? strangeness(at(references, reference), at(others, other), m_fitter)
+                : endless;
+        });
+    }
+
+    bool fitAsTheyAre(std::size_t shape) const
+    {
+        return std::equal(m_references[shape].begin(), m_references[shape].end(),
+            m_others[shape].begin(), m_others[shape].end(),
+            [this](Subpath const& reference, Subpath const& other) {
+                return fitsAsItIs(reference, other, m_fitter);
+            });
+    }
+
+    std::optional<Subpaths> alignedSubpaths(
+        Subpaths const& references, Subpaths const& others) const
+    {
+        if (references.size() != others.size())
+            return std::nullopt;
+        std::vector<Extent> const referenceExtents = extentsOfEach(references);
+        std::vector<Extent> const extents = extentsOfEach(others);
+        std::vector<int> const partners =
+            paired(static_cast<int>(others.size()), [&](int reference, int other) {
+                if (reference == other
+                    && fitsAsItIs(at(references, reference), at(others, other), m_fitter))
+                    return 0.0;
+                return canAlign(at(references, reference), at(others, other))
+                    ? strangeness(at(referenceExtents, reference), at(extents, other), m_fitter)
+                    : endless;
+            });
+        if (partners.size() != references.size())
+            return std::nullopt;
+        Subpaths result;
+        for (std::size_t i = 0; i < references.size(); ++i) {
+            auto subpath = aligned(references[i], at(others, partners[i]), m_fitter);
+            if (!subpath)
+                return std::nullopt;
+            result.push_back(std::move(*subpath));
+        }
+        return result;
+    }
+
+    /** The first difference of two shapes that cannot be brought together. */
+    static QString differenceOf(Subpaths const& references, Subpaths const& others)
+    {
+        if (references.size() != others.size())
+            return difference(QStringLiteral("subpath"), others, references);
+        for (bool const ofCurves : {true, false}) {
+            qint64 const here = stepsOf(others, ofCurves);
+            qint64 const there = stepsOf(references, ofCurves);
+            if (here != there) {
+                return QStringLiteral("%1 where drawing 1 has %2")
+                    .arg(countText(
+                        here, ofCurves ? QStringLiteral("curve") : QStringLiteral("line")))
+                    .arg(there);
+            }
+        }
+        return QStringLiteral("its lines and curves come in another order than in drawing 1");
+    }
+
+    static qint64 stepsOf(Subpaths const& subpaths, bool curves)
+    {
+        qint64 count = 0;
+        for (Subpath const& subpath : subpaths) {
+            count += std::count_if(subpath.steps.begin(), subpath.steps.end(),
+                [curves](DrawnStep const& step) { return step.isCurve == curves; });
+        }
+        return count;
+    }
+
+    void warnOfFlags(std::size_t reference, std::size_t other, Diagnostics& diagnostics) const
+    {
+        KpPathSegList const& there = *m_first.shapes[reference].list;
+        KpPathSegList const& here = *m_drawing.shapes[other].list;
+        auto const warn = [&](bool isHere, bool isThere, QString const& what) {
+            if (isHere == isThere)
+                return;
+            diagnostics.warning(m_drawing.file,
+                QStringLiteral("drawing %1, %2: %3 in drawing 1 only; taken from there")
+                    .arg(QString::number(m_number), callOf(other),
+                        (isThere ? QString() : QStringLiteral("not ")) + what));
+        };
+        warn(!here.noFill, !there.noFill, QStringLiteral("filled"));
+        warn(!here.noLine, !there.noLine, QStringLiteral("with a line"));
+    }
+
+    SizedDrawing const& m_first;
+    std::vector<Subpaths> const& m_references;
+    SizedDrawing const& m_drawing;
+    int m_number;
+    RuleFitter m_fitter;
+    std::vector<Subpaths> m_others;
+};
+
+} // namespace
+
+std::optional<std::vector<AlignedShape>> alignedShapes(
+    std::vector<SizedDrawing> const& drawings, double tolerance, Diagnostics& diagnostics)
+{
+    SizedDrawing const& first = drawings.front();
+    std::vector<std::vector<Subpath>> references;
+    std::vector<AlignedShape> shapes;
+    for (Shape const& shape : first.shapes) {
+        references.push_back(subpathsOf(*shape.list, tolerance));
+        shapes.push_back({&shape, {references.back()}});
+    }
+    for (std::size_t i = 1; i < drawings.size(); ++i) {
+        DrawingAligner const aligner(
+            first, references, drawings[i], static_cast<int>(i) + 1, tolerance);
+        auto aligned = aligner.align(diagnostics);
+        if (!aligned)
+            return std::nullopt;
+        for (std::size_t s = 0; s < shapes.size(); ++s)
+            shapes[s].drawings.push_back(std::move((*aligned)[s]));
+    }
+    return shapes;
+}
