@@ -1,12 +1,13 @@
 # The command-line tool as its users start it.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Xml)
 
-foreach(part IN ITEMS "" _render _documents _check _files _colour _lengths _pictures _digest _recent)
+foreach(part IN ITEMS "" _render _documents _check _files _colour _lengths _pictures _digest _recent _fit)
   kpgeometry_add_test(tst_kpgeom${part}
-    LIBRARIES Qt5::Gui Qt5::Svg Qt5::Xml KpGeometry::kpgeometry util
+    LIBRARIES Qt5::Gui Qt5::Svg Qt5::Xml KpGeometry::kpgeometry kpgeometry_private util
     DEFINITIONS
       KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
       KPGEOM_VERSION="${PROJECT_VERSION}"
+      KPGEOMETRY_EXAMPLES="${PROJECT_SOURCE_DIR}/examples/documents"
       KPGEOM_MANUAL="${PROJECT_SOURCE_DIR}/tools/kpgeom/kpgeom.1"
     TIMEOUT 600)
   add_dependencies(tst_kpgeom${part} kpgeom)

@@ -178,6 +178,7 @@ void TestKpgeom::helpIsPrinted()
                    "  render    Draws outlines.\n"
                    "  resize    Fits the outlines of a document to a box of another size.\n"
                    "  convert   Makes a document of an SVG picture or of text in a font.\n"
+                   "  fit       Learns how outlines follow their box from drawings at several sizes.\n"
                    "  check     Says what reading, saving and undo change in outlines.\n"
                    "  colour    Applies colour transforms in order.\n"
                    "  units     Converts a length to another unit, or to all.\n"

@@ -35,6 +35,7 @@ Outcome runInfo(Command const& command, QStringList const& arguments);
 Outcome runRender(Command const& command, QStringList const& arguments);
 Outcome runResize(Command const& command, QStringList const& arguments);
 Outcome runConvert(Command const& command, QStringList const& arguments);
+Outcome runFit(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);

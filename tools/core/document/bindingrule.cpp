@@ -3,15 +3,17 @@
 namespace {
 
 constexpr std::array<BindingRule, ruleCount> rules {{
-    {"absolute", "absolute", "fixed", 0xff808080},
-    {"width", "width", "rate \303\227 width", 0xffd62728},
-    {"height", "height", "rate \303\227 height", 0xff1f77b4},
-    {"right", "right", "width \342\210\222 rate", 0xffff7f0e},
-    {"bottom", "bottom", "height \342\210\222 rate", 0xff17becf},
-    {"side", "side", "rate \303\227 smaller side", 0xff2ca02c},
-    {"right-side", "rightLessSide", "width \342\210\222 rate \303\227 smaller side", 0xff9467bd},
-    {"bottom-side", "bottomLessSide", "height \342\210\222 rate \303\227 smaller side", 0xff8c564b},
-    {"unknown", "unknown", "no rule", 0xff000000},
+    {"absolute", "absolute", "fixed", "a fixed place", 0xff808080},
+    {"width", "width", "rate \303\227 width", "width", 0xffd62728},
+    {"height", "height", "rate \303\227 height", "height", 0xff1f77b4},
+    {"right", "right", "width \342\210\222 rate", "right edge", 0xffff7f0e},
+    {"bottom", "bottom", "height \342\210\222 rate", "lower edge", 0xff17becf},
+    {"side", "side", "rate \303\227 smaller side", "smaller side", 0xff2ca02c},
+    {"right-side", "rightLessSide", "width \342\210\222 rate \303\227 smaller side",
+        "right edge less smaller side", 0xff9467bd},
+    {"bottom-side", "bottomLessSide", "height \342\210\222 rate \303\227 smaller side",
+        "lower edge less smaller side", 0xff8c564b},
+    {"unknown", "unknown", "no rule", "no rule", 0xff000000},
 }};
 
 } // namespace

@@ -13,6 +13,7 @@ struct BindingRule
     char const* name; ///< in tables and messages
     char const* key; ///< in JSON
     char const* meaning; ///< in legends
+    char const* phrase; ///< in sentences: what the coordinate follows
     QRgb colour; ///< of the marks that --points draws
 };
 

@@ -41,6 +41,27 @@ int costOf(DrawnEllipse const& left, DrawnEllipse const& right, RuleFitter const
         + costOf(QPointF(left.a, left.b), QPointF(right.a, right.b), fitter);
 }
 
+/** Where the pattern occurs in the text, in linear time (Knuth, Morris and Pratt). */
+std::vector<std::size_t> occurrences(std::string const& pattern, std::string const& text)
+{
+    std::vector<std::size_t> border(pattern.size() + 1, 0);
+    auto const advance = [&](std::size_t matched, char letter) {
+        while (matched > 0 && (matched == pattern.size() || pattern[matched] != letter))
+            matched = border[matched];
+        return matched < pattern.size() && pattern[matched] == letter ? matched + 1 : matched;
+    };
+    for (std::size_t i = 1; i < pattern.size(); ++i)
+        border[i + 1] = advance(border[i], pattern[i]);
+    std::vector<std::size_t> found;
+    std::size_t matched = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        matched = advance(matched, text[i]);
+        if (matched == pattern.size())
+            found.push_back(i + 1 - matched);
+    }
+    return found;
+}
+
 /** Compares points of a reference with those of a subpath that is turned in all ways. */
 class TurnFinder
 {
@@ -57,7 +78,7 @@ public:
     {
         std::string const kinds = m_reference.kinds();
         bool const isPossible = m_subpath.kinds() == kinds;
-        if (isPossible && cost({}, 1) <= 0.0)
+        if (isPossible && isLikelyAsItIs())
             return Turn {};
         std::vector<Turn> turns = possibleTurns(kinds);
         if (turns.empty())
@@ -73,18 +94,23 @@ private:
 
     Subpath const& source(bool isReversed) const { return isReversed ? m_turned : m_subpath; }
 
+    /** All points obey rules, and most of them those that are usual for their axis. */
+    bool isLikelyAsItIs() const
+    {
+        return fitsAsItIs(m_reference, m_subpath, m_fitter)
+            && cost({}, 1) <= static_cast<double>(m_reference.steps.size());
+    }
+
     std::vector<Turn> possibleTurns(std::string const& kinds) const
     {
         std::vector<Turn> turns;
         bool const isRing = m_reference.isRing && m_subpath.isRing;
         for (bool const isReversed : {false, true}) {
-            std::string const own = source(isReversed).kinds();
-            std::string const twice = isRing ? own + own : own;
-            std::size_t const shifts = isRing ? own.size() : 1;
-            for (std::size_t shift = 0; shift < shifts; ++shift) {
-                if (twice.compare(shift, kinds.size(), kinds) == 0)
-                    turns.push_back({isReversed, shift, 0.0});
-            }
+            std::string own = source(isReversed).kinds();
+            if (isRing)
+                own += own.substr(0, own.size() - 1);
+            for (std::size_t const shift : occurrences(kinds, own))
+                turns.push_back({isReversed, shift, 0.0});
         }
         return turns;
     }

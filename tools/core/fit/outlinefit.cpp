@@ -5,6 +5,7 @@
 #include "segmentkind_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -269,6 +270,7 @@ std::optional<FitResult> fitDrawings(
         return std::nullopt;
     RuleFitter const fitter(boxes, tolerance);
     FitResult result;
+    result.tolerance = tolerance;
     for (std::size_t i = 0; i < shapes->size(); ++i)
         ShapeFitter((*shapes)[i], static_cast<int>(i), options, fitter, result).fit();
     QVector<CoordinateFit> undecided;

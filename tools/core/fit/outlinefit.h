@@ -46,6 +46,7 @@ struct FitResult
     QVector<CoordinateFinding> inexact; ///< that no rule expresses, in document order
     QVector<BoxProposal> proposals; ///< of one box or a few, by box
     int coordinates = 0; ///< in all
+    double tolerance = 0.0; ///< that was kept to, in units
 
     /** Whether every coordinate has just one rule, and obeys it. */
     bool isWhole() const { return undecided.isEmpty() && inexact.isEmpty(); }

@@ -1,0 +1,123 @@
+#include "fit/drawinginput.h"
+
+#include "boundedxml_p.h"
+#include "document/outlinedocument.h"
+#include "document/shapeformat.h"
+#include "fit/lastplace.h"
+#include "import/gunzip.h"
+#include "import/svgimport.h"
+#include "segmentkind_p.h"
+
+namespace {
+
+/** The drawing of a picture; one of its units is one unit. */
+std::optional<SizedDrawing> drawingOfPicture(QByteArray const& svg, DrawingSource const& source,
+    TakeMessages const& takeMessages, Diagnostics& diagnostics)
+{
+    Diagnostics found;
+    auto picture = importSvg(svg, {source.file, 1.0, takeMessages}, found);
+    if (!picture) {
+        diagnostics.append(found);
+        return std::nullopt;
+    }
+    SizedDrawing drawing {source.file, source.box.value_or(picture->size), {}};
+    for (ImportedOutline& outline : picture->outlines) {
+        drawing.shapes.push_back(
+            {outline.name, drawing.box, outline.fillRule, std::move(outline.list)});
+    }
+    return drawing;
+}
+
+/** The box that the element around an outline states; invalid if it states none. */
+QSizeF statedBox(Outline const& outline)
+{
+    QDomElement const shape = outline.element.parentNode().toElement();
+    bool hasWidth = false;
+    bool hasHeight = false;
+    QSizeF const box(shape.attribute(ShapeFormat::width()).toDouble(&hasWidth),
+        shape.attribute(ShapeFormat::height()).toDouble(&hasHeight));
+    return hasWidth && hasHeight ? box : QSizeF();
+}
+
+std::optional<SizedDrawing> drawingOfDocument(
+    OutlineDocument& document, DrawingSource const& source, Diagnostics& diagnostics)
+{
+    SizedDrawing drawing {source.file, QSizeF(), {}};
+    for (Outline& outline : document.outlines()) {
+        QSizeF const box = source.box.value_or(statedBox(outline));
+        if (drawing.shapes.empty())
+            drawing.box = box;
+        if (!box.isValid() || box != drawing.box) {
+            diagnostics.error(source.file,
+                box.isValid()
+                    ? QStringLiteral("its shapes have boxes of their own: name the one that they "
+                                     "were drawn for, as FILE@WxH")
+                    : QStringLiteral("it does not tell the box that it was drawn for: name it, as "
+                                     "FILE@WxH"));
+            return std::nullopt;
+        }
+        drawing.shapes.push_back({outline.name, box, outline.fillRule, std::move(outline.list)});
+    }
+    return drawing;
+}
+
+std::optional<SizedDrawing> drawingOf(QByteArray const& content, DrawingSource const& source,
+    TakeMessages const& takeMessages, Diagnostics& diagnostics)
+{
+    if (isGzip(content))
+        return drawingOfPicture(content, source, takeMessages, diagnostics);
+    auto document =
+        OutlineDocument::read(content, source.file, diagnostics, [](double /*share*/) {});
+    if (!document)
+        return std::nullopt;
+    return document->isSvgPicture() ? drawingOfPicture(content, source, takeMessages, diagnostics)
+                                    : drawingOfDocument(*document, source, diagnostics);
+}
+
+} // namespace
+
+DrawingSource drawingSource(QString const& text)
+{
+    int const at = text.lastIndexOf(QLatin1Char('@'));
+    QStringList const sides = text.mid(at + 1).split(QLatin1Char('x'));
+    bool isWidth = false;
+    bool isHeight = false;
+    QSizeF const box(sides.first().toDouble(&isWidth), sides.last().toDouble(&isHeight));
+    if (at < 1 || sides.size() != 2 || !isWidth || !isHeight)
+        return {text, std::nullopt};
+    return {text.left(at), box};
+}
+
+std::optional<ReadDrawing> readDrawing(QByteArray const& content, DrawingSource const& source,
+    TakeMessages const& takeMessages, Diagnostics& diagnostics)
+{
+    auto drawing = drawingOf(content, source, takeMessages, diagnostics);
+    if (!drawing)
+        return std::nullopt;
+    auto const unpacked =
+        isGzip(content) ? gunzip(content, BoundedXml::Limits().bytes) : std::make_optional(content);
+    return ReadDrawing {std::move(*drawing), lastPlaceOf(unpacked.value_or(QByteArray()))};
+}
+
+double toleranceFor(QVector<double> const& lastPlaces)
+{
+    constexpr double shareOfPlace = 0.6;
+    constexpr double wholeUnit = 1.0;
+    constexpr double greatest = 0.06;
+    double tolerance = 0.0;
+    for (double const place : lastPlaces) {
+        if (place < wholeUnit)
+            tolerance = std::max(tolerance, std::min(shareOfPlace * place, greatest));
+    }
+    return tolerance > 0.0 ? tolerance : greatest;
+}
+
+void scale(SizedDrawing& drawing, double factor)
+{
+    drawing.box *= factor;
+    for (Shape const& shape : drawing.shapes) {
+        for (KpPathSeg* const seg : qAsConst(shape.list->segs)) {
+            SegmentKind::forEachReal(*seg, [factor](KpReal& real) { real.value *= factor; });
+        }
+    }
+}

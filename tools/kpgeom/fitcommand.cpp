@@ -1,0 +1,146 @@
+#include "commandline.h"
+#include "common/text.h"
+#include "console.h"
+#include "fit/drawinginput.h"
+#include "fit/fitreport.h"
+#include "messagelog.h"
+
+#include <QJsonDocument>
+
+#include <cmath>
+
+namespace {
+
+/** A million units would leave no place for a drawing. */
+constexpr double greatestTolerance = 1e5;
+
+struct FitCommandOptions
+{
+    QString output;
+    double scale = 1.0;
+    std::optional<double> tolerance; ///< in units; none: what the drawings' digits suggest
+    bool isStrict = false;
+    bool isJson = false;
+    bool findsEllipses = true;
+};
+
+/** What is wrong with the options, or nothing. */
+std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions& options)
+{
+    if (line.operands().size() < 2)
+        return misuse(QStringLiteral("at least two drawings are needed"));
+    options.output = line.value(QStringLiteral("output"));
+    if (options.output.isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    options.isStrict = line.isSet(QStringLiteral("strict"));
+    options.isJson = line.isSet(QStringLiteral("json"));
+    options.findsEllipses = !line.isSet(QStringLiteral("keep-curves"));
+    if (options.isJson && options.output == QLatin1String("-"))
+        return misuse(QStringLiteral("--json and -o - both want standard output"));
+    if (line.isSet(QStringLiteral("scale"))) {
+        auto const scale = factorFromText(line.value(QStringLiteral("scale")));
+        if (!scale)
+            return misuse(QStringLiteral("--scale takes a number greater than 0"));
+        options.scale = *scale;
+    }
+    if (line.isSet(QStringLiteral("tolerance"))) {
+        bool isNumber = false;
+        double const tolerance = line.value(QStringLiteral("tolerance")).toDouble(&isNumber);
+        // Written so that NaN fails.
+        if (!isNumber || !(tolerance >= 0.0 && tolerance <= greatestTolerance))
+            return misuse(QStringLiteral("--tolerance takes a number from 0"));
+        options.tolerance = tolerance;
+    }
+    return std::nullopt;
+}
+
+/** All drawings at the scale, and the tolerance that their digits suggest. */
+struct Drawings
+{
+    std::vector<SizedDrawing> drawings;
+    double tolerance = 0.0;
+};
+
+/** Nothing, after a message, if one of them cannot be had. */
+std::optional<Drawings> readDrawings(QStringList const& operands, double factor)
+{
+    Diagnostics diagnostics;
+    MessageLog log;
+    TakeMessages const takeMessages = [&log] { return log.take(); };
+    Drawings all;
+    QVector<double> lastPlaces;
+    for (QString const& operand : operands) {
+        DrawingSource const source = drawingSource(operand);
+        auto const content = readInput(source.file, diagnostics);
+        auto read =
+            content ? readDrawing(*content, source, takeMessages, diagnostics) : std::nullopt;
+        if (!read) {
+            report(diagnostics);
+            return std::nullopt;
+        }
+        scale(read->drawing, factor);
+        lastPlaces.append(read->lastPlace);
+        all.drawings.push_back(std::move(read->drawing));
+    }
+    report(diagnostics);
+    all.tolerance = factor * toleranceFor(lastPlaces);
+    return all;
+}
+
+QString summaryText(FitResult const& result)
+{
+    int const unclear = result.undecided.size() + result.inexact.size();
+    return QStringLiteral("%1 of %2 in %3 decided and exact, tolerance %4\n")
+        .arg(result.coordinates - unclear)
+        .arg(countText(result.coordinates, QStringLiteral("coordinate")),
+            countText(static_cast<qint64>(result.shapes.size()), QStringLiteral("outline")),
+            numberText(result.tolerance));
+}
+
+} // namespace
+
+Outcome runFit(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
+    line.addOption({QStringLiteral("tolerance"),
+        QStringLiteral("How far a coordinate may be off, in units. By default what the drawings' "
+                       "digits suggest: 0.006 for two decimals."),
+        QStringLiteral("UNITS")});
+    line.addOption({QStringLiteral("scale"),
+        QStringLiteral("Outline units a unit of the drawings, by default 1."),
+        QStringLiteral("FACTOR")});
+    line.addOption({QStringLiteral("keep-curves"),
+        QStringLiteral("Leave four curves that are an ellipse as they are.")});
+    line.addOption({QStringLiteral("strict"),
+        QStringLiteral("Fail, and write nothing, unless all is decided and exact.")});
+    line.addOption({QStringLiteral("json"), QStringLiteral("Print what was found as JSON.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    FitCommandOptions options;
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
+
+    auto const all = readDrawings(line.operands(), options.scale);
+    if (!all)
+        return Outcome::Failed;
+    Diagnostics diagnostics;
+    auto const result = fitDrawings(all->drawings,
+        {options.tolerance.value_or(all->tolerance), options.findsEllipses}, diagnostics);
+    if (!result) {
+        report(diagnostics);
+        return Outcome::Failed;
+    }
+    diagnostics.append(fitWarnings(*result, all->drawings, options.output));
+    report(diagnostics);
+    bool const fails = options.isStrict && !result->isWhole();
+    if (options.isJson
+        && !printOut(QString::fromUtf8(QJsonDocument(fitJson(*result, all->drawings)).toJson())))
+        return Outcome::Failed;
+    if (fails || !writeOutput(options.output, shapesDocument(result->shapes)))
+        return Outcome::Failed;
+    if (!options.isJson && options.output != QLatin1String("-") && !printOut(summaryText(*result)))
+        return Outcome::Failed;
+    return diagnostics.isEmpty() ? Outcome::Done : Outcome::Warned;
+}
