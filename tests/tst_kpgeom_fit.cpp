@@ -240,9 +240,9 @@ void TestKpgeomFit::theToleranceFollowsTheDigits_data()
     QTest::newRow("one decimal") << QByteArray("0,0 390,0 200.1,200") << QByteArray("0.06");
     QTest::newRow("two decimals") << QByteArray("0,0 390,0 200.12,200") << QByteArray("0.006");
     QTest::newRow("some decimals fewer")
-        << QByteArray("0,0 390.5,0.5 200.123,200") << QByteArray("0.0006");
+        << QByteArray("0,0 390.5,0.5 200.123,200") << QByteArray("0.004");
     QTest::newRow("six digits") << QByteArray("0.123456,0 390.123,0 200.123,200")
-                                << QByteArray("0.0006");
+                                << QByteArray("0.004");
     QTest::newRow("exponents") << QByteArray("0,0 3.9012e2,0 200,200") << QByteArray("0.006");
 }
 

@@ -7,7 +7,7 @@
 
 #include <QJsonDocument>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
@@ -69,6 +69,7 @@ std::optional<Drawings> readDrawings(QStringList const& operands, double factor)
     TakeMessages const takeMessages = [&log] { return log.take(); };
     Drawings all;
     QVector<double> lastPlaces;
+    double longestSide = 0.0;
     for (QString const& operand : operands) {
         DrawingSource const source = drawingSource(operand);
         auto const content = readInput(source.file, diagnostics);
@@ -78,12 +79,14 @@ std::optional<Drawings> readDrawings(QStringList const& operands, double factor)
             report(diagnostics);
             return std::nullopt;
         }
+        QSizeF const box = read->drawing.box;
+        longestSide = std::max({longestSide, box.width(), box.height()});
         scale(read->drawing, factor);
         lastPlaces.append(read->lastPlace);
         all.drawings.push_back(std::move(read->drawing));
     }
     report(diagnostics);
-    all.tolerance = factor * toleranceFor(lastPlaces);
+    all.tolerance = factor * toleranceFor(lastPlaces, longestSide);
     return all;
 }
 

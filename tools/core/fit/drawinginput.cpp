@@ -99,8 +99,9 @@ std::optional<ReadDrawing> readDrawing(QByteArray const& content, DrawingSource 
     return ReadDrawing {std::move(*drawing), lastPlaceOf(unpacked.value_or(QByteArray()))};
 }
 
-double toleranceFor(QVector<double> const& lastPlaces)
+double toleranceFor(QVector<double> const& lastPlaces, double longestSide)
 {
+    constexpr double shareOfSide = 1e-5;
     constexpr double shareOfPlace = 0.6;
     constexpr double wholeUnit = 1.0;
     constexpr double greatest = 0.06;
@@ -109,7 +110,7 @@ double toleranceFor(QVector<double> const& lastPlaces)
         if (place < wholeUnit)
             tolerance = std::max(tolerance, std::min(shareOfPlace * place, greatest));
     }
-    return tolerance > 0.0 ? tolerance : greatest;
+    return std::max(tolerance > 0.0 ? tolerance : greatest, shareOfSide * longestSide);
 }
 
 void scale(SizedDrawing& drawing, double factor)

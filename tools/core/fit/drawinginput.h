@@ -42,11 +42,13 @@ std::optional<ReadDrawing> readDrawing(QByteArray const& content, DrawingSource 
 /**
  * How far coordinates may be off that were rounded so: somewhat more than half a unit of the last
  * place, for that is what rounding costs, and 0.06 at most. Who draws to whole units means them: they
- * count only if all drawings have them.
+ * count only if all drawings have them. Never less than the fifth digit of the longest side: programs
+ * write more digits than they compute with, of which 1/256 unit is common.
  *
  * @param lastPlaces of all drawings, in their units
+ * @param longestSide of all their boxes
  */
-double toleranceFor(QVector<double> const& lastPlaces);
+double toleranceFor(QVector<double> const& lastPlaces, double longestSide);
 
 /** Multiplies all coordinates and the box. */
 void scale(SizedDrawing& drawing, double factor);
