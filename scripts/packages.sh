@@ -3,8 +3,9 @@
 build_packages=(g++ cmake ninja-build libhwy-dev libqt5svg5-dev qtbase5-dev zlib1g-dev)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
 # llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
-test_packages=(binutils clang clang-format-14 clang-tidy-14 doxygen git libclang-rt-14-dev llvm-14
-    man-db pkg-config)
+# scour and rsvg-convert stand for the programs that people draw with.
+test_packages=(binutils clang clang-format-14 clang-tidy-14 doxygen git libclang-rt-14-dev
+    librsvg2-bin llvm-14 man-db pkg-config scour)
 
 # Installs those of the named packages that are missing; silent when none is.
 install_missing() {

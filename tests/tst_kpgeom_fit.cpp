@@ -68,6 +68,8 @@ private Q_SLOTS:
     void theToleranceFollowsTheDigits();
     void examplesAreLearntFromTheirPictures_data();
     void examplesAreLearntFromTheirPictures();
+    void drawingsMayComeFromOtherPrograms_data();
+    void drawingsMayComeFromOtherPrograms();
     void reportsBadDrawings_data();
     void reportsBadDrawings();
     void reportsMisuse_data();
@@ -260,7 +262,8 @@ void TestKpgeomFit::theToleranceFollowsTheDigits()
 void TestKpgeomFit::examplesAreLearntFromTheirPictures_data()
 {
     QTest::addColumn<QString>("name");
-    for (char const* const name : {"arrow", "callout", "cylinder", "gauge", "page", "rounded-box"})
+    for (char const* const name :
+        {"arrow", "callout", "cylinder", "gauge", "page", "pill", "rounded-box"})
         QTest::newRow(name) << QString(name);
 }
 
@@ -298,6 +301,45 @@ void TestKpgeomFit::examplesAreLearntFromTheirPictures()
         }
         QCOMPARE(differing, 0);
     }
+}
+
+void TestKpgeomFit::drawingsMayComeFromOtherPrograms_data()
+{
+    QTest::addColumn<QStringList>("command");
+    QTest::addColumn<QString>("name");
+    QStringList const scour {"scour", "-q", "IN", "OUT"};
+    QStringList const renderer {"rsvg-convert", "-f", "svg", "IN", "-o", "OUT"};
+    for (char const* const name : {"callout", "gauge", "pill"})
+        QTest::addRow("%s through scour", name) << scour << QString(name);
+    for (char const* const name :
+        {"arrow", "callout", "cylinder", "gauge", "page", "pill", "rounded-box"})
+        QTest::addRow("%s through rsvg-convert", name) << renderer << QString(name);
+}
+
+void TestKpgeomFit::drawingsMayComeFromOtherPrograms()
+{
+    QFETCH(QStringList, command);
+    QFETCH(QString, name);
+    QVERIFY2(!QStandardPaths::findExecutable(command.first()).isEmpty(),
+        qPrintable(command.first() + " is not installed"));
+    Workplace const place;
+    QStringList drawings;
+    for (char const* const box : {"240x160", "150x310"}) {
+        QStringList const files {QString(box) + ".svg", QString(box) + "-saved.svg"};
+        COMPARE_EXIT(place.run({"render", exampleFolder + '/' + name + ".xml", "-o", files.first(),
+                         "--size", box, "--scale", "1", "--margin", "0", "--background", "none"}),
+            0);
+        QStringList arguments = command.mid(1);
+        arguments.replaceInStrings("IN", place.path(files.first()));
+        arguments.replaceInStrings("OUT", place.path(files.last()));
+        QCOMPARE(QProcess::execute(command.first(), arguments), 0);
+        drawings << files.last();
+    }
+    Result const result = place.run(QStringList("fit") + drawings + QStringList({"-o", "out.xml"}));
+    COMPARE_EXIT(result, 0);
+    Result const direct = place.run({"fit", "240x160.svg", "150x310.svg", "-o", "direct.xml"});
+    COMPARE_EXIT(direct, 0);
+    QCOMPARE(rulesIn(place.read("out.xml")), rulesIn(place.read("direct.xml")));
 }
 
 void TestKpgeomFit::reportsBadDrawings_data()

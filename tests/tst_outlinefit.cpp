@@ -125,6 +125,8 @@ private Q_SLOTS:
     void alignsAnotherOrder();
     void pairsShapesByName();
     void anImpliedClosingLineIsALine();
+    void linesOfNoLengthMayBeMissing();
+    void linesThatAreMissingElsewhereAreDifferences();
     void curvesThatAreAnEllipseBecomeOne();
     void curvesStayWhereOneDrawingHasNoEllipse();
     void holesThatAreEllipsesStayHoles();
@@ -326,6 +328,34 @@ void TestOutlineFit::anImpliedClosingLineIsALine()
     QVERIFY(result);
     QCOMPARE(
         rulesOf(*result->shapes.front().list), QString("M X1 0, Y2 0; L X1 1, Y2 0; L X1 1, Y2 1"));
+}
+
+void TestOutlineFit::linesOfNoLengthMayBeMissing()
+{
+    // A plate whose corners are cut at half the smaller side: one pair of sides has no length.
+    double const w = 400;
+    double const h = 150;
+    List const wide =
+        polygon({{75, 0}, {w - 75, 0}, {w, 75}, {w - 75, h}, {75, h}, {0, 75}, {75, 0}});
+    List const tall =
+        polygon({{75, 0}, {150, 75}, {150, 225}, {75, 300}, {0, 225}, {0, 75}, {75, 0}});
+    List const taller =
+        polygon({{100, 0}, {200, 100}, {200, 500}, {100, 600}, {0, 500}, {0, 100}, {100, 0}});
+    auto const result = fitOf({drawingOf({w, h}, {wide}), drawingOf({150, 300}, {tall}),
+        drawingOf({200, 600}, {taller})});
+    QVERIFY(result);
+    QVERIFY(result->isWhole());
+    QCOMPARE(rulesOf(*result->shapes.front().list),
+        QString("M X5 0.5, Y2 0; L X6 0.5, Y2 0; L X1 1, Y5 0.5; L X1 1, Y7 0.5; L X6 0.5, Y2 1; "
+                "L X5 0.5, Y2 1; L X1 0, Y7 0.5; L X1 0, Y5 0.5; L X5 0.5, Y2 0"));
+}
+
+void TestOutlineFit::linesThatAreMissingElsewhereAreDifferences()
+{
+    List const first = polygon({{0, 0}, {400, 0}, {400, 200}, {0, 200}});
+    List const second = polygon({{0, 0}, {150, 0}, {17, 300}});
+    QCOMPARE(faultOf({drawingOf(decisive.at(0), {first}), drawingOf(decisive.at(1), {second})}),
+        QString("150x300: drawing 2, path 1: 3 lines where drawing 1 has 4"));
 }
 
 namespace {

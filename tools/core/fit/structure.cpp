@@ -2,6 +2,7 @@
 
 #include "common/text.h"
 #include "fit/alignment.h"
+#include "fit/vanishedlines.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -13,36 +14,37 @@ namespace {
 
 constexpr double endless = std::numeric_limits<double>::infinity();
 
-/** What the parts of a shape are, whatever their order: equal if the shapes may correspond. */
-QVector<int> partsOf(std::vector<Subpath> const& subpaths)
+/** What it costs if lines of one have to be lines of no length in the other: more than all else. */
+constexpr double costOfOtherLines = 1000.0;
+
+/** What is known of a shape before its steps are compared. */
+struct Survey
 {
-    QVector<QVector<int>> parts;
-    for (Subpath const& subpath : subpaths) {
-        auto const curves = static_cast<int>(std::count_if(subpath.steps.begin(),
-            subpath.steps.end(), [](DrawnStep const& step) { return step.isCurve; }));
-        parts.append({static_cast<int>(subpath.steps.size()), curves});
+    QVector<int> steps; ///< how many each subpath has, sorted
+    QVector<int> curves; ///< how many of them are curves, sorted
+    Extent extent;
+};
+
+int countCurves(Subpath const& subpath)
+{
+    return static_cast<int>(std::count_if(subpath.steps.begin(), subpath.steps.end(),
+        [](DrawnStep const& step) { return step.isCurve; }));
+}
+
+std::vector<Survey> surveyed(std::vector<std::vector<Subpath>> const& shapes)
+{
+    std::vector<Survey> surveys;
+    for (std::vector<Subpath> const& subpaths : shapes) {
+        Survey survey {{}, {}, extentOf(subpaths)};
+        for (Subpath const& subpath : subpaths) {
+            survey.steps.append(static_cast<int>(subpath.steps.size()));
+            survey.curves.append(countCurves(subpath));
+        }
+        std::sort(survey.steps.begin(), survey.steps.end());
+        std::sort(survey.curves.begin(), survey.curves.end());
+        surveys.push_back(survey);
     }
-    std::sort(parts.begin(), parts.end());
-    QVector<int> all;
-    for (QVector<int> const& part : qAsConst(parts))
-        all += part;
-    return all;
-}
-
-std::vector<QVector<int>> partsOfEach(std::vector<std::vector<Subpath>> const& shapes)
-{
-    std::vector<QVector<int>> parts;
-    for (std::vector<Subpath> const& subpaths : shapes)
-        parts.push_back(partsOf(subpaths));
-    return parts;
-}
-
-std::vector<Extent> extentsOfShapes(std::vector<std::vector<Subpath>> const& shapes)
-{
-    std::vector<Extent> extents;
-    for (std::vector<Subpath> const& subpaths : shapes)
-        extents.push_back(extentOf(subpaths));
-    return extents;
+    return surveys;
 }
 
 std::vector<Extent> extentsOfEach(std::vector<Subpath> const& subpaths)
@@ -91,6 +93,13 @@ std::vector<int> pairedByName(Shapes const& reference, Shapes const& other)
     return partners;
 }
 
+/** A subpath that corresponds to one of the reference once that has some more lines. */
+struct AlignedSubpath
+{
+    Subpath subpath;
+    std::vector<std::size_t> inReference; ///< as VanishedLines
+};
+
 /** Brings the shapes of one drawing into the order and the direction of those of the first. */
 class DrawingAligner
 {
@@ -111,7 +120,7 @@ public:
     }
 
     /** The subpaths of each shape; nothing if what differs has been reported. */
-    std::optional<std::vector<Subpaths>> align(Diagnostics& diagnostics) const
+    std::optional<std::vector<std::vector<AlignedSubpath>>> align(Diagnostics& diagnostics) const
     {
         auto const fail = [&](QString const& what) {
             diagnostics.error(
@@ -123,7 +132,7 @@ public:
                 QStringLiteral(": ") + difference(QStringLiteral("path"), m_others, m_references));
         }
         std::vector<int> partners = partnersOfShapes();
-        std::vector<Subpaths> result;
+        std::vector<std::vector<AlignedSubpath>> result;
         for (std::size_t i = 0; i < m_references.size(); ++i) {
             std::size_t const partner =
                 partners.empty() ? i : static_cast<std::size_t>(partners[i]);
@@ -161,16 +170,17 @@ private:
         std::vector<int> partners = pairedByName(m_first.shapes, m_drawing.shapes);
         if (!partners.empty())
             return partners;
-        std::vector<QVector<int>> const referenceParts = partsOfEach(m_references);
-        std::vector<QVector<int>> const parts = partsOfEach(m_others);
-        std::vector<Extent> const references = extentsOfShapes(m_references);
-        std::vector<Extent> const others = extentsOfShapes(m_others);
+        std::vector<Survey> const references = surveyed(m_references);
+        std::vector<Survey> const others = surveyed(m_others);
         return paired(static_cast<int>(others.size()), [&](int reference, int other) {
             if (reference == other && fitAsTheyAre(static_cast<std::size_t>(reference)))
                 return 0.0;
-            return at(referenceParts, reference) == at(parts, other)
-                ? strangeness(at(references, reference), at(others, other), m_fitter)
-                : endless;
+            Survey const& left = at(references, reference);
+            Survey const& right = at(others, other);
+            if (left.curves != right.curves)
+                return endless;
+            return strangeness(left.extent, right.extent, m_fitter)
+                + (left.steps == right.steps ? 0.0 : costOfOtherLines);
         });
     }
 
@@ -183,7 +193,7 @@ private:
             });
     }
 
-    std::optional<Subpaths> alignedSubpaths(
+    std::optional<std::vector<AlignedSubpath>> alignedSubpaths(
         Subpaths const& references, Subpaths const& others) const
     {
         if (references.size() != others.size())
@@ -192,23 +202,70 @@ private:
         std::vector<Extent> const extents = extentsOfEach(others);
         std::vector<int> const partners =
             paired(static_cast<int>(others.size()), [&](int reference, int other) {
-                if (reference == other
-                    && fitsAsItIs(at(references, reference), at(others, other), m_fitter))
+                Subpath const& left = at(references, reference);
+                Subpath const& right = at(others, other);
+                if (reference == other && fitsAsItIs(left, right, m_fitter))
                     return 0.0;
-                return canAlign(at(references, reference), at(others, other))
-                    ? strangeness(at(referenceExtents, reference), at(extents, other), m_fitter)
-                    : endless;
+                if (countCurves(left) != countCurves(right))
+                    return endless;
+                return strangeness(at(referenceExtents, reference), at(extents, other), m_fitter)
+                    + (canAlign(left, right) ? 0.0 : costOfOtherLines);
             });
         if (partners.size() != references.size())
             return std::nullopt;
-        Subpaths result;
+        std::vector<AlignedSubpath> result;
         for (std::size_t i = 0; i < references.size(); ++i) {
-            auto subpath = aligned(references[i], at(others, partners[i]), m_fitter);
+            auto subpath = alignedSubpath(references[i], at(others, partners[i]));
             if (!subpath)
                 return std::nullopt;
             result.push_back(std::move(*subpath));
         }
         return result;
+    }
+
+    std::optional<AlignedSubpath> alignedSubpath(
+        Subpath const& reference, Subpath const& other) const
+    {
+        auto asDrawn = aligned(reference, other, m_fitter);
+        if (asDrawn && fitsAsItIs(reference, *asDrawn, m_fitter))
+            return AlignedSubpath {std::move(*asDrawn), {}};
+        if (auto completed = completedSubpath(reference, other))
+            return completed;
+        if (asDrawn)
+            return AlignedSubpath {std::move(*asDrawn), {}};
+        return std::nullopt;
+    }
+
+    /** With the lines that have no length at one of the sizes, if these are all that is missing. */
+    std::optional<AlignedSubpath> completedSubpath(
+        Subpath const& reference, Subpath const& other) const
+    {
+        std::optional<AlignedSubpath> best;
+        std::size_t fewest = std::numeric_limits<std::size_t>::max();
+        for (Subpath& turned : turns(reference, other)) {
+            auto const lines = vanishedLines(reference, turned, m_fitter);
+            if (!lines || lines->inReference.size() + lines->inOther.size() >= fewest)
+                continue;
+            fewest = lines->inReference.size() + lines->inOther.size();
+            putIn(turned, lines->inOther);
+            best = AlignedSubpath {std::move(turned), lines->inReference};
+        }
+        return best;
+    }
+
+    /** The subpath as it is and backwards, and, of a short ring, from every start. */
+    static Subpaths turns(Subpath const& reference, Subpath const& subpath)
+    {
+        constexpr std::size_t greatestRing = 100;
+        Subpaths all;
+        bool const isShortRing = reference.isRing && subpath.isRing
+            && std::max(reference.steps.size(), subpath.steps.size()) <= greatestRing;
+        for (Subpath const& directed : {subpath, reversed(subpath)}) {
+            all.push_back(directed);
+            for (std::size_t shift = 1; isShortRing && shift < directed.steps.size(); ++shift)
+                all.push_back(rotated(directed, shift));
+        }
+        return all;
     }
 
     /** The first difference of two shapes that cannot be brought together. */
@@ -263,26 +320,38 @@ private:
     std::vector<Subpaths> m_others;
 };
 
+/** Adds a drawing to the shape; the drawings before it get the lines that only this one has. */
+void append(std::vector<AlignedSubpath>& aligned, AlignedShape& shape)
+{
+    std::vector<Subpath> subpaths;
+    for (std::size_t i = 0; i < aligned.size(); ++i) {
+        for (std::vector<Subpath>& drawing : shape.drawings)
+            putIn(drawing[i], aligned[i].inReference);
+        subpaths.push_back(std::move(aligned[i].subpath));
+    }
+    shape.drawings.push_back(std::move(subpaths));
+}
+
 } // namespace
 
 std::optional<std::vector<AlignedShape>> alignedShapes(
     std::vector<SizedDrawing> const& drawings, double tolerance, Diagnostics& diagnostics)
 {
     SizedDrawing const& first = drawings.front();
-    std::vector<std::vector<Subpath>> references;
     std::vector<AlignedShape> shapes;
-    for (Shape const& shape : first.shapes) {
-        references.push_back(subpathsOf(*shape.list, tolerance));
-        shapes.push_back({&shape, {references.back()}});
-    }
+    for (Shape const& shape : first.shapes)
+        shapes.push_back({&shape, {subpathsOf(*shape.list, tolerance)}});
     for (std::size_t i = 1; i < drawings.size(); ++i) {
+        std::vector<std::vector<Subpath>> references;
+        for (AlignedShape const& shape : shapes)
+            references.push_back(shape.drawings.front());
         DrawingAligner const aligner(
             first, references, drawings[i], static_cast<int>(i) + 1, tolerance);
         auto aligned = aligner.align(diagnostics);
         if (!aligned)
             return std::nullopt;
         for (std::size_t s = 0; s < shapes.size(); ++s)
-            shapes[s].drawings.push_back(std::move((*aligned)[s]));
+            append((*aligned)[s], shapes[s]);
     }
     return shapes;
 }
