@@ -17,6 +17,7 @@ PAIRS = [
     ("parse, stream, against a bare reader", "parseStream{}", "parseStreamPeerBareReader{}"),
     ("save, DOM, against a copy of the tree", "saveDom{}", "saveDomPeerTreeCopy{}"),
     ("to path, against a painter path", "toPath{}", "toPathPeerPainterPath{}"),
+    ("learn rules, against reading the drawings", "fitOutlines{}", "fitOutlinesPeerReading{}"),
     ("tint, against six powers", "tint{}", "tintPeerSixPowers{}"),
     ("shade, against six powers", "shade{}", "shadePeerSixPowers{}"),
     ("find transform, against a bare map", "getColorFunc{}", "getColorFuncPeerMap{}"),
