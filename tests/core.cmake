@@ -7,7 +7,8 @@ foreach(name IN ITEMS
   tst_outlinefit
   tst_rulefit
     tst_shapes
-  tst_shortlines
+    tst_shortlines
+    tst_slicing
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
