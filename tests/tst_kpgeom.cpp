@@ -166,33 +166,29 @@ void TestKpgeom::helpIsPrinted()
     Result const result = place.run({"--help"});
     COMPARE_EXIT(result, 0);
     QCOMPARE(result.err, QByteArray());
-    QCOMPARE(result.out,
-        QByteArray(
-            "Usage: kpgeom COMMAND ...\n"
-            "\n"
-            "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
-            "converts lengths; blurs pictures; digests files; shows and changes recent "
-            "files.\n"
-            "\n"
-            "Commands:\n"
-            "  info      Says what outlines the documents hold.\n"
-            "  render    Draws outlines.\n"
-            "  resize    Fits the outlines of a document to a box of another size.\n"
-            "  convert   Makes a document of an SVG picture or of text in a font.\n"
-            "  fit       Learns how outlines follow their box from drawings at several sizes.\n"
-            "  check     Says what reading, saving and undo change in outlines.\n"
-            "  colour    Applies colour transforms in order.\n"
-            "  units     Converts a length to another unit, or to all.\n"
-            "  pages     Lists the predefined page sizes.\n"
-            "  blur      Blurs a picture, or puts a blurred shadow under it.\n"
-            "  digest    Prints the application's own digest of files. It is not the "
-            "published MD5.\n"
-            "  recent    Shows and changes the recent files of a configuration directory.\n"
-            "\n"
-            "\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input or "
-            "output.\n"
-            "Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done "
-            "with warnings.\n"));
+    QCOMPARE(result.out, QByteArray(R"(Usage: kpgeom COMMAND ...
+
+Reads, draws, resizes, makes and checks outlines; applies colour transforms;
+converts lengths; blurs pictures; digests files; shows and changes recent files.
+
+Commands:
+  info      Says what outlines the documents hold.
+  render    Draws outlines.
+  resize    Fits the outlines of a document to a box of another size.
+  convert   Makes a document of an SVG picture or of text in a font.
+  fit       Learns how outlines follow their box from drawings at several sizes.
+  bind      Binds the outlines of one drawing to its margins.
+  check     Says what reading, saving and undo change in outlines.
+  colour    Applies colour transforms in order.
+  units     Converts a length to another unit, or to all.
+  pages     Lists the predefined page sizes.
+  blur      Blurs a picture, or puts a blurred shadow under it.
+  digest    Prints the application's own digest of files. It is not the published MD5.
+  recent    Shows and changes the recent files of a configuration directory.
+
+"kpgeom COMMAND --help" explains a command. "-" is standard input or output.
+Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done with warnings.
+)"));
     QCOMPARE(place.run({"-h"}).out, result.out);
 }
 
@@ -206,6 +202,8 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
     QTest::newRow("resize") << QByteArray(
         "Usage: kpgeom resize [options] FILE --from WxH --to WxH -o OUT.xml\n");
     QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN -o OUT.xml\n");
+    QTest::newRow("bind") << QByteArray(
+        "Usage: kpgeom bind [options] FILE --slices L,T,R,B -o OUT.xml\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
     QTest::newRow("colour") << QByteArray(
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");

@@ -36,6 +36,7 @@ Outcome runRender(Command const& command, QStringList const& arguments);
 Outcome runResize(Command const& command, QStringList const& arguments);
 Outcome runConvert(Command const& command, QStringList const& arguments);
 Outcome runFit(Command const& command, QStringList const& arguments);
+Outcome runBind(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);

@@ -25,6 +25,8 @@ constexpr Command commands[] = {
     {"fit", "DRAWING[@WxH] DRAWING[@WxH]... -o OUT.xml",
         "An SVG picture or a document, and the box that it was drawn for.",
         "Learns how outlines follow their box from drawings at several sizes.", runFit},
+    {"bind", "FILE --slices L,T,R,B -o OUT.xml", fileHelp,
+        "Binds the outlines of one drawing to its margins.", runBind},
     {"check", "FILE...", fileHelp, "Says what reading, saving and undo change in outlines.",
         runCheck},
     {"colour", "COLOUR... [TRANSFORM=VALUE...]",

@@ -1,0 +1,261 @@
+#include "commandline.h"
+#include "common/text.h"
+#include "console.h"
+#include "document/bindingrule.h"
+#include "document/documentrewriter.h"
+#include "document/elementposition.h"
+#include "document/geometrywalker.h"
+#include "document/shapeformat.h"
+#include "document/shapes.h"
+#include "document/shortlines.h"
+#include "documentinput.h"
+#include "fit/slicing.h"
+#include "import/gunzip.h"
+#include "import/svgimport.h"
+#include "messagelog.h"
+#include "progress.h"
+
+#include <cmath>
+
+namespace {
+
+struct BindOptions
+{
+    QString operand;
+    QString output;
+    Slices slices; ///< in the drawing's units
+    std::optional<QSizeF> box; ///< of all outlines of a document
+    std::optional<double> scale; ///< outline units a unit of a picture
+};
+
+/** "L,T,R,B": none is negative. */
+std::optional<Slices> slicesFromText(QString const& text)
+{
+    QStringList const parts = text.split(QLatin1Char(','));
+    Slices slices;
+    double* const margins[] = {&slices.left, &slices.top, &slices.right, &slices.bottom};
+    if (parts.size() != 4)
+        return std::nullopt;
+    for (int i = 0; i < parts.size(); ++i) {
+        bool isNumber = false;
+        *margins[i] = parts.at(i).toDouble(&isNumber);
+        // Written so that NaN fails.
+        if (!isNumber || !(*margins[i] >= 0.0 && *margins[i] <= 1e6))
+            return std::nullopt;
+    }
+    return slices;
+}
+
+void addOptions(CommandLine& line)
+{
+    line.addOption({QStringLiteral("slices"),
+        QStringLiteral("The margins at the left, upper, right and lower edge, in units of the "
+                       "drawing: what lies in them keeps its distance from the edge."),
+        QStringLiteral("L,T,R,B")});
+    line.addOption({QStringLiteral("keep-corners"),
+        QStringLiteral("Let the margins grow with the smaller side of the box.")});
+    line.addOption({QStringLiteral("size"),
+        QStringLiteral("The box that a document's outlines are drawn for, by default Width and "
+                       "Height of the elements around them."),
+        QStringLiteral("WxH")});
+    line.addOption({QStringLiteral("scale"),
+        QStringLiteral("Outline units a unit of an SVG picture, by default 1."),
+        QStringLiteral("FACTOR")});
+    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
+}
+
+/** What is wrong with the options, or nothing. */
+std::optional<Diagnostic> readOptions(CommandLine const& line, BindOptions& options)
+{
+    auto const slices = slicesFromText(line.value(QStringLiteral("slices")));
+    if (!slices) {
+        return misuse(QStringLiteral("--slices takes four margins from 0, like 20,10,20,10, "
+                                     "not '%1'")
+                          .arg(line.value(QStringLiteral("slices"))));
+    }
+    options.slices = *slices;
+    options.slices.growsCorners = line.isSet(QStringLiteral("keep-corners"));
+    if (line.isSet(QStringLiteral("size"))) {
+        options.box = sizeFromText(line.value(QStringLiteral("size")));
+        if (!options.box) {
+            return misuse(QStringLiteral("--size takes a box like 240x160, not '%1'")
+                              .arg(line.value(QStringLiteral("size"))));
+        }
+        if (QString const fault = slicesFault(options.slices, *options.box); !fault.isEmpty())
+            return misuse(fault);
+    }
+    if (line.isSet(QStringLiteral("scale"))) {
+        options.scale = factorFromText(line.value(QStringLiteral("scale")));
+        if (!options.scale)
+            return misuse(QStringLiteral("--scale takes a number greater than 0"));
+    }
+    if (line.operands().size() != 1)
+        return misuse(QStringLiteral("exactly one file is needed"));
+    options.operand = line.operands().first();
+    options.output = line.value(QStringLiteral("output"));
+    if (options.output.isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    return std::nullopt;
+}
+
+/** What is told of a coordinate that does not follow the slices. */
+QString inexactText(int outline, InexactBinding const& inexact)
+{
+    QString const where =
+        QStringLiteral("outline %1, segment %2, %3")
+            .arg(QString::number(outline), QString::number(inexact.segment + 1), inexact.letter);
+    if (std::isnan(inexact.error))
+        return QStringLiteral("%1: cannot be bound and is left as it is").arg(where);
+    return QStringLiteral("%1: no rule expresses it; %2 is taken, off by %3 in a box of %4")
+        .arg(where, QString::fromUtf8(bindingRule(ruleOf(inexact.base)).phrase),
+            numberText(inexact.error), sizeText(inexact.box));
+}
+
+/** The elements of the segments of an outline, in their order. */
+QVector<QDomElement> segmentElements(Outline const& outline)
+{
+    QVector<QDomElement> elements;
+    GeometryWalker walker(*outline.list);
+    for (QDomElement child = outline.element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        if (walker.enter(child.tagName()))
+            elements << child;
+    }
+    return elements;
+}
+
+/** The box that an outline of a document is drawn for; nothing, after a message, if none is given. */
+std::optional<QSizeF> boxOf(Outline const& outline, BindOptions const& options)
+{
+    if (options.box)
+        return options.box;
+    QDomElement const shape = outline.element.parentNode().toElement();
+    QString const width = shape.attribute(ShapeFormat::width());
+    QString const height = shape.attribute(ShapeFormat::height());
+    auto const box = sizeFromText(width + QLatin1Char('x') + height);
+    if (box)
+        return box;
+    QString const fault = width.isEmpty() || height.isEmpty()
+        ? QStringLiteral("has no box: its element has no Width and Height")
+        : QStringLiteral("has no box: Width '%1' and Height '%2'")
+              .arg(elided(width, 20), elided(height, 20));
+    report({Diagnostic::Severity::Error, options.operand, outline.element.lineNumber(),
+        outline.element.columnNumber(),
+        QStringLiteral("outline %1 %2; --size gives one").arg(outline.index).arg(fault)});
+    return std::nullopt;
+}
+
+/** Writes what has been bound; `isExact` if every coordinate follows the slices. */
+Outcome written(BindOptions const& options, QByteArray const& document, bool isExact)
+{
+    if (!writeOutput(options.output, document))
+        return Outcome::Failed;
+    return isExact ? Outcome::Done : Outcome::Warned;
+}
+
+Outcome bindDocument(
+    CommandLine const& line, OutlineDocument const& document, BindOptions const& options)
+{
+    if (document.outlines().empty()) {
+        report({Diagnostic::Severity::Error, options.operand, 0, 0,
+            QStringLiteral("no outline to bind")});
+        return Outcome::Failed;
+    }
+    QVector<QSizeF> boxes;
+    for (Outline const& outline : document.outlines()) {
+        auto const box = boxOf(outline, options);
+        if (!box)
+            return Outcome::Failed;
+        if (QString const fault = slicesFault(options.slices, *box); !fault.isEmpty()) {
+            return line.misused(
+                misuse(QStringLiteral("outline %1: %2").arg(outline.index).arg(fault)));
+        }
+        boxes << *box;
+    }
+    Diagnostics diagnostics;
+    for (Outline const& outline : document.outlines()) {
+        QSizeF const& box = boxes.at(outline.index - 1);
+        QVector<QDomElement> const elements = segmentElements(outline);
+        for (InexactBinding const& inexact : bindToSlices(*outline.list, box, options.slices)) {
+            diagnostics.add(warningAt(elements.at(inexact.segment), options.operand,
+                inexactText(outline.index, inexact)));
+        }
+    }
+    bool const isExact = diagnostics.isEmpty();
+    for (Outline const& outline : document.outlines()) {
+        if (int const lost = countLostLines(*outline.list); lost > 0)
+            diagnostics.add(lostLinesIn(boxes.at(outline.index - 1), lost, options.operand));
+    }
+    report(diagnostics);
+    return written(options, rewritten(document), isExact);
+}
+
+/** The slices in other units, of which `factor` make one. */
+Slices scaled(Slices const& slices, double factor)
+{
+    return {slices.left * factor, slices.top * factor, slices.right * factor,
+        slices.bottom * factor, slices.growsCorners};
+}
+
+Outcome bindPicture(CommandLine const& line, QByteArray const& svg, BindOptions const& options)
+{
+    Diagnostics diagnostics;
+    MessageLog log;
+    double const scale = options.scale.value_or(1.0);
+    auto picture =
+        importSvg(svg, {options.operand, scale, [&log] { return log.take(); }}, diagnostics);
+    if (picture && picture->outlines.empty()) {
+        diagnostics.error(options.operand, QStringLiteral("nothing in it becomes an outline"));
+        picture.reset();
+    }
+    report(diagnostics);
+    if (!picture)
+        return Outcome::Failed;
+    Slices const slices = scaled(options.slices, scale);
+    if (QString const fault = slicesFault(slices, picture->size); !fault.isEmpty())
+        return line.misused(misuse(fault));
+    Diagnostics inexact;
+    Shapes shapes;
+    for (ImportedOutline& outline : picture->outlines) {
+        int const number = static_cast<int>(shapes.size()) + 1;
+        for (InexactBinding const& one : bindToSlices(*outline.list, picture->size, slices))
+            inexact.warning(options.operand, inexactText(number, one));
+        shapes.push_back({outline.name, picture->size, outline.fillRule, std::move(outline.list)});
+    }
+    report(inexact);
+    return written(options, shapesDocument(shapes), inexact.isEmpty());
+}
+
+} // namespace
+
+Outcome runBind(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    addOptions(line);
+    if (auto const end = line.parse(arguments))
+        return *end;
+    BindOptions options;
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
+
+    Diagnostics diagnostics;
+    std::optional<OutlineDocument> document;
+    auto const text = readInput(options.operand, diagnostics);
+    bool isPicture = text && isGzip(*text);
+    if (text && !isPicture) {
+        Progress progress({options.operand});
+        progress.step();
+        document = OutlineDocument::read(*text, options.operand, diagnostics, progress.ofStep());
+        isPicture = document && document->isSvgPicture();
+    }
+    report(diagnostics);
+    if (!document && !isPicture)
+        return Outcome::Failed;
+    if (isPicture && options.box)
+        return line.misused(misuse(
+            QStringLiteral("--size goes with a document of outlines: a picture has its own")));
+    if (!isPicture && options.scale)
+        return line.misused(misuse(QStringLiteral("--scale goes with an SVG picture")));
+    return isPicture ? bindPicture(line, *text, options) : bindDocument(line, *document, options);
+}
