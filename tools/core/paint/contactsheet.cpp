@@ -1,9 +1,8 @@
 #include "paint/contactsheet.h"
 
 #include "common/text.h"
+#include "paint/caption.h"
 
-#include <QFont>
-#include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
@@ -59,9 +58,6 @@ public:
         : m_painter(painter)
         , m_style(style)
     {
-        QFont font;
-        font.setPixelSize(11);
-        m_painter.setFont(font);
     }
 
     void draw(Band const& band, QPointF const& topLeft)
@@ -72,9 +68,9 @@ public:
             QRectF const cell(topLeft + QPointF(i * cellSide, 0.0), QSizeF(cellSide, cellSide));
             drawCell(band, i, cell, scale);
             if (!band.boxes.isEmpty())
-                drawText(sizeText(band.boxes.at(i)), underneath(cell), Qt::darkGray);
+                drawCaption(m_painter, sizeText(band.boxes.at(i)), underneath(cell), Qt::darkGray);
         }
-        drawText(band.caption,
+        drawCaption(m_painter, band.caption,
             QRectF(topLeft.x(), topLeft.y() + bandHeight(band) - captionHeight, bandWidth,
                 captionHeight),
             Qt::black);
@@ -95,7 +91,7 @@ private:
     {
         QRectF const& bounds = band.bounds.at(index);
         if (!isDrawable(bounds)) {
-            drawText(QStringLiteral("cannot be drawn"), cell, Qt::red);
+            drawCaption(m_painter, QStringLiteral("cannot be drawn"), cell, Qt::red);
             return;
         }
         QPointF const origin = cell.center() - scale * bounds.center();
@@ -107,14 +103,6 @@ private:
             m_painter.drawRect(toSheet.mapRect(QRectF(QPointF(0.0, 0.0), band.boxes.at(index))));
         }
         drawFigure(m_painter, band.figures[static_cast<std::size_t>(index)], m_style, toSheet);
-    }
-
-    void drawText(QString const& text, QRectF const& place, QColor const& colour)
-    {
-        QFontMetricsF const metrics(m_painter.font());
-        m_painter.setPen(colour);
-        m_painter.drawText(place, Qt::AlignCenter,
-            metrics.elidedText(text, Qt::ElideMiddle, place.width() - cellMargin));
     }
 
     QPainter& m_painter;

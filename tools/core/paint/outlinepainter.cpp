@@ -4,8 +4,8 @@
 #include "kppath.h"
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
+#include "paint/caption.h"
 
-#include <QFont>
 #include <QPainter>
 
 #include <algorithm>
@@ -123,9 +123,7 @@ void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
 
 void OutlinePainter::drawLegend(QPointF const& topLeft)
 {
-    QFont font;
-    font.setPixelSize(11);
-    m_painter.setFont(font);
+    m_painter.setFont(captionFont());
     QPointF line = topLeft + QPointF(0.0, legendLineHeight / 2.0);
     for (int rule = 0; rule < ruleCount; ++rule) {
         BindingRule const& shown = bindingRule(rule);

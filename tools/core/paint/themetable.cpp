@@ -2,8 +2,8 @@
 
 #include "colorutil.h"
 #include "kpcolor.h"
+#include "paint/caption.h"
 
-#include <QFont>
 #include <QPainter>
 #include <QtMath>
 
@@ -71,9 +71,7 @@ public:
         : m_painter(painter)
         , m_compares(compares)
     {
-        QFont font;
-        font.setPixelSize(11);
-        m_painter.setFont(font);
+        m_painter.setFont(captionFont());
     }
 
     void drawLabel(int row)
