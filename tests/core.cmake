@@ -4,8 +4,9 @@ foreach(name IN ITEMS
     tst_filecontent
     tst_geometrywalker
     tst_losses
-  tst_outlinefit
-  tst_rulefit
+    tst_outlinefit
+    tst_overlaysheet
+    tst_rulefit
     tst_shapes
     tst_shortlines
     tst_slicing
