@@ -63,6 +63,7 @@ private Q_SLOTS:
     void namesWhatNoRuleExpresses();
     void strictWritesNothing();
     void printsAllAsJson();
+    void drawsAReport();
     void namesLinesThatAreTooShort();
     void theToleranceFollowsTheDigits_data();
     void theToleranceFollowsTheDigits();
@@ -218,6 +219,34 @@ void TestKpgeomFit::printsAllAsJson()
     QCOMPARE(finding["rule"].toString(), QString("absolute"));
     COMPARE_BITS(finding["rate"].toDouble(), 102.0);
     COMPARE_BITS(finding["error"].toDouble(), 1.0);
+}
+
+void TestKpgeomFit::drawsAReport()
+{
+    Workplace const place;
+    place.write("a.svg", picture("400", "200", "0,0 101,0 200,200"));
+    place.write("b.svg", picture("150", "300", "0,0 103,0 75,300"));
+    COMPARE_EXIT(
+        place.run({"fit", "a.svg", "b.svg", "-o", "out.xml", "--report", "report.png"}), 3);
+    QImage const marked = QImage::fromData(place.read("report.png"));
+    QVERIFY(!marked.isNull());
+    // The red of the marks, at the corner that is not exact, in both boxes.
+    auto const countRed = [](QImage const& image) {
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                QColor const colour = image.pixelColor(x, y);
+                count += colour.red() > 180 && colour.green() < 80 && colour.blue() < 90;
+            }
+        }
+        return count;
+    };
+    place.write("b.svg", picture("150", "300", "0,0 101,0 75,300"));
+    COMPARE_EXIT(
+        place.run({"fit", "a.svg", "b.svg", "-o", "out.xml", "--report", "report.png"}), 0);
+    QImage const exact = QImage::fromData(place.read("report.png"));
+    QCOMPARE(countRed(exact), 0);
+    QVERIFY(countRed(marked) > 20);
 }
 
 void TestKpgeomFit::namesLinesThatAreTooShort()
@@ -423,6 +452,9 @@ void TestKpgeomFit::reportsMisuse_data()
         << QByteArray("--tolerance takes a number from 0");
     QTest::newRow("a scale of 0") << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--scale",
         "0"}) << QByteArray("--scale takes a number greater than 0");
+    QTest::newRow("a report of no known format")
+        << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--report", "report.txt"})
+        << QByteArray("--report takes a file named .svg, .png or .pdf");
     QTest::newRow("both on standard output")
         << QStringList({"a.svg", "b.svg", "-o", "-", "--json"})
         << QByteArray("--json and -o - both want standard output");

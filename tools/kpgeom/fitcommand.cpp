@@ -4,7 +4,10 @@
 #include "fit/drawinginput.h"
 #include "fit/fitreport.h"
 #include "messagelog.h"
+#include "paint/fitsheet.h"
+#include "pictureoutput.h"
 
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -22,7 +25,23 @@ struct FitCommandOptions
     bool isStrict = false;
     bool isJson = false;
     bool findsEllipses = true;
+    QString picture; ///< drawings and fit over one another; empty for none
+    PictureSettings pictureSettings;
 };
+
+/** What is wrong with the report that is asked for, or nothing. */
+std::optional<Diagnostic> readPicture(CommandLine const& line, FitCommandOptions& options)
+{
+    if (!line.isSet(QStringLiteral("report")))
+        return std::nullopt;
+    options.picture = line.value(QStringLiteral("report"));
+    auto const format = pictureFormat(QFileInfo(options.picture).suffix());
+    if (!format)
+        return misuse(QStringLiteral("--report takes a file named .svg, .png or .pdf"));
+    options.pictureSettings.format = *format;
+    options.pictureSettings.title = QStringLiteral("Drawings and what was learnt of them");
+    return std::nullopt;
+}
 
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions& options)
@@ -37,6 +56,8 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
     options.findsEllipses = !line.isSet(QStringLiteral("keep-curves"));
     if (options.isJson && options.output == QLatin1String("-"))
         return misuse(QStringLiteral("--json and -o - both want standard output"));
+    if (auto fault = readPicture(line, options))
+        return fault;
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale)
@@ -118,6 +139,9 @@ Outcome runFit(Command const& command, QStringList const& arguments)
         QStringLiteral("Leave four curves that are an ellipse as they are.")});
     line.addOption({QStringLiteral("strict"),
         QStringLiteral("Fail, and write nothing, unless all is decided and exact.")});
+    line.addOption({QStringLiteral("report"),
+        QStringLiteral("Draw each drawing with the fit over it, as SVG, PNG or PDF."),
+        QStringLiteral("OUT")});
     line.addOption({QStringLiteral("json"), QStringLiteral("Print what was found as JSON.")});
     if (auto const end = line.parse(arguments))
         return *end;
@@ -140,6 +164,10 @@ Outcome runFit(Command const& command, QStringList const& arguments)
     bool const fails = options.isStrict && !result->isWhole();
     if (options.isJson
         && !printOut(QString::fromUtf8(QJsonDocument(fitJson(*result, all->drawings)).toJson())))
+        return Outcome::Failed;
+    if (!options.picture.isEmpty()
+        && !writePicture(fitSheet(all->drawings, *result), options.pictureSettings,
+            QStringLiteral("kpgeom fit"), options.picture))
         return Outcome::Failed;
     if (fails || !writeOutput(options.output, shapesDocument(result->shapes)))
         return Outcome::Failed;
