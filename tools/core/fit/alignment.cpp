@@ -194,8 +194,9 @@ double costOf(std::vector<int> const& partners, std::function<double(int, int)> 
 {
     double sum = 0.0;
     for (std::size_t i = 0; i < partners.size(); ++i) {
-        sum += partners[i] < 0 ? std::numeric_limits<double>::infinity()
-                               : strangeness(static_cast<int>(i), partners[i]);
+        if (partners[i] < 0)
+            return std::numeric_limits<double>::infinity();
+        sum += strangeness(static_cast<int>(i), partners[i]);
     }
     return sum;
 }
@@ -284,7 +285,7 @@ std::vector<int> paired(int count, std::function<double(int, int)> const& strang
     if (cost <= 0.0)
         return asTheyAre;
     if (count <= greatestSearch) {
-        std::vector<int> const pairs = cheapestPairs(count, strangeness);
+        std::vector<int> pairs = cheapestPairs(count, strangeness);
         if (costOf(pairs, strangeness) < cost)
             return pairs;
     }

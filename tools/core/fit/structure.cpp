@@ -50,6 +50,7 @@ std::vector<Survey> surveyed(std::vector<std::vector<Subpath>> const& shapes)
 std::vector<Extent> extentsOfEach(std::vector<Subpath> const& subpaths)
 {
     std::vector<Extent> extents;
+    extents.reserve(subpaths.size());
     for (Subpath const& subpath : subpaths)
         extents.push_back(extentOf({subpath}));
     return extents;
@@ -343,6 +344,7 @@ std::optional<std::vector<AlignedShape>> alignedShapes(
         shapes.push_back({&shape, {subpathsOf(*shape.list, tolerance)}});
     for (std::size_t i = 1; i < drawings.size(); ++i) {
         std::vector<std::vector<Subpath>> references;
+        references.reserve(shapes.size());
         for (AlignedShape const& shape : shapes)
             references.push_back(shape.drawings.front());
         DrawingAligner const aligner(
