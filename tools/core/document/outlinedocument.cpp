@@ -2,6 +2,7 @@
 
 #include "common/xmldiagnostic.h"
 #include "document/contentkind.h"
+#include "document/elements.h"
 #include "document/shapeformat.h"
 #include "geometryformat_p.h"
 
@@ -9,16 +10,6 @@ namespace {
 
 /** How much of the time it takes to get so far, roughly. */
 constexpr double shareOfTree = 0.8;
-
-/** The element that follows `element` in document order, or a null one. */
-QDomElement nextElement(QDomElement const& element)
-{
-    QDomElement next = element.firstChildElement();
-    for (QDomElement from = element; next.isNull() && !from.isNull();
-         from = from.parentNode().toElement())
-        next = from.nextSiblingElement();
-    return next;
-}
 
 /** Builds the tree of the text; false, with a diagnostic, if there is none. */
 bool readTree(QByteArray const& text, QString const& file, QDomDocument& tree,

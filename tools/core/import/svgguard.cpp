@@ -3,6 +3,7 @@
 #include "common/text.h"
 #include "common/xmldiagnostic.h"
 #include "document/contentkind.h"
+#include "document/elements.h"
 #include "import/gunzip.h"
 
 #include <QHash>
@@ -13,11 +14,6 @@
 #include <vector>
 
 namespace {
-
-QString localName(QString const& name)
-{
-    return name.mid(name.indexOf(QLatin1Char(':')) + 1);
-}
 
 QString imageName()
 {
