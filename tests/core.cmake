@@ -3,6 +3,7 @@ foreach(name IN ITEMS
     tst_contentkind
     tst_filecontent
     tst_geometrywalker
+    tst_guideformula
     tst_losses
     tst_outlinefit
     tst_overlaysheet
