@@ -1,6 +1,7 @@
 # The import of pictures and fonts, and the library with what others have drawn.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 
+kpgeometry_add_test(tst_drawingmlimport LIBRARIES kpgeomcore kpgeometry_private)
 kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomcore)
 find_package(ZLIB REQUIRED)
 # The log of messages is the tool's own.
