@@ -6,6 +6,14 @@ input_packages=(fonts-dejavu-core breeze-icon-theme)
 # scour and rsvg-convert stand for the programs that people draw with.
 test_packages=(binutils clang clang-format-14 clang-tidy-14 doxygen git libclang-rt-14-dev
     librsvg2-bin llvm-14 man-db pkg-config scour)
+# What holds the definitions of preset shapes, and where within one of its archives.
+preset_package=libapache-poi-java
+preset_file=org/apache/poi/sl/draw/geom/presetShapeDefinitions.xml
+
+# Runs a command as the superuser, with sudo if need be.
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
 
 # Installs those of the named packages that are missing; silent when none is.
 install_missing() {
@@ -16,11 +24,18 @@ install_missing() {
     done
     [ ${#missing[@]} -eq 0 ] && return
     echo "Installing ${missing[*]}"
-    local as_root=()
-    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-    "${as_root[@]}" apt-get update -qq
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    as_root apt-get update -qq
+    as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Downloads the named packages into the current folder, and installs nothing.
+download() {
+    # The superuser needs no sandbox in a folder of its own.
+    local get=(apt-get download -qq -o APT::Sandbox::User=root "$@")
+    "${get[@]}" 2>/dev/null && return
+    as_root apt-get update -qq
+    quietly "${get[@]}"
 }
 
 # Runs a command and shows what it prints only if it fails.
