@@ -2,6 +2,8 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 
 kpgeometry_add_test(tst_drawingmlimport LIBRARIES kpgeomcore kpgeometry_private)
+# With KPGEOMETRY_PRESETS in the environment also what scripts/presets fetches.
+kpgeometry_add_test(tst_presetfit LIBRARIES kpgeomcore kpgeometry_private)
 kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomcore)
 find_package(ZLIB REQUIRED)
 # The log of messages is the tool's own.

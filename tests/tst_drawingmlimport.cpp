@@ -520,8 +520,7 @@ void TestDrawingMlImport::whatHasNoValueIsReportedOnce()
     QVERIFY(shapes);
     QCOMPARE(drawn(*shapes->front().front().list), QString("M 0 0 L 0 20"));
     QCOMPARE(texts(diagnostics),
-        (QStringList {
-            "1:16: warning the guide 'x' has no value in a box of 10 x 20, and counts as 0"}));
+        (QStringList {"1:16: warning shape: guides without a value count as 0: x"}));
 }
 
 void TestDrawingMlImport::tooLargeACoordinateIsReported()
@@ -532,7 +531,7 @@ void TestDrawingMlImport::tooLargeACoordinateIsReported()
     QVERIFY(!shapesInBoxes(all.front(), {QSizeF(1e9, 20)}, {}, "a", diagnostics));
     QCOMPARE(texts(diagnostics),
         (QStringList {
-            "1:16: error path 1 has a coordinate that is too large in a box of 1e+09 x 20"}));
+            "1:16: error shape: a coordinate is too large in a box of 1e+09 x 20: left out"}));
 }
 
 void TestDrawingMlImport::stepsAreBounded()

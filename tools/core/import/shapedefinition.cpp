@@ -392,23 +392,28 @@ std::vector<std::vector<double>> valuesInBoxes(ShapeDefinition const& definition
     Diagnostics& diagnostics)
 {
     std::vector<std::vector<double>> result;
-    QStringList reported;
+    QStringList undefined;
     for (QSizeF const& box : boxes) {
         Guides::Values const guides = definition.guides.values(box, adjustments);
         result.push_back(guides.values);
-        for (QString const& name : guides.undefined) {
-            if (reported.contains(name))
-                continue;
-            reported << name;
-            diagnostics.add(diagnosticAt(definition, file, Diagnostic::Severity::Warning,
-                QStringLiteral("the guide '%1' has no value in a box of %2, and counts as 0")
-                    .arg(name, sizeText(box))));
-        }
+        undefined += guides.undefined;
+    }
+    undefined.removeDuplicates();
+    if (!undefined.isEmpty()) {
+        int const longest = 100;
+        diagnostics.add(diagnosticAt(definition, file, Diagnostic::Severity::Warning,
+            QStringLiteral("%1: guides without a value count as 0: %2")
+                .arg(titleOf(definition), elided(undefined.join(QStringLiteral(", ")), longest))));
     }
     return result;
 }
 
 } // namespace
+
+QString titleOf(ShapeDefinition const& definition)
+{
+    return definition.name.isEmpty() ? QStringLiteral("shape") : definition.name;
+}
 
 int numberCount(PathStep::Kind kind)
 {
@@ -442,9 +447,8 @@ std::optional<std::vector<Shapes>> shapesInBoxes(ShapeDefinition const& definiti
             if (isFinite(traces.back()))
                 continue;
             diagnostics.add(diagnosticAt(definition, file, Diagnostic::Severity::Error,
-                QStringLiteral("path %1 has a coordinate that is too large in a box of %2")
-                    .arg(number)
-                    .arg(sizeText(boxes[box]))));
+                QStringLiteral("%1: a coordinate is too large in a box of %2: left out")
+                    .arg(titleOf(definition), sizeText(boxes[box]))));
             return std::nullopt;
         }
         OutlineMaker const maker(path, traces);

@@ -53,6 +53,9 @@ struct ShapeDefinition
     std::vector<PathDefinition> paths; ///< the first lies lowest
 };
 
+/** What messages call a shape: its name, or "shape". */
+QString titleOf(ShapeDefinition const& definition);
+
 /**
  * The shape in several boxes: one result for each, in their order. All have the same outlines, with
  * segments of the same kinds in the same order, so that they can be compared coordinate by
@@ -65,7 +68,7 @@ struct ShapeDefinition
  * gets a line back to its start, unless it ends there in every box. The paths are filled by the
  * even-odd rule, which is named where the other one would fill them differently in the first box.
  *
- * A formula without a value counts as 0, with a warning.
+ * Guides without a value count as 0, with one warning.
  *
  * @param boxes finite, above 0
  * @param file that the definition is from, in diagnostics
