@@ -3,9 +3,11 @@
 #include "console.h"
 #include "document/outlinedocument.h"
 #include "document/shapeformat.h"
+#include "import/drawingmlimport.h"
 #include "import/svgimport.h"
 #include "import/textimport.h"
 #include "messagelog.h"
+#include "presetconversion.h"
 #include "xmlstreamwriter.h"
 #include "xmltext_p.h"
 
@@ -64,8 +66,9 @@ QByteArray domDocument(ImportedOutlines const& picture)
 
 struct ConvertOptions
 {
-    bool isText = false; ///< glyphs of a font, or else an SVG file
-    QString input; ///< the SVG file
+    bool isText = false; ///< glyphs of a font, or else a file
+    QString input; ///< the file
+    QByteArray content; ///< of the file
     QString font;
     QString text;
     double scale = 0.0; ///< outline units an SVG unit; 0 fits the picture to defaultPictureSide
@@ -76,6 +79,8 @@ struct ConvertOptions
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& options)
 {
+    if (line.isSet(QStringLiteral("adjust")))
+        return misuse(QStringLiteral("--adjust goes with --presets"));
     options.font = line.value(QStringLiteral("font"));
     options.text = line.value(QStringLiteral("text"));
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
@@ -116,10 +121,7 @@ std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostic
             options.font, options.emSize, QStringLiteral("--em"), takeMessages};
         return importText(options.text, textOptions, diagnostics);
     }
-    auto const svg = readInput(options.input, diagnostics);
-    if (!svg)
-        return std::nullopt;
-    return importSvg(*svg, {options.input, options.scale, takeMessages}, diagnostics);
+    return importSvg(options.content, {options.input, options.scale, takeMessages}, diagnostics);
 }
 
 /** Nothing, after a message, if there is no outline to be had. */
@@ -134,6 +136,40 @@ std::optional<ImportedOutlines> importedOutlines(ConvertOptions const& options)
     }
     report(diagnostics);
     return picture;
+}
+
+/** The options that have no meaning for shapes that formulas define. */
+QStringList const& pictureOptions()
+{
+    static QStringList const all {QStringLiteral("font"), QStringLiteral("text"),
+        QStringLiteral("scale"), QStringLiteral("em"), QStringLiteral("form")};
+    return all;
+}
+
+/** What of the options does not go with shapes that formulas define, or nothing. */
+std::optional<Diagnostic> pictureOptionFault(CommandLine const& line, QString const& what)
+{
+    for (QString const& option : pictureOptions()) {
+        if (line.isSet(option))
+            return misuse(QStringLiteral("--%1 does not go with %2").arg(option, what));
+    }
+    return std::nullopt;
+}
+
+Outcome runPresets(CommandLine const& line)
+{
+    if (auto const fault = pictureOptionFault(line, QStringLiteral("--presets")))
+        return line.misused(*fault);
+    if (!line.operands().isEmpty())
+        return line.misused(misuse(QStringLiteral("--presets takes no input file beside its own")));
+    QString const folder = line.value(QStringLiteral("output"));
+    if (folder.isEmpty())
+        return line.misused(misuse(QStringLiteral("no output folder given (-o)")));
+    Diagnostic fault;
+    auto const adjustments = adjustmentsFromTexts(line.values(QStringLiteral("adjust")), fault);
+    if (!adjustments)
+        return line.misused(fault);
+    return convertPresets({line.value(QStringLiteral("presets")), folder, *adjustments});
 }
 
 } // namespace
@@ -159,8 +195,18 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("form"),
         QStringLiteral("The writer: dom or stream. They differ in the order of attributes only."),
         QStringLiteral("FORM"), QStringLiteral("stream")});
+    line.addOption({QStringLiteral("presets"),
+        QStringLiteral("Learn the rules of the preset shapes of DrawingML that are defined in "
+                       "<FILE>: OUT is a folder, for a document a shape."),
+        QStringLiteral("FILE")});
+    line.addOption({QStringLiteral("adjust"),
+        QStringLiteral("The value of an adjustment of the preset shapes, instead of the one that "
+                       "is defined; may be repeated."),
+        QStringLiteral("NAME=VALUE")});
     if (auto const end = line.parse(arguments))
         return *end;
+    if (line.isSet(QStringLiteral("presets")))
+        return runPresets(line);
     ConvertOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
@@ -168,6 +214,19 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
+    if (!options.isText) {
+        Diagnostics diagnostics;
+        auto const content = readInput(options.input, diagnostics);
+        report(diagnostics);
+        if (!content)
+            return Outcome::Failed;
+        options.content = *content;
+        if (holdsCustomShapes(options.content)) {
+            if (auto const fault = pictureOptionFault(line, QStringLiteral("custom shapes")))
+                return line.misused(*fault);
+            return convertCustomShapes(options.content, options.input, output);
+        }
+    }
     auto const picture = importedOutlines(options);
     if (!picture)
         return Outcome::Failed;

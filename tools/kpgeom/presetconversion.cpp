@@ -1,0 +1,216 @@
+#include "presetconversion.h"
+
+#include "commandline.h"
+#include "common/text.h"
+#include "console.h"
+#include "fit/presetfit.h"
+#include "import/drawingmlimport.h"
+#include "texttable.h"
+
+#include <QDir>
+#include <QSet>
+
+#include <cmath>
+
+namespace {
+
+/** What a shape is drawn for that has no box of its own. */
+constexpr QSizeF presetBox(12000.0, 9000.0);
+
+QString errorText(double error)
+{
+    return QString::number(error, 'g', 2);
+}
+
+/** A warning about a shape that is no more than nearly what its definition says. */
+Diagnostic deviationOf(
+    LearntPreset const& learnt, ShapeDefinition const& shape, QString const& file)
+{
+    PresetDeviation const& worst = *learnt.worst();
+    return {Diagnostic::Severity::Warning, file, shape.line, shape.column,
+        QStringLiteral("%1: %2 of %3 follow no rule; the worst, %4 of segment %5 in outline %6, is "
+                       "off by %7 of the longer side in a box of %8")
+            .arg(titleOf(shape))
+            .arg(learnt.inexact.size())
+            .arg(countText(learnt.coordinates, QStringLiteral("coordinate")), worst.letter)
+            .arg(worst.segment + 1)
+            .arg(worst.shape + 1)
+            .arg(errorText(worst.error), sizeText(worst.box))};
+}
+
+/** Learns shapes one after the other, and sums up how exact they are. */
+class PresetLearner
+{
+public:
+    PresetLearner(QString file, GuideAdjustments adjustments)
+        : m_file(std::move(file))
+        , m_adjustments(std::move(adjustments))
+    {
+    }
+
+    /** Nothing, with a message, if the shape has a fault or draws nothing. */
+    std::optional<LearntPreset> learn(ShapeDefinition const& shape)
+    {
+        Diagnostics diagnostics;
+        QSizeF const box = shape.box.isEmpty() ? presetBox : shape.box;
+        auto learnt = learntPreset(shape, box, m_adjustments, m_file, diagnostics);
+        if (learnt && learnt->shapes.empty()) {
+            diagnostics.add({Diagnostic::Severity::Warning, m_file, shape.line, shape.column,
+                QStringLiteral("%1 draws nothing: left out").arg(titleOf(shape))});
+            learnt.reset();
+        }
+        if (learnt) {
+            if (!learnt->isWhole())
+                diagnostics.add(deviationOf(*learnt, shape, m_file));
+            ++m_shapes;
+            m_whole += learnt->isWhole() ? 1 : 0;
+            m_coordinates += learnt->coordinates;
+            m_inexact += learnt->inexact.size();
+        }
+        m_hasWarned = m_hasWarned || !diagnostics.isEmpty();
+        report(diagnostics);
+        return learnt;
+    }
+
+    bool hasWarned() const { return m_hasWarned; }
+
+    /** "2 shapes, 1 whole; 60 coordinates, 52 exact" */
+    QString summary() const
+    {
+        return QStringLiteral("%1, %2 whole; %3, %4 exact")
+            .arg(countText(m_shapes, QStringLiteral("shape")))
+            .arg(m_whole)
+            .arg(countText(m_coordinates, QStringLiteral("coordinate")))
+            .arg(m_coordinates - m_inexact);
+    }
+
+private:
+    QString const m_file;
+    GuideAdjustments const m_adjustments;
+    int m_shapes = 0;
+    int m_whole = 0;
+    qint64 m_coordinates = 0;
+    qint64 m_inexact = 0;
+    bool m_hasWarned = false;
+};
+
+/** Warns of a name that stands for more than one shape, and of adjustments that none has. */
+Diagnostics namingFaults(
+    std::vector<ShapeDefinition> const& shapes, PresetConversion const& conversion)
+{
+    Diagnostics result;
+    QSet<QString> names;
+    QSet<QString> adjustments;
+    for (ShapeDefinition const& shape : shapes) {
+        if (names.contains(shape.name)) {
+            result.add({Diagnostic::Severity::Warning, conversion.input, shape.line, shape.column,
+                QStringLiteral("%1 is defined again: left out").arg(shape.name)});
+        }
+        names << shape.name;
+        for (QString const& name : shape.guides.adjustments())
+            adjustments << name;
+    }
+    QStringList given = conversion.adjustments.keys();
+    given.sort();
+    for (QString const& name : qAsConst(given)) {
+        if (!adjustments.contains(name)) {
+            result.warning(
+                conversion.input, QStringLiteral("no shape has an adjustment '%1'").arg(name));
+        }
+    }
+    return result;
+}
+
+/** The shapes in an input, or nothing after a message; `hasWarned` is set after any. */
+template <class Read>
+std::optional<std::vector<ShapeDefinition>> definitionsOf(
+    QByteArray const& text, QString const& operand, Read read, bool& hasWarned)
+{
+    Diagnostics diagnostics;
+    auto result = read(text, operand, diagnostics);
+    report(diagnostics);
+    hasWarned = !diagnostics.isEmpty();
+    return result;
+}
+
+} // namespace
+
+std::optional<GuideAdjustments> adjustmentsFromTexts(QStringList const& texts, Diagnostic& fault)
+{
+    GuideAdjustments result;
+    for (QString const& text : texts) {
+        int const separator = text.indexOf(QLatin1Char('='));
+        bool isNumber = false;
+        double const value = text.mid(separator + 1).toDouble(&isNumber);
+        if (separator < 1 || !isNumber || !std::isfinite(value)) {
+            fault = misuse(QStringLiteral("--adjust takes NAME=VALUE, not '%1'").arg(text));
+            return std::nullopt;
+        }
+        result.insert(text.left(separator), value);
+    }
+    return result;
+}
+
+Outcome convertPresets(PresetConversion const& conversion)
+{
+    Diagnostics diagnostics;
+    auto const text = readInput(conversion.input, diagnostics);
+    report(diagnostics);
+    if (!text)
+        return Outcome::Failed;
+    bool hasWarned = false;
+    auto const shapes = definitionsOf(*text, conversion.input, readPresetShapes, hasWarned);
+    if (!shapes)
+        return Outcome::Failed;
+    Diagnostics const faults = namingFaults(*shapes, conversion);
+    report(faults);
+    if (!QDir().mkpath(conversion.folder)) {
+        report({Diagnostic::Severity::Error, conversion.folder, 0, 0,
+            QStringLiteral("cannot be made a folder")});
+        return Outcome::Failed;
+    }
+
+    TextTable table({QStringLiteral("shape"), QStringLiteral(">coordinates"),
+        QStringLiteral(">exact"), QStringLiteral(">worst error")});
+    PresetLearner learner(conversion.input, conversion.adjustments);
+    QSet<QString> names;
+    for (ShapeDefinition const& shape : *shapes) {
+        if (names.contains(shape.name))
+            continue;
+        names << shape.name;
+        auto const learnt = learner.learn(shape);
+        if (!learnt)
+            continue;
+        if (!writeOutput(QDir(conversion.folder).filePath(shape.name + QStringLiteral(".xml")),
+                shapesDocument(learnt->shapes)))
+            return Outcome::Failed;
+        table.addRow({shape.name, QString::number(learnt->coordinates),
+            QString::number(learnt->coordinates - learnt->inexact.size()),
+            errorText(learnt->error)});
+    }
+    if (!printOut(table.toText() + QLatin1Char('\n') + learner.summary() + QLatin1Char('\n')))
+        return Outcome::Failed;
+    return hasWarned || !faults.isEmpty() || learner.hasWarned() ? Outcome::Warned : Outcome::Done;
+}
+
+Outcome convertCustomShapes(QByteArray const& text, QString const& operand, QString const& output)
+{
+    bool hasWarned = false;
+    auto const definitions = definitionsOf(text, operand, readCustomShapes, hasWarned);
+    if (!definitions)
+        return Outcome::Failed;
+    PresetLearner learner(operand, {});
+    Shapes shapes;
+    for (ShapeDefinition const& definition : *definitions) {
+        if (auto const learnt = learner.learn(definition))
+            shapes.insert(shapes.end(), learnt->shapes.begin(), learnt->shapes.end());
+    }
+    if (shapes.empty()) {
+        report({Diagnostic::Severity::Error, operand, 0, 0,
+            QStringLiteral("nothing in it becomes an outline")});
+        return Outcome::Failed;
+    }
+    if (!writeOutput(output, shapesDocument(shapes)))
+        return Outcome::Failed;
+    return hasWarned || learner.hasWarned() ? Outcome::Warned : Outcome::Done;
+}
