@@ -8,6 +8,7 @@ foreach(name IN ITEMS
     tst_outlinefit
     tst_overlaysheet
     tst_rulefit
+    tst_shapebox
     tst_shapes
     tst_shortlines
     tst_slicing
