@@ -1,6 +1,7 @@
 # What all tools share, a class or a set of functions each.
 foreach(name IN ITEMS
     tst_contentkind
+    tst_custgeom
     tst_filecontent
     tst_geometrywalker
     tst_guideformula
