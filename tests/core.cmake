@@ -5,6 +5,7 @@ foreach(name IN ITEMS
     tst_filecontent
     tst_geometrywalker
     tst_guideformula
+    tst_htmlpage
     tst_losses
     tst_outlinefit
     tst_overlaysheet
@@ -28,3 +29,8 @@ kpgeometry_add_test(tst_kpgeomcore
     KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
     KPGEOMETRY_NM="${CMAKE_NM}")
 add_dependencies(tst_kpgeomcore kpgeomcore kpgeom)
+# In a browser, which no sanitizer looks into: the page is what is tested.
+if(NOT KPGEOMETRY_SANITIZERS)
+  find_package(Qt5 5.15 REQUIRED COMPONENTS Network)
+  kpgeometry_add_test(tst_draggedpage LIBRARIES kpgeomcore Qt5::Network)
+endif()
