@@ -92,10 +92,11 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("render a.xml", "no output file given (-o)");
     rowOf("render a.xml -o", "Missing value after '-o'.");
     rowOf("render a.xml -o ''", "no output file given (-o)");
-    rowOf("render a.xml -o -", "the picture's format is none of svg, png and pdf");
-    rowOf("render a.xml -o a.gif", "the picture's format is none of svg, png and pdf");
-    rowOf("render a.xml -o svg", "the picture's format is none of svg, png and pdf");
-    rowOf("render a.xml -o a.svg --format gif", "the picture's format is none of svg, png and pdf");
+    rowOf("render a.xml -o -", "the format is none of svg, png, pdf, html and custgeom.xml");
+    rowOf("render a.xml -o a.gif", "the format is none of svg, png, pdf, html and custgeom.xml");
+    rowOf("render a.xml -o svg", "the format is none of svg, png, pdf, html and custgeom.xml");
+    rowOf("render a.xml -o a.svg --format gif",
+        "the format is none of svg, png, pdf, html and custgeom.xml");
     rowOf("render a.xml -o a.svg --index 0", "--index takes a number from 1, not '0'");
     rowOf("render a.xml -o a.svg --index -1", "--index takes a number from 1, not '-1'");
     rowOf("render a.xml -o a.svg --index 1.5", "--index takes a number from 1, not '1.5'");

@@ -1,0 +1,264 @@
+#include "renderoptions.h"
+
+#include "document/outlinedocument.h"
+#include "paint/colourtext.h"
+
+#include <QFileInfo>
+
+namespace {
+
+/** A number from the command line, or none if the option is not given. */
+struct Measure
+{
+    char const* name;
+    double least;
+    std::optional<double>* target;
+};
+
+/** What is wrong with the numbers, or nothing. */
+std::optional<Diagnostic> readMeasures(
+    CommandLine const& line, DrawingLayout& layout, std::optional<double>& dotsPerInch)
+{
+    Measure const measures[] = {
+        {"scale", 0.0, &layout.scale},
+        {"width", 0.0, &layout.width},
+        {"height", 0.0, &layout.height},
+        {"dpi", 1.0, &dotsPerInch},
+    };
+    for (Measure const& measure : measures) {
+        QString const name = QLatin1String(measure.name);
+        if (!line.isSet(name))
+            continue;
+        *measure.target = factorFromText(line.value(name));
+        if (!*measure.target || **measure.target < measure.least) {
+            return misuse(measure.least > 0.0
+                    ? QStringLiteral("--%1 takes a number from %2").arg(name).arg(measure.least)
+                    : QStringLiteral("--%1 takes a number greater than 0").arg(name));
+        }
+    }
+    if (!line.isSet(QStringLiteral("margin")))
+        return std::nullopt;
+    bool isNumber = false;
+    double const margin = line.value(QStringLiteral("margin")).toDouble(&isNumber);
+    // Written so that NaN fails.
+    if (!isNumber || !(margin >= 0.0 && margin <= 1e6))
+        return misuse(QStringLiteral("--margin takes a number from 0"));
+    layout.margin = margin;
+    return std::nullopt;
+}
+
+struct NamedTarget
+{
+    char const* format; ///< in --format
+    char const* suffix; ///< of a file
+    RenderTarget target;
+};
+
+constexpr NamedTarget namedTargets[] = {
+    {"html", ".html", RenderTarget::Page},
+    {"htm", ".htm", RenderTarget::Page},
+    {"custgeom", ".custgeom.xml", RenderTarget::CustomShapes},
+};
+
+/** What is wrong with the format, or nothing. */
+std::optional<Diagnostic> readTarget(CommandLine const& line, RenderOptions& options)
+{
+    bool const isNamed = line.isSet(QStringLiteral("format"));
+    QString const format = line.value(QStringLiteral("format"));
+    for (NamedTarget const& named : namedTargets) {
+        bool const isMeant = isNamed
+            ? format.compare(QLatin1String(named.format), Qt::CaseInsensitive) == 0
+            : options.output.endsWith(QLatin1String(named.suffix), Qt::CaseInsensitive);
+        if (isMeant) {
+            options.target = named.target;
+            return std::nullopt;
+        }
+    }
+    auto const picture = pictureFormat(isNamed ? format : QFileInfo(options.output).suffix());
+    if (!picture)
+        return misuse(QStringLiteral("the format is none of svg, png, pdf, html and custgeom.xml"));
+    options.settings.format = *picture;
+    return std::nullopt;
+}
+
+/** What goes with pictures, and with what else. */
+struct PictureOption
+{
+    char const* name;
+    bool isForPages;
+};
+
+constexpr PictureOption pictureOptions[] = {
+    {"scale", false},
+    {"width", false},
+    {"height", false},
+    {"margin", false},
+    {"sheet", false},
+    {"whole-files", false},
+    {"background", true},
+    {"points", true},
+    {"fill-rule", true},
+};
+
+/** What is given that does not go with the target, or nothing. */
+std::optional<Diagnostic> strangeOption(CommandLine const& line, RenderTarget target)
+{
+    if (target == RenderTarget::Picture)
+        return std::nullopt;
+    bool const isPage = target == RenderTarget::Page;
+    QString const what = isPage ? QStringLiteral("html") : QStringLiteral("custgeom.xml");
+    for (PictureOption const& option : pictureOptions) {
+        QString const name = QLatin1String(option.name);
+        if (line.isSet(name) && !(isPage && option.isForPages)) {
+            return misuse(option.isForPages
+                    ? QStringLiteral("--%1 goes with pictures and html, not with %2")
+                          .arg(name, what)
+                    : QStringLiteral("--%1 goes with pictures, not with %2").arg(name, what));
+        }
+    }
+    if (line.values(QStringLiteral("size")).size() > 1)
+        return misuse(QStringLiteral("only one --size goes with %1").arg(what));
+    return std::nullopt;
+}
+
+/** What is wrong with the picture's settings, or nothing. */
+std::optional<Diagnostic> readSettings(
+    CommandLine const& line, std::optional<double> dotsPerInch, RenderOptions& options)
+{
+    PictureSettings& settings = options.settings;
+    bool const hasDots =
+        options.target == RenderTarget::Picture && settings.format == PictureFormat::Png;
+    if (dotsPerInch && !hasDots)
+        return misuse(QStringLiteral("--dpi goes with PNG: the other formats have no dots"));
+    settings.dotsPerInch = dotsPerInch.value_or(settings.dotsPerInch);
+    if (!line.isSet(QStringLiteral("background"))) {
+        if (options.target == RenderTarget::Page)
+            settings.background = QColor();
+        return std::nullopt;
+    }
+    QString const background = line.value(QStringLiteral("background"));
+    settings.background =
+        background == QLatin1String("none") ? QColor(Qt::transparent) : colourFromText(background);
+    if (!settings.background.isValid())
+        return misuse(
+            QStringLiteral("--background takes a colour or none, not '%1'").arg(background));
+    return std::nullopt;
+}
+
+/** What is wrong with the choice of outlines and how they are drawn, or nothing. */
+std::optional<Diagnostic> readSelection(CommandLine const& line, RenderOptions& options)
+{
+    for (QString const& text : line.values(QStringLiteral("size"))) {
+        auto const box = sizeFromText(text);
+        if (!box)
+            return misuse(QStringLiteral("--size takes a box like 240x160, not '%1'").arg(text));
+        options.boxes.append(*box);
+    }
+    for (QString const& text : line.values(QStringLiteral("index"))) {
+        int const index = text.toInt();
+        if (index < 1)
+            return misuse(QStringLiteral("--index takes a number from 1, not '%1'").arg(text));
+        options.indices.append(index);
+    }
+    if (line.isSet(QStringLiteral("fill-rule"))) {
+        QString const text = line.value(QStringLiteral("fill-rule"));
+        options.layout.style.fillRule = fillRuleFromText(text);
+        if (!options.layout.style.fillRule)
+            return misuse(
+                QStringLiteral("--fill-rule takes nonzero or evenodd, not '%1'").arg(text));
+    }
+    options.layout.style.showsPoints = line.isSet(QStringLiteral("points"));
+    options.isSheet = line.isSet(QStringLiteral("sheet"));
+    options.isWholeFiles = line.isSet(QStringLiteral("whole-files"));
+    return std::nullopt;
+}
+
+/** What of the options does not go together, or nothing. */
+std::optional<Diagnostic> conflictOf(RenderOptions const& options)
+{
+    DrawingLayout const& layout = options.layout;
+    if (options.isWholeFiles && !options.isSheet)
+        return misuse(QStringLiteral("--whole-files goes with --sheet"));
+    if (options.boxes.size() > 1 && !options.isSheet)
+        return misuse(QStringLiteral("several sizes need --sheet"));
+    if (layout.scale && options.isSheet)
+        return misuse(QStringLiteral("--scale does not go with --sheet: figures fill their cells"));
+    if ((layout.width || layout.height || layout.margin) && options.isSheet)
+        return misuse(QStringLiteral("--width, --height and --margin do not go with --sheet"));
+    if (layout.scale && (layout.width || layout.height))
+        return misuse(QStringLiteral("--scale does not go with --width or --height"));
+    if (!hasRoom(layout))
+        return misuse(QStringLiteral("--width and --height leave no room within the --margin"));
+    return std::nullopt;
+}
+
+} // namespace
+
+void addRenderOptions(CommandLine& line)
+{
+    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+        QStringLiteral("Write to <OUT>; its suffix is the format: a picture (svg, png, pdf), a "
+                       "page with a box to drag (html), or DrawingML (custgeom.xml)."),
+        QStringLiteral("OUT")});
+    line.addOption({QStringLiteral("format"),
+        QStringLiteral("The format: svg, png, pdf, html or custgeom. Needed with -o -."),
+        QStringLiteral("NAME")});
+    line.addOption({QStringLiteral("index"),
+        QStringLiteral("Draw only outline <N> of each file, counting from 1. Repeatable."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("size"),
+        QStringLiteral(
+            "Resize the outlines to this box, a page's at first. Repeatable with --sheet."),
+        QStringLiteral("WxH")});
+    line.addOption({QStringLiteral("scale"),
+        QStringLiteral("Pixels of 1/96 inch a unit. By default 1, or less for a large drawing."),
+        QStringLiteral("FACTOR")});
+    line.addOption({QStringLiteral("width"),
+        QStringLiteral("Make the picture this wide, in pixels of 1/96 inch."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("height"),
+        QStringLiteral("Make the picture this high. With --width the drawing fits into both."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("margin"),
+        QStringLiteral("Leave <N> pixels around the drawing; with --size around just the box, and "
+                       "what lies beyond is cut off. By default 10, and nothing is cut off."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("dpi"),
+        QStringLiteral("Dots an inch of a PNG file, by default 96."), QStringLiteral("N")});
+    line.addOption({QStringLiteral("background"),
+        QStringLiteral(
+            "The colour behind the drawing, by default white, of a page as the screen is; "
+            "none for no ground."),
+        QStringLiteral("COLOUR")});
+    line.addOption({QStringLiteral("sheet"),
+        QStringLiteral("Draw a contact sheet: a cell for each outline and size, with captions.")});
+    line.addOption({QStringLiteral("whole-files"),
+        QStringLiteral("With --sheet: a cell for each file, its outlines over one another.")});
+    line.addOption({QStringLiteral("points"),
+        QStringLiteral("Show all points, control points and binding rules; a page, at first.")});
+    line.addOption({QStringLiteral("fill-rule"),
+        QStringLiteral("nonzero (the default) or evenodd."), QStringLiteral("RULE")});
+}
+
+std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptions& options)
+{
+    options.output = line.value(QStringLiteral("output"));
+    if (options.output.isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    std::optional<double> dotsPerInch;
+    if (auto fault = readMeasures(line, options.layout, dotsPerInch))
+        return fault;
+    if (auto fault = readTarget(line, options))
+        return fault;
+    if (auto fault = strangeOption(line, options.target))
+        return fault;
+    if (auto fault = readSettings(line, dotsPerInch, options))
+        return fault;
+    if (auto fault = readSelection(line, options))
+        return fault;
+    if (auto fault = conflictOf(options))
+        return fault;
+    if (!options.isSheet && !options.boxes.isEmpty())
+        options.layout.box = options.boxes.first();
+    return std::nullopt;
+}
