@@ -1,4 +1,6 @@
 #include "kpgeomtesting.h"
+#include "outlinetesting.h"
+#include "segmentkind_p.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -37,6 +39,8 @@ private Q_SLOTS:
     void documentsWithoutOutlinesFail_data();
     void documentsWithoutOutlinesFail();
     void pageInTheDocumentationIsUpToDate();
+    void examplesComeBackFromCustomShapes_data();
+    void examplesComeBackFromCustomShapes();
 };
 
 namespace {
@@ -395,6 +399,79 @@ void TestKpgeomExport::pageInTheDocumentationIsUpToDate()
     QFile committed(top.filePath("docs/shape.html"));
     QVERIFY(committed.open(QIODevice::ReadOnly));
     QVERIFY(committed.readAll() == place.read("shape.html"));
+}
+
+namespace {
+
+/** The outlines of a document in a box, each as "MLCE" of its segments and its reals. */
+struct Evaluated
+{
+    QString kinds;
+    QVector<double> reals;
+};
+
+QVector<Evaluated> evaluated(QByteArray const& xml, QSizeF const& box)
+{
+    QVector<Evaluated> outlines;
+    QDomDocument const document = OutlineTesting::domDocument(xml);
+    QDomNodeList const elements = document.elementsByTagName("Geometry");
+    for (int i = 0; i < elements.size(); ++i) {
+        KpPathSegList list;
+        list.parse(elements.at(i).toElement(), 0);
+        list.updateValue(box.width(), box.height());
+        Evaluated outline;
+        // An ellipse is closed with or without the flag, and comes back with it.
+        bool const isClosed =
+            list.closed || (list.segs.size() == 1 && list.segs.first()->toEllipse());
+        outline.kinds = isClosed ? "closed " : "open ";
+        for (KpPathSeg* const seg : qAsConst(list.segs)) {
+            outline.kinds += QString::number(seg->type);
+            SegmentKind::forEachReal(
+                *seg, [&outline](KpReal const& real) { outline.reals << real.value; });
+        }
+        outlines << outline;
+    }
+    return outlines;
+}
+
+} // namespace
+
+void TestKpgeomExport::examplesComeBackFromCustomShapes_data()
+{
+    QTest::addColumn<QString>("file");
+    for (QFileInfo const& file : QDir(KPGEOMETRY_EXAMPLES).entryInfoList({"*.xml"}))
+        QTest::newRow(qPrintable(file.completeBaseName())) << file.filePath();
+    QVERIFY(QDir(KPGEOMETRY_EXAMPLES).entryList({"*.xml"}).size() >= 8);
+}
+
+void TestKpgeomExport::examplesComeBackFromCustomShapes()
+{
+    QFETCH(QString, file);
+    Workplace const place;
+    QSizeF const size(240, 160);
+    COMPARE_EXIT(place.run({"render", file, "--size", "240x160", "-o", "shape.custgeom.xml"}), 0);
+    COMPARE_EXIT(place.run({"convert", "shape.custgeom.xml", "-o", "back.xml"}), 0);
+    QFile original(file);
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    QByteArray const before = original.readAll();
+    QByteArray const after = place.read("back.xml");
+    double const unit = 9525.0;
+    for (QSizeF const& box : {size, QSizeF(160, 240), QSizeF(640, 160), QSizeF(100, 400)}) {
+        auto const expected = evaluated(before, box);
+        auto const actual = evaluated(after, unit * box);
+        QCOMPARE(actual.size(), expected.size());
+        QVERIFY(!expected.isEmpty());
+        for (int i = 0; i < expected.size(); ++i) {
+            QCOMPARE(actual.at(i).kinds, expected.at(i).kinds);
+            for (int r = 0; r < expected.at(i).reals.size(); ++r) {
+                double const error =
+                    std::abs(actual.at(i).reals.at(r) / unit - expected.at(i).reals.at(r));
+                QVERIFY2(error <= 1e-5 * qMax(box.width(), box.height()),
+                    qPrintable(
+                        QString("outline %1, real %2 is off by %3").arg(i).arg(r).arg(error)));
+            }
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomExport)
