@@ -87,6 +87,11 @@ bool isByproduct(Symbol const& symbol)
         && (symbol.name.startsWith("_ZTIF") || symbol.name.startsWith("_ZTSF")
             || symbol.name.startsWith("__odr_asan")))
         return true;
+    // Where fuzz targets are built, so are marks of the sections that count the branches.
+    if (sanitized
+        && (symbol.name.startsWith("__start___sancov")
+            || symbol.name.startsWith("__stop___sancov")))
+        return true;
     // The run-time library of gcov is linked into each library.
     return measured && (symbol.name.startsWith("__gcov_") || symbol.name == "mangle_path");
 }
