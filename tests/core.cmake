@@ -7,9 +7,11 @@ foreach(name IN ITEMS
     tst_guideformula
     tst_htmlpage
     tst_losses
+    tst_outlinediff
     tst_outlinefit
     tst_overlaysheet
     tst_rulefit
+    tst_sequencealignment
     tst_shapebox
     tst_shapes
     tst_shortlines

@@ -169,7 +169,7 @@ void TestKpgeom::helpIsPrinted()
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.out, QByteArray(R"(Usage: kpgeom COMMAND ...
 
-Reads, draws, resizes, makes and checks outlines; applies colour transforms;
+Reads, draws, resizes, makes, checks and compares outlines; applies colour transforms;
 converts lengths; blurs pictures; digests files; shows and changes recent files.
 
 Commands:
@@ -180,6 +180,7 @@ Commands:
   fit       Learns how outlines follow their box from drawings at several sizes.
   bind      Binds the outlines of one drawing to its margins.
   check     Says what reading, saving and undo change in outlines.
+  diff      Says where the outlines of two documents differ in meaning.
   colour    Applies colour transforms in order.
   units     Converts a length to another unit, or to all.
   pages     Lists the predefined page sizes.
@@ -189,6 +190,7 @@ Commands:
 
 "kpgeom COMMAND --help" explains a command. "-" is standard input or output.
 Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done with warnings.
+Of diff: 0 the same, 1 different, 2 anything else.
 )"));
     QCOMPARE(place.run({"-h"}).out, result.out);
 }
@@ -206,6 +208,7 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
     QTest::newRow("bind") << QByteArray(
         "Usage: kpgeom bind [options] FILE --slices L,T,R,B -o OUT.xml\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
+    QTest::newRow("diff") << QByteArray("Usage: kpgeom diff [options] A B\n");
     QTest::newRow("colour") << QByteArray(
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");

@@ -38,6 +38,7 @@ Outcome runConvert(Command const& command, QStringList const& arguments);
 Outcome runFit(Command const& command, QStringList const& arguments);
 Outcome runBind(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
+Outcome runDiff(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);
 Outcome runPages(Command const& command, QStringList const& arguments);

@@ -29,6 +29,8 @@ constexpr Command commands[] = {
         "Binds the outlines of one drawing to its margins.", runBind},
     {"check", "FILE...", fileHelp, "Says what reading, saving and undo change in outlines.",
         runCheck},
+    {"diff", "A B", fileHelp, "Says where the outlines of two documents differ in meaning.",
+        runDiff},
     {"colour", "COLOUR... [TRANSFORM=VALUE...]",
         "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.",
         "Applies colour transforms in order.", runColour},
@@ -48,7 +50,7 @@ QString helpText()
 {
     QString text = QStringLiteral(
         "Usage: kpgeom COMMAND ...\n\n"
-        "Reads, draws, resizes, makes and checks outlines; applies colour transforms;\n"
+        "Reads, draws, resizes, makes, checks and compares outlines; applies colour transforms;\n"
         "converts lengths; blurs pictures; digests files; shows and changes recent files.\n\n"
         "Commands:\n");
     for (Command const& command : commands) {
@@ -60,7 +62,8 @@ QString helpText()
         + QStringLiteral("\n\"kpgeom COMMAND --help\" explains a command. \"-\" is standard input "
                          "or output.\n"
                          "Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, "
-                         "3 done with warnings.\n");
+                         "3 done with warnings.\n"
+                         "Of diff: 0 the same, 1 different, 2 anything else.\n");
 }
 
 Outcome run(QStringList const& arguments)

@@ -1,0 +1,121 @@
+#include "check/outlinediff.h"
+#include "commandline.h"
+#include "console.h"
+#include "documentinput.h"
+#include "progress.h"
+
+#include <cmath>
+#include <new>
+
+namespace {
+
+// As programs that compare files have it: a difference must not be taken for a failure to compare.
+constexpr Outcome same = Outcome::Done;
+constexpr Outcome different = Outcome::Failed;
+constexpr Outcome trouble = Outcome::Misused;
+
+/** Prints lines, many at a time. */
+class LinePrinter
+{
+public:
+    /** False if it cannot be printed. */
+    bool print(QString const& line)
+    {
+        m_lines += line + QLatin1Char('\n');
+        constexpr int manyCharacters = 1 << 16;
+        return m_lines.size() < manyCharacters || flush();
+    }
+
+    bool flush()
+    {
+        Progress::clear();
+        m_isPrinted = m_isPrinted && (m_lines.isEmpty() || printOut(m_lines));
+        m_lines.clear();
+        return m_isPrinted;
+    }
+
+private:
+    QString m_lines;
+    bool m_isPrinted = true;
+};
+
+struct DiffOptions
+{
+    std::optional<double> tolerance;
+    bool isQuiet = false;
+};
+
+/** The document, if it is one of outlines. */
+std::optional<OutlineDocument> loadOutlines(QString const& operand, Progress& progress)
+{
+    progress.step();
+    auto document = loadDocument(operand, progress.ofStep());
+    if (document && document->isSvgPicture())
+        document.reset(); // nothing in it is compared, which must not look like sameness
+    return document;
+}
+
+Outcome compare(QStringList const& operands, DiffOptions const& options)
+{
+    Progress progress(operands);
+    auto const before = loadOutlines(operands.first(), progress);
+    auto const after = loadOutlines(operands.last(), progress);
+    if (!before || !after)
+        return trouble;
+    Outcome outcome = same;
+    LinePrinter printer;
+    bool isPrinted = true;
+    reportDifferences(*before, *after, options.tolerance, [&](OutlineDifference const& difference) {
+        outcome = different;
+        if (options.isQuiet)
+            return false;
+        bool const isBefore = difference.side == OutlineDifference::Side::Before;
+        QString const file = isBefore ? before->file() : after->file();
+        isPrinted = printer.print(
+            QStringLiteral("%1: ").arg(displayName(file)) + differenceText(difference));
+        return isPrinted;
+    });
+    return printer.flush() && isPrinted ? outcome : trouble;
+}
+
+/** Nothing for what is no number of units from 0. */
+std::optional<double> toleranceFromText(QString const& text)
+{
+    bool isNumber = false;
+    double const tolerance = text.toDouble(&isNumber);
+    if (isNumber && tolerance >= 0.0 && std::isfinite(tolerance))
+        return tolerance;
+    return std::nullopt;
+}
+
+} // namespace
+
+Outcome runDiff(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    line.addOption({QStringLiteral("tolerance"),
+        QStringLiteral("How far values may be apart, in units; 0 compares them exactly. By "
+                       "default their six digits must be the same."),
+        QStringLiteral("UNITS")});
+    line.addOption({{QStringLiteral("q"), QStringLiteral("quiet")},
+        QStringLiteral("Print nothing; the exit status tells.")});
+    if (auto const end = line.parse(arguments))
+        return *end;
+    QStringList const operands = line.operands();
+    if (operands.size() != 2)
+        return line.misused(misuse(QStringLiteral("exactly two files are needed")));
+    if (operands.first() == operands.last() && operands.first() == QLatin1String("-"))
+        return line.misused(misuse(QStringLiteral("only one of the files can be standard input")));
+    DiffOptions options {std::nullopt, line.isSet(QStringLiteral("quiet"))};
+    if (line.isSet(QStringLiteral("tolerance"))) {
+        options.tolerance = toleranceFromText(line.value(QStringLiteral("tolerance")));
+        if (!options.tolerance)
+            return line.misused(misuse(QStringLiteral("--tolerance takes a number from 0")));
+    }
+    try {
+        return compare(operands, options);
+    } catch (std::bad_alloc const&) {
+        report(misuse(QStringLiteral("kpgeom: out of memory")));
+        return trouble;
+    }
+}
