@@ -34,7 +34,8 @@ void OutlineAudit::geometry(QDomElement const& element, KpPathSegList const& lis
         if (KpPathSeg* const seg = walker.enter(child.tagName()))
             segment(child, *seg);
         else
-            m_report(child, QStringLiteral("element %1 is ignored").arg(quote(child.tagName())));
+            m_report(Finding::Ignored, child,
+                QStringLiteral("element %1 is ignored").arg(quote(child.tagName())));
     }
 }
 
@@ -46,9 +47,10 @@ void OutlineAudit::flag(QDomElement const& geometry, QString const& name) const
         QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("true"), QStringLiteral("false")};
     QString const text = geometry.attribute(name);
     if (text.isEmpty())
-        m_report(geometry, QStringLiteral("%1 is empty").arg(name));
+        m_report(Finding::Misread, geometry, QStringLiteral("%1 is empty").arg(name));
     else if (!plain.contains(text, Qt::CaseInsensitive))
-        m_report(geometry, QStringLiteral("%1=\"%2\" reads as false").arg(name, quote(text)));
+        m_report(Finding::Misread, geometry,
+            QStringLiteral("%1=\"%2\" reads as false").arg(name, quote(text)));
 }
 
 void OutlineAudit::segment(QDomElement const& element, KpPathSeg& seg) const
@@ -61,17 +63,18 @@ void OutlineAudit::segment(QDomElement const& element, KpPathSeg& seg) const
         QString const name = child.tagName();
         auto const match = walker.enter(name);
         if (!match.real) {
-            m_report(child,
+            m_report(Finding::Ignored, child,
                 QStringLiteral("element %1 in %2 is ignored").arg(quote(name), element.tagName()));
             continue;
         }
         if (!match.isFirst)
-            m_report(child, QStringLiteral("%1 of %2 is given again").arg(name, element.tagName()));
+            m_report(Finding::Misread, child,
+                QStringLiteral("%1 of %2 is given again").arg(name, element.tagName()));
         coordinate(child);
     }
     for (SegmentWalker::Coordinate const& known : walker.coordinates()) {
         if (!known.isGiven) {
-            m_report(element,
+            m_report(Finding::Misread, element,
                 QStringLiteral("%1 of %2 is missing and reads as 0")
                     .arg(known.letter, element.tagName()));
         }
@@ -84,7 +87,7 @@ void OutlineAudit::coordinate(QDomElement const& element) const
     texts(element);
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
-        m_report(child,
+        m_report(Finding::Ignored, child,
             QStringLiteral("element %1 in %2 is ignored")
                 .arg(quote(child.tagName()), element.tagName()));
     }
@@ -100,17 +103,19 @@ void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute)
         QStringLiteral("%1 %2=\"%3\"").arg(coordinate.tagName(), attribute, quote(text));
     if (!coordinate.hasAttribute(attribute)) {
         if (attribute == GeometryFormat::value())
-            m_report(coordinate, QStringLiteral("%1 has no V").arg(coordinate.tagName()));
+            m_report(Finding::Misread, coordinate,
+                QStringLiteral("%1 has no V").arg(coordinate.tagName()));
         return;
     }
     bool isNumber = false;
     double const number = text.toDouble(&isNumber);
     if (text.isEmpty())
-        m_report(coordinate, QStringLiteral("%1 is empty").arg(shown));
+        m_report(Finding::Misread, coordinate, QStringLiteral("%1 is empty").arg(shown));
     else if (!isNumber)
-        m_report(coordinate, QStringLiteral("%1 is no number and reads as 0").arg(shown));
+        m_report(Finding::Misread, coordinate,
+            QStringLiteral("%1 is no number and reads as 0").arg(shown));
     else if (!std::isfinite(number))
-        m_report(coordinate, QStringLiteral("%1 is not finite").arg(shown));
+        m_report(Finding::Ignored, coordinate, QStringLiteral("%1 is not finite").arg(shown));
 }
 
 void OutlineAudit::base(QDomElement const& coordinate) const
@@ -123,13 +128,15 @@ void OutlineAudit::base(QDomElement const& coordinate) const
     int const number = text.toInt(&isNumber);
     qint16 const base = NumberText::toBase(text);
     if (text.isEmpty())
-        m_report(coordinate, QStringLiteral("%1 is empty").arg(shown));
+        m_report(Finding::Misread, coordinate, QStringLiteral("%1 is empty").arg(shown));
     else if (!isNumber)
-        m_report(coordinate, QStringLiteral("%1 is no number and reads as 0").arg(shown));
+        m_report(Finding::Misread, coordinate,
+            QStringLiteral("%1 is no number and reads as 0").arg(shown));
     else if (number != base)
-        m_report(coordinate, QStringLiteral("%1 reads as %2").arg(shown, QString::number(base)));
+        m_report(Finding::Misread, coordinate,
+            QStringLiteral("%1 reads as %2").arg(shown, QString::number(base)));
     else if (ruleOf(base) == unknownRule)
-        m_report(coordinate, QStringLiteral("%1 is no binding rule").arg(shown));
+        m_report(Finding::Ignored, coordinate, QStringLiteral("%1 is no binding rule").arg(shown));
 }
 
 void OutlineAudit::attributes(QDomElement const& element, QStringList const& known) const
@@ -143,8 +150,8 @@ void OutlineAudit::attributes(QDomElement const& element, QStringList const& kno
     }
     ignored.sort();
     for (QString const& name : qAsConst(ignored)) {
-        m_report(
-            element, QStringLiteral("attribute %1 of %2 is ignored").arg(name, element.tagName()));
+        m_report(Finding::Ignored, element,
+            QStringLiteral("attribute %1 of %2 is ignored").arg(name, element.tagName()));
     }
 }
 
@@ -153,7 +160,7 @@ void OutlineAudit::texts(QDomElement const& element) const
     for (QDomNode child = element.firstChild(); !child.isNull(); child = child.nextSibling()) {
         // Where a text node stands is not known, so the message names the element around it.
         if (child.isText() && !child.nodeValue().trimmed().isEmpty()) {
-            m_report(element,
+            m_report(Finding::Ignored, element,
                 QStringLiteral("text \"%1\" in %2 is ignored")
                     .arg(quote(child.nodeValue()), element.tagName()));
         }

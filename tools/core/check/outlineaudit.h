@@ -17,8 +17,14 @@
 class OutlineAudit
 {
 public:
-    /** Told each finding: the element that it is about, and what it is. */
-    using Report = std::function<void(QDomNode const&, QString const&)>;
+    /** What becomes of it when the outline is written anew as it was read. */
+    enum class Finding {
+        Ignored, ///< readers pass it over, or take it as it is
+        Misread ///< it reads otherwise than it looks, which is not to be seen any more then
+    };
+
+    /** Told each finding: its sort, the element that it is about, and what it is. */
+    using Report = std::function<void(Finding, QDomNode const&, QString const&)>;
 
     /** @param report called for each finding */
     explicit OutlineAudit(Report const& report)

@@ -150,12 +150,19 @@ bool isInsideOutline(QDomElement const& element)
     return false;
 }
 
+/** What is looked for. */
+enum class Scope {
+    Everything, ///< as checkOutlines()
+    Reading ///< as checkReading()
+};
+
 /** Collects the findings of one document. */
 class Checker
 {
 public:
-    explicit Checker(OutlineDocument const& document)
+    Checker(OutlineDocument const& document, Scope scope)
         : m_file(document.file())
+        , m_scope(scope)
         , m_byStream(readByStream(document.text(), m_reader))
     {
         for (Outline const& outline : document.outlines())
@@ -185,12 +192,20 @@ private:
 
     void check(Outline const& outline)
     {
-        KpPathSegList& list = *outline.list;
-        OutlineAudit([this, &outline](QDomNode const& node, QString const& what) {
-            report(outline, node, what);
-        }).geometry(outline.element, list);
+        using Finding = OutlineAudit::Finding;
+        OutlineAudit([this, &outline](Finding finding, QDomNode const& node, QString const& what) {
+            if (m_scope == Scope::Everything || finding == Finding::Misread)
+                report(outline, node, what);
+        }).geometry(outline.element, *outline.list);
         checkReaders(outline);
+        if (m_scope == Scope::Everything)
+            checkTrips(outline);
+    }
 
+    /** What becomes of the outline as it is saved, undone and drawn. */
+    void checkTrips(Outline const& outline)
+    {
+        KpPathSegList& list = *outline.list;
         ListPointer const fromDom = throughDom(list);
         ListPointer const fromStream = throughStream(list);
         reportChanges(outline, QStringLiteral("saving changes it"), changes(list, *fromDom));
@@ -215,8 +230,10 @@ private:
     void checkReaders(Outline const& outline)
     {
         if (isInsideOutline(outline.element)) {
-            report(outline, outline.element,
-                QStringLiteral("it stands inside another outline, whose readers skip it"));
+            if (m_scope == Scope::Everything) {
+                report(outline, outline.element,
+                    QStringLiteral("it stands inside another outline, whose readers skip it"));
+            }
             return;
         }
         if (m_nextByStream == m_byStream.size())
@@ -232,6 +249,7 @@ private:
     }
 
     QString const m_file;
+    Scope const m_scope;
     QXmlStreamReader m_reader;
     std::vector<ListPointer> m_byStream;
     std::size_t m_nextByStream = 0;
@@ -242,5 +260,10 @@ private:
 
 Diagnostics checkOutlines(OutlineDocument const& document)
 {
-    return Checker(document).diagnostics();
+    return Checker(document, Scope::Everything).diagnostics();
+}
+
+Diagnostics checkReading(OutlineDocument const& document)
+{
+    return Checker(document, Scope::Reading).diagnostics();
 }

@@ -10,4 +10,10 @@
  */
 Diagnostics checkOutlines(OutlineDocument const& document);
 
+/**
+ * Of these, what is not to be seen any more when the outlines are written anew as the DOM reader
+ * reads them: what reads otherwise than it looks, and in what the stream reader differs.
+ */
+Diagnostics checkReading(OutlineDocument const& document);
+
 #endif // OUTLINECHECK_H

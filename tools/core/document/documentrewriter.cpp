@@ -1,6 +1,7 @@
 #include "document/documentrewriter.h"
 
 #include "document/geometrywalker.h"
+#include "document/writetext.h"
 #include "geometryformat_p.h"
 #include "numbertext_p.h"
 #include "xmlstreamwriter.h"
@@ -72,14 +73,7 @@ private:
             m_writer.writeCurrentToken(m_reader);
             return;
         }
-        // A carriage return in a text was a character reference; as such it would become a
-        // line feed when the copy is read.
-        QStringList const parts = m_reader.text().toString().split(QLatin1Char('\r'));
-        for (int i = 0; i < parts.size(); ++i) {
-            if (i > 0)
-                m_writer.writeEntityReference(QStringLiteral("#13"));
-            m_writer.writeCharacters(parts.at(i));
-        }
+        writeText(m_writer, m_reader.text().toString());
     }
 
     /** As writeCurrentToken(), which would leave out a prefix here. */

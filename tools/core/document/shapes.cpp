@@ -14,10 +14,7 @@ namespace {
 void writeCoordinate(XmlStreamWriter& writer, QString const& letter, KpReal const& real)
 {
     writer.writeStartElement(letter);
-    writer.writeAttribute(GeometryFormat::value(), NumberText::fromReal(real.value));
-    writer.writeAttribute(GeometryFormat::base(), NumberText::fromBase(real.base));
-    if (real.base != KpReal::Absolute)
-        writer.writeAttribute(GeometryFormat::rate(), NumberText::fromReal(real.rate));
+    writeReal(writer, real);
     writer.writeEndElement();
 }
 
@@ -44,12 +41,25 @@ void writeShape(XmlStreamWriter& writer, Shape const& shape)
 
 } // namespace
 
-void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list)
+void writeFlags(XmlStreamWriter& writer, KpPathSegList const& list)
 {
-    writer.writeStartElement(GeometryFormat::geometry());
     writer.writeAttribute(GeometryFormat::closed(), list.closed ? "1" : "0");
     writeFlag(writer, GeometryFormat::noFill(), list.noFill);
     writeFlag(writer, GeometryFormat::noLine(), list.noLine);
+}
+
+void writeReal(XmlStreamWriter& writer, KpReal const& real)
+{
+    writer.writeAttribute(GeometryFormat::value(), NumberText::fromReal(real.value));
+    writer.writeAttribute(GeometryFormat::base(), NumberText::fromBase(real.base));
+    if (real.base != KpReal::Absolute)
+        writer.writeAttribute(GeometryFormat::rate(), NumberText::fromReal(real.rate));
+}
+
+void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list)
+{
+    writer.writeStartElement(GeometryFormat::geometry());
+    writeFlags(writer, list);
     for (KpPathSeg* const seg : list.segs) {
         auto const* const kind =
             SegmentKind::find([seg](auto const& known) { return known.type == seg->type; });

@@ -32,6 +32,12 @@ using Shapes = std::vector<Shape>;
  */
 void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list);
 
+/** Writes the flags of an outline on its start tag: Closed, the others only if they are set. */
+void writeFlags(XmlStreamWriter& writer, KpPathSegList const& list);
+
+/** Writes a coordinate on its start tag: value and rule, the rate only where the rule takes one. */
+void writeReal(XmlStreamWriter& writer, KpReal const& real);
+
 /**
  * The document of the shapes, in UTF-8: a root with an element a shape, around its Geometry.
  * Numbers have six significant digits. Characters of names that XML forbids are replaced.
