@@ -7,6 +7,7 @@ foreach(name IN ITEMS
     tst_guideformula
     tst_htmlpage
     tst_losses
+    tst_markup
     tst_outlinediff
     tst_outlinefit
     tst_overlaysheet
@@ -19,6 +20,7 @@ foreach(name IN ITEMS
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
+kpgeometry_add_test(tst_documentnormalizer LIBRARIES kpgeomcore kpgeometry_private)
 # Only a process has a message handler, so the log of messages is the tool's own.
 kpgeometry_add_test(tst_messagelog
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp

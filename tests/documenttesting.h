@@ -34,6 +34,128 @@ inline QByteArray line(double x, double y)
         .toUtf8();
 }
 
+/** One of several texts. */
+inline QByteArray oneOf(QRandomGenerator& random, QList<QByteArray> const& texts)
+{
+    return texts.at(random.bounded(texts.size()));
+}
+
+/**
+ * Random documents that hold whatever readers pass over, take otherwise than it looks, or
+ * differ in.
+ */
+class OddDocuments
+{
+public:
+    explicit OddDocuments(QRandomGenerator& random)
+        : m_random(random)
+    {
+    }
+
+    /** The next one. */
+    QByteArray next()
+    {
+        return foreign() + "<D xmlns:p=\"urn:p\">" + content(3) + "</D>" + foreign();
+    }
+
+private:
+    bool chance(int oneIn) { return m_random.bounded(oneIn) == 0; }
+
+    QByteArray oneOf(QList<QByteArray> const& texts)
+    {
+        return DocumentTesting::oneOf(m_random, texts);
+    }
+
+    /** What may stand outside the root as well. */
+    QByteArray foreign()
+    {
+        return chance(4) ? oneOf({"<!-- one\n  two -->", "<?go on ?>", "\n", "<!---->"}) : "";
+    }
+
+    QByteArray text()
+    {
+        return chance(4) ? oneOf({"text", " a  b\n", "&amp;", "&#13;", "\n\t", " ",
+                   "<![CDATA[ <&> ]]>", "\u00a0"})
+                         : "";
+    }
+
+    QByteArray attributes()
+    {
+        return chance(4) ? oneOf({" z=\"1\" a=\"2\"", " p:V=\"3\"", " Name=\" n&#10;m \"",
+                   " v='\"'", " xml:space=\"preserve\"", " FillRule=\"evenodd\""})
+                         : "";
+    }
+
+    QByteArray content(int depth)
+    {
+        QByteArray xml;
+        for (int i = m_random.bounded(4); i > 0; --i) {
+            xml += text() + foreign();
+            if (chance(2))
+                xml += geometry(depth);
+            else if (depth > 0)
+                xml += "<E" + attributes() + ">" + content(depth - 1) + "</E>";
+            else
+                xml += "<E" + attributes() + "/>";
+        }
+        return xml + text();
+    }
+
+    QByteArray geometry(int depth)
+    {
+        QByteArray xml =
+            "<Geometry" + flag("Closed") + flag("NoFill") + flag("NoLine") + attributes() + ">";
+        for (int i = m_random.bounded(5); i > 0; --i) {
+            xml += text() + foreign();
+            QByteArray const name =
+                oneOf({"MoveTo", "LineTo", "LineTo", "CurveTo", "Ellipse", "Arc", "p:LineTo"});
+            xml += chance(12) && depth > 0 ? "<N>" + content(depth - 1) + "</N>" : segment(name);
+        }
+        return xml + text() + "</Geometry>";
+    }
+
+    QByteArray flag(QByteArray const& name)
+    {
+        return chance(3)
+            ? ' ' + name + "=\"" + oneOf({"0", "1", "true", "TRUE", "no", "", " 1"}) + '"'
+            : "";
+    }
+
+    QByteArray segment(QByteArray const& name)
+    {
+        QByteArray xml = '<' + name + attributes() + '>';
+        for (char const* const letter : {"X", "Y", "A", "B", "C", "D"}) {
+            xml += text() + foreign();
+            xml += chance(8) ? "" : coordinate(letter);
+            xml += chance(8) ? coordinate(oneOf({"X", "Y", "A", "B", "C", "D", "p:X", "Z"})) : "";
+        }
+        return xml + "</" + name + '>';
+    }
+
+    QByteArray coordinate(QByteArray const& letter)
+    {
+        QByteArray xml = '<' + letter + attributes();
+        if (!chance(8))
+            xml += " V=\"" + number() + '"';
+        if (!chance(4))
+            xml += " B=\""
+                + oneOf({"0", "1", "2", "3", "4", "5", "6", "7", "8", "-1", "70000", "", "x"})
+                + '"';
+        if (!chance(4))
+            xml += " P=\"" + number() + '"';
+        return xml + '>' + text() + foreign() + "</" + letter + '>';
+    }
+
+    QByteArray number()
+    {
+        return chance(4)
+            ? oneOf({"", "x", "nan", "-inf", "1e999", " 5 ", "0x10", "-0", "1e-320"})
+            : QByteArray::number(Testing::awkwardReal(m_random), 'g', 1 + m_random.bounded(17));
+    }
+
+    QRandomGenerator& m_random;
+};
+
 } // namespace DocumentTesting
 
 #endif // DOCUMENTTESTING_H

@@ -173,20 +173,21 @@ Reads, draws, resizes, makes, checks and compares outlines; applies colour trans
 converts lengths; blurs pictures; digests files; shows and changes recent files.
 
 Commands:
-  info      Says what outlines the documents hold.
-  render    Draws outlines.
-  resize    Fits the outlines of a document to a box of another size.
-  convert   Makes a document of an SVG picture or of text in a font.
-  fit       Learns how outlines follow their box from drawings at several sizes.
-  bind      Binds the outlines of one drawing to its margins.
-  check     Says what reading, saving and undo change in outlines.
-  diff      Says where the outlines of two documents differ in meaning.
-  colour    Applies colour transforms in order.
-  units     Converts a length to another unit, or to all.
-  pages     Lists the predefined page sizes.
-  blur      Blurs a picture, or puts a blurred shadow under it.
-  digest    Prints the application's own digest of files. It is not the published MD5.
-  recent    Shows and changes the recent files of a configuration directory.
+  info       Says what outlines the documents hold.
+  render     Draws outlines.
+  resize     Fits the outlines of a document to a box of another size.
+  convert    Makes a document of an SVG picture or of text in a font.
+  fit        Learns how outlines follow their box from drawings at several sizes.
+  bind       Binds the outlines of one drawing to its margins.
+  check      Says what reading, saving and undo change in outlines.
+  diff       Says where the outlines of two documents differ in meaning.
+  normalize  Spells a document in the one way that line diffs can compare.
+  colour     Applies colour transforms in order.
+  units      Converts a length to another unit, or to all.
+  pages      Lists the predefined page sizes.
+  blur       Blurs a picture, or puts a blurred shadow under it.
+  digest     Prints the application's own digest of files. It is not the published MD5.
+  recent     Shows and changes the recent files of a configuration directory.
 
 "kpgeom COMMAND --help" explains a command. "-" is standard input or output.
 Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done with warnings.
@@ -209,6 +210,7 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
         "Usage: kpgeom bind [options] FILE --slices L,T,R,B -o OUT.xml\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
     QTest::newRow("diff") << QByteArray("Usage: kpgeom diff [options] A B\n");
+    QTest::newRow("normalize") << QByteArray("Usage: kpgeom normalize [options] FILE\n");
     QTest::newRow("colour") << QByteArray(
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");

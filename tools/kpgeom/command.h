@@ -39,6 +39,7 @@ Outcome runFit(Command const& command, QStringList const& arguments);
 Outcome runBind(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runDiff(Command const& command, QStringList const& arguments);
+Outcome runNormalize(Command const& command, QStringList const& arguments);
 Outcome runColour(Command const& command, QStringList const& arguments);
 Outcome runUnits(Command const& command, QStringList const& arguments);
 Outcome runPages(Command const& command, QStringList const& arguments);

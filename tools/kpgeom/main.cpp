@@ -31,6 +31,8 @@ constexpr Command commands[] = {
         runCheck},
     {"diff", "A B", fileHelp, "Says where the outlines of two documents differ in meaning.",
         runDiff},
+    {"normalize", "FILE", fileHelp, "Spells a document in the one way that line diffs can compare.",
+        runNormalize},
     {"colour", "COLOUR... [TRANSFORM=VALUE...]",
         "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.",
         "Applies colour transforms in order.", runColour},
@@ -55,7 +57,7 @@ QString helpText()
         "Commands:\n");
     for (Command const& command : commands) {
         text += QStringLiteral("  %1  %2\n")
-                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.name), -9)
                     .arg(QLatin1String(command.summary));
     }
     return text
