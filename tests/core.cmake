@@ -2,6 +2,7 @@
 foreach(name IN ITEMS
     tst_contentkind
     tst_custgeom
+    tst_documentnormalizer
     tst_filecontent
     tst_geometrywalker
     tst_guideformula
@@ -20,7 +21,6 @@ foreach(name IN ITEMS
     tst_text)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
-kpgeometry_add_test(tst_documentnormalizer LIBRARIES kpgeomcore kpgeometry_private)
 # Only a process has a message handler, so the log of messages is the tool's own.
 kpgeometry_add_test(tst_messagelog
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp

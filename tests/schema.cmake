@@ -1,0 +1,9 @@
+# The schema of documents, by what xmllint says of them.
+kpgeometry_add_test(tst_schema
+  LIBRARIES kpgeomcore util
+  DEFINITIONS
+    KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
+    KPGEOMETRY_SCHEMA="${PROJECT_SOURCE_DIR}/schema"
+    KPGEOMETRY_EXAMPLES="${PROJECT_SOURCE_DIR}/examples"
+  TIMEOUT 300)
+add_dependencies(tst_schema kpgeom)
