@@ -12,6 +12,7 @@ foreach(name IN ITEMS
     tst_outlinediff
     tst_outlinefit
     tst_overlaysheet
+    tst_pathdata
     tst_rulefit
     tst_sequencealignment
     tst_shapebox

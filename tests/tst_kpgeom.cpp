@@ -85,6 +85,15 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("info", "no file given");
     rowOf("info --nonsense a.xml", "Unknown option 'nonsense'.");
     rowOf("info --json=yes a.xml", "Unexpected value after '--json'.");
+    rowOf("svg", "no file given");
+    rowOf("svg a.xml --index 0", "--index takes a number from 1, not '0'");
+    rowOf("svg a.xml --size 10", "--size takes a box like 240x160, not '10'");
+    rowOf("svg a.xml --size 1x1 --size 2x2", "--size is given twice");
+    for (QByteArray const precision : {"-1", "16", "1.5", "many", ""}) {
+        rowOf("svg a.xml --precision=" + precision,
+            "--precision takes a number from 0 to 15, not '" + precision + "'");
+    }
+    rowOf("svg a.xml -o ''", "no output file given (-o)");
     rowOf("check", "no file given");
     rowOf("check --json a.xml", "Unknown option 'json'.");
 
@@ -179,6 +188,7 @@ Commands:
   convert    Makes a document of an SVG picture or of text in a font.
   fit        Learns how outlines follow their box from drawings at several sizes.
   bind       Binds the outlines of one drawing to its margins.
+  svg        Prints outlines as the path data of SVG.
   check      Says what reading, saving and undo change in outlines.
   diff       Says where the outlines of two documents differ in meaning.
   normalize  Spells a document in the one way that line diffs can compare.
@@ -208,6 +218,7 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
     QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN -o OUT.xml\n");
     QTest::newRow("bind") << QByteArray(
         "Usage: kpgeom bind [options] FILE --slices L,T,R,B -o OUT.xml\n");
+    QTest::newRow("svg") << QByteArray("Usage: kpgeom svg [options] FILE...\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
     QTest::newRow("diff") << QByteArray("Usage: kpgeom diff [options] A B\n");
     QTest::newRow("normalize") << QByteArray("Usage: kpgeom normalize [options] FILE\n");

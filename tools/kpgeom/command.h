@@ -37,6 +37,7 @@ Outcome runResize(Command const& command, QStringList const& arguments);
 Outcome runConvert(Command const& command, QStringList const& arguments);
 Outcome runFit(Command const& command, QStringList const& arguments);
 Outcome runBind(Command const& command, QStringList const& arguments);
+Outcome runSvg(Command const& command, QStringList const& arguments);
 Outcome runCheck(Command const& command, QStringList const& arguments);
 Outcome runDiff(Command const& command, QStringList const& arguments);
 Outcome runNormalize(Command const& command, QStringList const& arguments);

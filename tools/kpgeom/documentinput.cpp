@@ -1,5 +1,6 @@
 #include "documentinput.h"
 
+#include "commandline.h"
 #include "common/text.h"
 #include "console.h"
 
@@ -17,6 +18,41 @@ std::optional<OutlineDocument> loadDocument(
             operand, QStringLiteral("an SVG picture: kpgeom convert makes a document of it"));
     }
     report(diagnostics);
+    return document;
+}
+
+std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices)
+{
+    for (QString const& text : texts) {
+        int const index = text.toInt();
+        if (index < 1)
+            return misuse(QStringLiteral("--index takes a number from 1, not '%1'").arg(text));
+        indices.append(index);
+    }
+    return std::nullopt;
+}
+
+std::optional<OutlineDocument> loadOutlines(
+    QString const& operand, QVector<int> const& indices, ProgressFunction const& progress)
+{
+    auto document = loadDocument(operand, progress);
+    if (!document)
+        return std::nullopt;
+    Diagnostics diagnostics;
+    int const count = static_cast<int>(document->outlines().size());
+    if (count == 0 && !document->isSvgPicture())
+        diagnostics.error(operand, QStringLiteral("no outline to draw"));
+    for (int const index : indices) {
+        if (index > count && count > 0) {
+            diagnostics.error(operand,
+                QStringLiteral("there is no outline %1 among its %2")
+                    .arg(QString::number(index), QString::number(count)));
+            break;
+        }
+    }
+    report(diagnostics);
+    if (count == 0 || !diagnostics.isEmpty())
+        return std::nullopt;
     return document;
 }
 

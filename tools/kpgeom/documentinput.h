@@ -4,6 +4,7 @@
 #include "document/outlinedocument.h"
 
 #include <QSizeF>
+#include <QStringList>
 #include <QVector>
 
 /**
@@ -12,6 +13,16 @@
  */
 std::optional<OutlineDocument> loadDocument(
     QString const& operand, ProgressFunction const& progress);
+
+/** Reads the values of --index; says what is wrong with them, or nothing. */
+std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices);
+
+/**
+ * As loadDocument(), but nothing, after a message, either if the document has no outline or none of
+ * an index.
+ */
+std::optional<OutlineDocument> loadOutlines(
+    QString const& operand, QVector<int> const& indices, ProgressFunction const& progress);
 
 /** How many lines an outline loses, by the sorted indices of those that are not drawn. */
 int countLost(QVector<int> const& undrawnBefore, QVector<int> const& undrawnAfter);

@@ -27,6 +27,7 @@ constexpr Command commands[] = {
         "Learns how outlines follow their box from drawings at several sizes.", runFit},
     {"bind", "FILE --slices L,T,R,B -o OUT.xml", fileHelp,
         "Binds the outlines of one drawing to its margins.", runBind},
+    {"svg", "FILE...", fileHelp, "Prints outlines as the path data of SVG.", runSvg},
     {"check", "FILE...", fileHelp, "Says what reading, saving and undo change in outlines.",
         runCheck},
     {"diff", "A B", fileHelp, "Says where the outlines of two documents differ in meaning.",

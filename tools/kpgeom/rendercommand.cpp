@@ -28,31 +28,6 @@ void reportLostLines(Figure const& figure, QVector<QSizeF> const& boxes, QString
     }
 }
 
-/** A document with all the outlines that are asked for; nothing, after a message, if there is none. */
-std::optional<OutlineDocument> wantedDocument(
-    QString const& operand, RenderOptions const& options, ProgressFunction const& progress)
-{
-    auto document = loadDocument(operand, progress);
-    if (!document)
-        return std::nullopt;
-    Diagnostics diagnostics;
-    int const count = static_cast<int>(document->outlines().size());
-    if (count == 0 && !document->isSvgPicture())
-        diagnostics.error(operand, QStringLiteral("no outline to draw"));
-    for (int const index : options.indices) {
-        if (index > count && count > 0) {
-            diagnostics.error(operand,
-                QStringLiteral("there is no outline %1 among its %2")
-                    .arg(QString::number(index), QString::number(count)));
-            break;
-        }
-    }
-    report(diagnostics);
-    if (count == 0 || !diagnostics.isEmpty())
-        return std::nullopt;
-    return document;
-}
-
 /** Appends the outlines of one document as figures. */
 void appendFigures(OutlineDocument& document, RenderOptions const& options, QString const& operand,
     std::vector<Figure>& figures)
@@ -168,7 +143,7 @@ Outcome runRender(Command const& command, QStringList const& arguments)
         Progress progress(operands);
         for (QString const& operand : operands) {
             progress.step();
-            auto document = wantedDocument(operand, options, progress.ofStep());
+            auto document = loadOutlines(operand, options.indices, progress.ofStep());
             if (!document)
                 return Outcome::Failed;
             if (options.target == RenderTarget::Picture)

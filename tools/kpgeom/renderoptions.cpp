@@ -1,6 +1,7 @@
 #include "renderoptions.h"
 
 #include "document/outlinedocument.h"
+#include "documentinput.h"
 #include "paint/colourtext.h"
 
 #include <QFileInfo>
@@ -154,12 +155,8 @@ std::optional<Diagnostic> readSelection(CommandLine const& line, RenderOptions& 
             return misuse(QStringLiteral("--size takes a box like 240x160, not '%1'").arg(text));
         options.boxes.append(*box);
     }
-    for (QString const& text : line.values(QStringLiteral("index"))) {
-        int const index = text.toInt();
-        if (index < 1)
-            return misuse(QStringLiteral("--index takes a number from 1, not '%1'").arg(text));
-        options.indices.append(index);
-    }
+    if (auto fault = readIndices(line.values(QStringLiteral("index")), options.indices))
+        return fault;
     if (line.isSet(QStringLiteral("fill-rule"))) {
         QString const text = line.value(QStringLiteral("fill-rule"));
         options.layout.style.fillRule = fillRuleFromText(text);

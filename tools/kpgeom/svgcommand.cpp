@@ -1,0 +1,124 @@
+#include "commandline.h"
+#include "common/text.h"
+#include "console.h"
+#include "documentinput.h"
+#include "export/pathdata.h"
+#include "progress.h"
+
+namespace {
+
+struct SvgOptions
+{
+    QVector<int> indices; ///< the outlines to print; all if empty
+    std::optional<QSizeF> box; ///< that their values are recomputed for
+    bool hasNames = false;
+    PathDataOptions form;
+};
+
+void addOptions(CommandLine& line)
+{
+    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+        QStringLiteral("Write the lines to <OUT> instead of standard output."),
+        QStringLiteral("OUT"), QStringLiteral("-")});
+    line.addOption({QStringLiteral("names"),
+        QStringLiteral("Put the name of each outline, or its number, and a tab before it.")});
+    line.addOption({QStringLiteral("index"),
+        QStringLiteral("Print only outline <N> of each file, counting from 1. Repeatable."),
+        QStringLiteral("N")});
+    line.addOption({QStringLiteral("size"), QStringLiteral("Resize the outlines to this box."),
+        QStringLiteral("WxH")});
+    line.addOption({QStringLiteral("relative"),
+        QStringLiteral("Count each command from where the one before it ends.")});
+    line.addOption({QStringLiteral("precision"),
+        QStringLiteral("Round to <N> decimals, by default to six significant digits."),
+        QStringLiteral("N")});
+}
+
+/** What is wrong with the options, or nothing. */
+std::optional<Diagnostic> readOptions(CommandLine const& line, SvgOptions& options)
+{
+    options.hasNames = line.isSet(QStringLiteral("names"));
+    options.form.isRelative = line.isSet(QStringLiteral("relative"));
+    if (line.value(QStringLiteral("output")).isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    if (auto fault = readIndices(line.values(QStringLiteral("index")), options.indices))
+        return fault;
+    QStringList const sizes = line.values(QStringLiteral("size"));
+    if (sizes.size() > 1)
+        return misuse(QStringLiteral("--size is given twice"));
+    if (!sizes.isEmpty()) {
+        options.box = sizeFromText(sizes.first());
+        if (!options.box) {
+            return misuse(
+                QStringLiteral("--size takes a box like 240x160, not '%1'").arg(sizes.first()));
+        }
+    }
+    if (line.isSet(QStringLiteral("precision"))) {
+        QString const text = line.value(QStringLiteral("precision"));
+        bool isNumber = false;
+        options.form.decimals = text.toInt(&isNumber);
+        if (!isNumber || *options.form.decimals < 0
+            || *options.form.decimals > maximumPathDecimals) {
+            return misuse(QStringLiteral("--precision takes a number from 0 to %1, not '%2'")
+                              .arg(QString::number(maximumPathDecimals), text));
+        }
+    }
+    return std::nullopt;
+}
+
+/** A line an outline of the file; nothing, after a message, if one cannot be written. */
+std::optional<QString> linesOf(
+    QString const& operand, SvgOptions const& options, ProgressFunction const& progress)
+{
+    auto const document = loadOutlines(operand, options.indices, progress);
+    if (!document)
+        return std::nullopt;
+    QString lines;
+    for (Outline const& outline : document->outlines()) {
+        if (!options.indices.isEmpty() && !options.indices.contains(outline.index))
+            continue;
+        if (options.box)
+            outline.list->updateValue(options.box->width(), options.box->height());
+        auto const data = pathData(*outline.list, options.form);
+        if (!data) {
+            report({Diagnostic::Severity::Error, operand, 0, 0,
+                QStringLiteral("a coordinate of outline %1 is infinite, NaN or too large")
+                    .arg(outline.index)});
+            return std::nullopt;
+        }
+        if (options.hasNames)
+            lines += printable(caption(outline)) + QLatin1Char('\t');
+        lines += *data + QLatin1Char('\n');
+    }
+    return lines;
+}
+
+} // namespace
+
+Outcome runSvg(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    addOptions(line);
+    if (auto const end = line.parse(arguments))
+        return *end;
+    QStringList const operands = line.operands();
+    if (operands.isEmpty())
+        return line.misused(misuse(QStringLiteral("no file given")));
+    SvgOptions options;
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
+
+    QString lines;
+    {
+        Progress progress(operands);
+        for (QString const& operand : operands) {
+            progress.step();
+            auto const ofFile = linesOf(operand, options, progress.ofStep());
+            if (!ofFile)
+                return Outcome::Failed;
+            lines += *ofFile;
+        }
+    }
+    bool const isWritten = writeOutput(line.value(QStringLiteral("output")), lines.toUtf8());
+    return isWritten ? Outcome::Done : Outcome::Failed;
+}
