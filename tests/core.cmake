@@ -1,5 +1,6 @@
 # What all tools share, a class or a set of functions each.
 foreach(name IN ITEMS
+    tst_arccurves
     tst_contentkind
     tst_custgeom
     tst_documentnormalizer
@@ -13,6 +14,7 @@ foreach(name IN ITEMS
     tst_outlinefit
     tst_overlaysheet
     tst_pathdata
+    tst_pathdataparser
     tst_rulefit
     tst_sequencealignment
     tst_shapebox
