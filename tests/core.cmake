@@ -15,6 +15,7 @@ foreach(name IN ITEMS
     tst_overlaysheet
     tst_pathdata
     tst_pathdataparser
+    tst_pathimport
     tst_rulefit
     tst_sequencealignment
     tst_shapebox

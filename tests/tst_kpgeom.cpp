@@ -154,6 +154,14 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("convert --font a.ttf --text abc --em -5 -o c.xml",
         "--em takes a number greater than 0, and a font");
     rowOf("convert a.svg --em 5 -o c.xml", "--em takes a number greater than 0, and a font");
+    rowOf("convert --path M0 --font a.ttf --text abc -o c.xml",
+        "--path does not go with --font and --text");
+    rowOf("convert a.svg --path M0 -o c.xml", "--path takes no input file");
+    rowOf("convert a.svg --size 10x10 -o c.xml", "--size goes with --path");
+    rowOf("convert --path M0 --size 10 -o c.xml", "--size takes a box like 240x160, not '10'");
+    rowOf("convert --path M0 --scale 0 -o c.xml",
+        "--scale takes a number greater than 0, and an SVG file");
+    rowOf("convert --path M0", "no output file given (-o)");
     rowOf("convert a.svg --form sax -o c.xml", "--form takes dom or stream, not 'sax'");
 }
 

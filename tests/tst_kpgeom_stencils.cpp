@@ -14,6 +14,12 @@ private Q_SLOTS:
     void svgWritesAFile();
     void svgFails_data();
     void svgFails();
+    void convertTakesPathData();
+    void convertReadsPathData();
+    void convertFailsOnPathData_data();
+    void convertFailsOnPathData();
+    void pathDataIsReadAsWritten_data();
+    void pathDataIsReadAsWritten();
 };
 
 namespace {
@@ -120,6 +126,107 @@ void TestKpgeomStencils::svgFails()
         place.run({"svg", "ok.xml", "a.xml", "--index", "1", "--index", "2", "-o", "out.txt"}), 1,
         line);
     QCOMPARE(place.read("out.txt"), QByteArray("as before"));
+}
+
+void TestKpgeomStencils::convertTakesPathData()
+{
+    Workplace const place;
+    Result const result = place.run({"convert", "--path", "M0 0h10v20z", "-o", "a.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(place.read("a.xml"), QByteArray(R"(<?xml version="1.0" encoding="UTF-8"?>
+<Shapes>
+ <Shape Name="path 1" Width="10" Height="20">
+  <Geometry Closed="1">
+   <MoveTo>
+    <X V="0" B="1" P="0"/>
+    <Y V="0" B="2" P="0"/>
+   </MoveTo>
+   <LineTo>
+    <X V="10" B="1" P="1"/>
+    <Y V="0" B="2" P="0"/>
+   </LineTo>
+   <LineTo>
+    <X V="10" B="1" P="1"/>
+    <Y V="20" B="2" P="1"/>
+   </LineTo>
+  </Geometry>
+ </Shape>
+</Shapes>
+)"));
+}
+
+void TestKpgeomStencils::convertReadsPathData()
+{
+    Workplace const place;
+    Result const result =
+        place.run({"convert", "--path", "-", "--size", "40x20", "--scale", "2.5", "-o", "a.xml"},
+            {"M0 0\nh10v20z\n"});
+    COMPARE_EXIT(result, 0);
+    QVERIFY(place.read("a.xml").contains("Width=\"100\" Height=\"50\""));
+    QCOMPARE(place.run({"svg", "a.xml"}).out, QByteArray("M0 0 L25 0 L25 50 Z\n"));
+    QCOMPARE(
+        place.run({"svg", "a.xml", "--size", "200x50"}).out, QByteArray("M0 0 L50 0 L50 50 Z\n"));
+}
+
+void TestKpgeomStencils::convertFailsOnPathData_data()
+{
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<QByteArray>("line");
+
+    auto const row = [](char const* name, char const* data, char const* input, char const* line) {
+        QTest::newRow(name) << QString(data) << QByteArray(input) << QByteArray(line);
+    };
+    row("a fault", "M0 0L5", "", "--path:1:7: a number is missing at the end");
+    row("a fault of standard input", "-", "M0 0\nL5 x",
+        "<stdin>:2:4: a number is expected, not 'x'");
+    row("an escape sequence", "M0 0\033[31m", "",
+        "--path:1:5: a command is expected, not '\xef\xbf\xbd'");
+    row("nothing", "", "", "--path: the path draws nothing");
+    row("no standard input", "-", "", "<stdin>: the path draws nothing");
+    row("a move", "M5 5", "", "--path: the path draws nothing");
+    row("too large", "M0 0L1e7 1", "",
+        "--path: the picture would be 1e+07 by 1 units large, more than 1000000");
+    row("far too large", "M0 0L1 1e120", "", "--path: a coordinate is too large");
+    row("left of the origin", "M-9 0L-5 5", "",
+        "--path: it lies left of or above its origin, so its box must be given");
+}
+
+void TestKpgeomStencils::convertFailsOnPathData()
+{
+    QFETCH(QString, data);
+    QFETCH(QByteArray, input);
+    QFETCH(QByteArray, line);
+
+    Workplace const place;
+    COMPARE_FAILURE(place.run({"convert", "--path", data, "-o", "a.xml"}, {input}), 1, line);
+    QCOMPARE(place.entries(), QStringList());
+}
+
+void TestKpgeomStencils::pathDataIsReadAsWritten_data()
+{
+    QTest::addColumn<QByteArray>("data");
+
+    QTest::newRow("a box") << QByteArray("M0 0 L100 0 L100 60 L0 60 Z");
+    QTest::newRow("a ring") << QByteArray(
+        "M15 20 A5 5 0 0 1 5 20 A5 5 0 0 1 15 20 Z M2 1 L3 3 L2 1");
+    QTest::newRow("a curve") << QByteArray("M0.1 0 C-5 5 10 33.3333 20 0.001 L7 7");
+}
+
+void TestKpgeomStencils::pathDataIsReadAsWritten()
+{
+    QFETCH(QByteArray, data);
+
+    Workplace const place;
+    for (QString const& form : {QString("--names"), QString("--relative")}) {
+        COMPARE_EXIT(place.run({"convert", "--path", data, "-o", "a.xml"}), 0);
+        QByteArray const again = place.run({"svg", "a.xml", form}).out;
+        QByteArray const path = again.mid(again.indexOf('M'));
+        COMPARE_EXIT(place.run({"convert", "--path", "-", "-o", "b.xml"}, {path}), 0);
+        QCOMPARE(place.read("b.xml"), place.read("a.xml"));
+        QCOMPARE(place.run({"svg", "b.xml"}).out, data + '\n');
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomStencils)

@@ -4,6 +4,7 @@
 #include "document/outlinedocument.h"
 #include "document/shapeformat.h"
 #include "import/drawingmlimport.h"
+#include "import/pathimport.h"
 #include "import/svgimport.h"
 #include "import/textimport.h"
 #include "messagelog.h"
@@ -66,15 +67,36 @@ QByteArray domDocument(ImportedOutlines const& picture)
 
 struct ConvertOptions
 {
-    bool isText = false; ///< glyphs of a font, or else a file
+    bool isText = false; ///< glyphs of a font, or else path data or a file
+    bool isPath = false; ///< path data, or else a file
     QString input; ///< the file
     QByteArray content; ///< of the file
+    QString path; ///< path data, or "-"
+    std::optional<QSizeF> box; ///< that the path is drawn for
     QString font;
     QString text;
     double scale = 0.0; ///< outline units an SVG unit; 0 fits the picture to defaultPictureSide
     double emSize = defaultEmSize;
     bool usesDom = false;
 };
+
+/** What is wrong with --path and --size, or nothing. */
+std::optional<Diagnostic> readPathOptions(CommandLine const& line, ConvertOptions& options)
+{
+    options.isPath = line.isSet(QStringLiteral("path"));
+    options.path = line.value(QStringLiteral("path"));
+    if (options.isPath && options.isText)
+        return misuse(QStringLiteral("--path does not go with --font and --text"));
+    if (!line.isSet(QStringLiteral("size")))
+        return std::nullopt;
+    if (!options.isPath)
+        return misuse(QStringLiteral("--size goes with --path"));
+    options.box = sizeFromText(line.value(QStringLiteral("size")));
+    if (options.box)
+        return std::nullopt;
+    return misuse(QStringLiteral("--size takes a box like 240x160, not '%1'")
+                      .arg(line.value(QStringLiteral("size"))));
+}
 
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& options)
@@ -87,7 +109,11 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
     options.isText = isText;
     if (isText && (options.font.isEmpty() || options.text.isEmpty()))
         return misuse(QStringLiteral("--font and --text go together"));
-    if (line.operands().size() != (isText ? 0 : 1)) {
+    if (auto fault = readPathOptions(line, options))
+        return fault;
+    if (options.isPath && !line.operands().isEmpty())
+        return misuse(QStringLiteral("--path takes no input file"));
+    if (line.operands().size() != (isText || options.isPath ? 0 : 1)) {
         return misuse(isText ? QStringLiteral("--font and --text take no input file")
                              : QStringLiteral("exactly one input file is needed"));
     }
@@ -111,6 +137,20 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
     return std::nullopt;
 }
 
+/** The outline of --path; nothing, with a diagnostic, if there is none. */
+std::optional<ImportedOutlines> importPathData(
+    ConvertOptions const& options, Diagnostics& diagnostics)
+{
+    bool const isRead = options.path == QLatin1String("-");
+    auto const data =
+        isRead ? readInput(options.path, diagnostics) : std::optional(options.path.toUtf8());
+    if (!data)
+        return std::nullopt;
+    PathImportOptions const pathOptions {isRead ? options.path : QStringLiteral("--path"),
+        options.box, options.scale > 0.0 ? options.scale : 1.0};
+    return importPath(QString::fromUtf8(*data), pathOptions, diagnostics);
+}
+
 /** Nothing, with a diagnostic, if there is no picture to be had. */
 std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostics& diagnostics)
 {
@@ -121,6 +161,8 @@ std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostic
             options.font, options.emSize, QStringLiteral("--em"), takeMessages};
         return importText(options.text, textOptions, diagnostics);
     }
+    if (options.isPath)
+        return importPathData(options, diagnostics);
     return importSvg(options.content, {options.input, options.scale, takeMessages}, diagnostics);
 }
 
@@ -142,7 +184,8 @@ std::optional<ImportedOutlines> importedOutlines(ConvertOptions const& options)
 QStringList const& pictureOptions()
 {
     static QStringList const all {QStringLiteral("font"), QStringLiteral("text"),
-        QStringLiteral("scale"), QStringLiteral("em"), QStringLiteral("form")};
+        QStringLiteral("path"), QStringLiteral("size"), QStringLiteral("scale"),
+        QStringLiteral("em"), QStringLiteral("form")};
     return all;
 }
 
@@ -183,6 +226,14 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
         QStringLiteral("Make outlines of glyphs of the font in <FILE>."), QStringLiteral("FILE")});
     line.addOption({QStringLiteral("text"), QStringLiteral("The text whose glyphs are taken."),
         QStringLiteral("TEXT")});
+    line.addOption({QStringLiteral("path"),
+        QStringLiteral("Make an outline of the path data of SVG in <DATA>, or of standard input "
+                       "for \"-\". Its numbers stay unless --scale is given."),
+        QStringLiteral("DATA")});
+    line.addOption({QStringLiteral("size"),
+        QStringLiteral("The box that the --path is drawn for, by default up to its right and lower "
+                       "end."),
+        QStringLiteral("WxH")});
     line.addOption({QStringLiteral("scale"),
         QStringLiteral("Outline units an SVG unit. By default as many as make the longer side of "
                        "the picture %1 units, or %2 where lines would be lost: those of less "
@@ -214,7 +265,7 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    if (!options.isText) {
+    if (!options.isText && !options.isPath) {
         Diagnostics diagnostics;
         auto const content = readInput(options.input, diagnostics);
         report(diagnostics);
