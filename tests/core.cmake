@@ -22,7 +22,8 @@ foreach(name IN ITEMS
     tst_shapes
     tst_shortlines
     tst_slicing
-    tst_text)
+    tst_text
+    tst_zipmember)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
 # Only a process has a message handler, so the log of messages is the tool's own.

@@ -1,0 +1,20 @@
+#ifndef INFLATE_H
+#define INFLATE_H
+
+#include <QByteArray>
+
+#include <optional>
+
+/** What stands around deflated data. */
+enum class Wrapping {
+    None, ///< nothing (RFC 1951), as in zip files
+    Gzip ///< head and checksum of a gzip file (RFC 1952)
+};
+
+/**
+ * What the deflated bytes hold; what follows them is ignored. Nothing if they are damaged,
+ * incomplete or unpack to more than `mostBytes`.
+ */
+std::optional<QByteArray> inflated(QByteArray const& bytes, Wrapping wrapping, qint64 mostBytes);
+
+#endif // INFLATE_H
