@@ -3,6 +3,7 @@ foreach(name IN ITEMS
     tst_arccurves
     tst_contentkind
     tst_custgeom
+    tst_diaimport
     tst_documentnormalizer
     tst_filecontent
     tst_geometrywalker
@@ -10,6 +11,7 @@ foreach(name IN ITEMS
     tst_htmlpage
     tst_losses
     tst_markup
+    tst_odfimport
     tst_outlinediff
     tst_outlinefit
     tst_overlaysheet

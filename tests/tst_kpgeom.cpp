@@ -193,7 +193,7 @@ Commands:
   info       Says what outlines the documents hold.
   render     Draws outlines.
   resize     Fits the outlines of a document to a box of another size.
-  convert    Makes a document of an SVG picture or of text in a font.
+  convert    Makes a document of a picture, a stencil, path data or text in a font.
   fit        Learns how outlines follow their box from drawings at several sizes.
   bind       Binds the outlines of one drawing to its margins.
   svg        Prints outlines as the path data of SVG.

@@ -1,4 +1,5 @@
 #include "kpgeomtesting.h"
+#include "ziptesting.h"
 
 using namespace KpgeomTesting;
 
@@ -20,6 +21,10 @@ private Q_SLOTS:
     void convertFailsOnPathData();
     void pathDataIsReadAsWritten_data();
     void pathDataIsReadAsWritten();
+    void convertKnowsStencilsByTheirContent_data();
+    void convertKnowsStencilsByTheirContent();
+    void convertFailsOnStencils_data();
+    void convertFailsOnStencils();
 };
 
 namespace {
@@ -29,6 +34,22 @@ QByteArray dotGeometry()
 {
     return "<Geometry Closed=\"0\"><Ellipse><X V=\"10\"/><Y V=\"20\"/><A V=\"5\"/><B V=\"5\"/>"
            "</Ellipse></Geometry>";
+}
+
+QByteArray diaShape(QByteArray const& elements)
+{
+    return "<shape xmlns='http://www.daa.com.au/~james/dia-shape-ns' "
+           "xmlns:svg='http://www.w3.org/2000/svg'><name>Thing</name><svg:svg>"
+        + elements + "</svg:svg></shape>";
+}
+
+QByteArray flatDrawing(QByteArray const& elements)
+{
+    return "<o:document xmlns:o='urn:oasis:names:tc:opendocument:xmlns:office:1.0' "
+           "xmlns:d='urn:oasis:names:tc:opendocument:xmlns:drawing:1.0' "
+           "xmlns:s='urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0'><o:body><o:drawing>"
+           "<d:page>"
+        + elements + "</d:page></o:drawing></o:body></o:document>";
 }
 
 /** A box and a dot. */
@@ -227,6 +248,69 @@ void TestKpgeomStencils::pathDataIsReadAsWritten()
         QCOMPARE(place.read("b.xml"), place.read("a.xml"));
         QCOMPARE(place.run({"svg", "b.xml"}).out, data + '\n');
     }
+}
+
+void TestKpgeomStencils::convertKnowsStencilsByTheirContent_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("lines");
+
+    QByteArray const drawing = flatDrawing(
+        "<d:rect d:name='Box' s:width='2cm' s:height='1cm'/>"
+        "<d:g><d:line s:x1='1cm' s:x2='5cm'/><d:line d:name='Lower' s:x1='1cm' s:y1='2cm' "
+        "s:x2='5cm' s:y2='2cm'/></d:g>");
+    QByteArray const drawn = "Box\tM0 0 L10000 0 L10000 5000 L0 5000 L0 0 Z\n"
+                             "line 2\tM0 0 L10000 0\n"
+                             "Lower\tM0 5000 L10000 5000\n";
+    QTest::newRow("Dia") << diaShape("<svg:line x1='-1' y1='0' x2='1' y2='1'/>")
+                         << QByteArray("Thing\tM0 0 L10000 5000\n");
+    QTest::newRow("flat OpenDocument") << drawing << drawn;
+    QTest::newRow("OpenDocument") << ZipTesting::zipOf({{"content.xml", drawing}}) << drawn;
+}
+
+void TestKpgeomStencils::convertKnowsStencilsByTheirContent()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, lines);
+
+    Workplace const place;
+    place.write("in.dat", content);
+    for (QString const& operand : {QString("in.dat"), QString("-")}) {
+        Result const result = place.run({"convert", operand, "-o", "out.xml"}, {content});
+        COMPARE_EXIT(result, 0);
+        QCOMPARE(result.err, QByteArray());
+        QCOMPARE(place.run({"svg", "--names", "out.xml"}).out, lines);
+        QCOMPARE(place.run({"check", "out.xml"}).err, QByteArray());
+    }
+}
+
+void TestKpgeomStencils::convertFailsOnStencils_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("an empty shape")
+        << diaShape("") << QByteArray("in.dat: the shape draws nothing");
+    QTest::newRow("an empty page")
+        << flatDrawing("") << QByteArray("in.dat: nothing in it becomes an outline");
+    QTest::newRow("a damaged zip file")
+        << ZipTesting::zipOf({{"content.xml", flatDrawing("")}}).chopped(1)
+        << QByteArray("in.dat: no OpenDocument drawing: the zip file is damaged or incomplete");
+    QTest::newRow("too large") << flatDrawing("<d:rect s:width='1e9px' s:height='1px'/>")
+                               << QByteArray(
+                                      "in.dat: rect 1: the picture would be 3e+09 by 3 units "
+                                      "large, more than 1000000");
+}
+
+void TestKpgeomStencils::convertFailsOnStencils()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, line);
+
+    Workplace const place;
+    place.write("in.dat", content);
+    COMPARE_FAILURE(place.run({"convert", "in.dat", "--scale", "3", "-o", "out.xml"}), 1, line);
+    QCOMPARE(place.entries(), QStringList("in.dat"));
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomStencils)

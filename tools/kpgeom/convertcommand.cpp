@@ -3,64 +3,50 @@
 #include "console.h"
 #include "document/outlinedocument.h"
 #include "document/shapeformat.h"
+#include "document/shapes.h"
+#include "import/anyimport.h"
 #include "import/drawingmlimport.h"
 #include "import/pathimport.h"
-#include "import/svgimport.h"
 #include "import/textimport.h"
 #include "messagelog.h"
 #include "presetconversion.h"
-#include "xmlstreamwriter.h"
 #include "xmltext_p.h"
 
 #include <QDomDocument>
 
 namespace {
 
-/** Hands the attributes of the shape around an outline to `setAttribute`. */
-template <class SetAttribute>
-void writeShape(QSizeF const& size, ImportedOutline const& outline, SetAttribute setAttribute)
+/** The shapes of all pictures, one behind the other. */
+Shapes shapesOf(ImportedPictures pictures)
 {
-    setAttribute(
-        ShapeFormat::name(), XmlText::readable(outline.name, XmlText::Controls::AreReplaced));
-    setAttribute(ShapeFormat::width(), numberText(size.width()));
-    setAttribute(ShapeFormat::height(), numberText(size.height()));
-    if (outline.fillRule)
-        setAttribute(ShapeFormat::fillRule(), fillRuleText(*outline.fillRule));
-}
-
-QByteArray streamDocument(ImportedOutlines const& picture)
-{
-    QByteArray xml;
-    XmlStreamWriter writer(&xml);
-    writer.setAutoFormatting(true);
-    writer.setAutoFormattingIndent(1);
-    writer.writeStartDocument();
-    writer.writeStartElement(ShapeFormat::shapes());
-    for (ImportedOutline const& outline : picture.outlines) {
-        writer.writeStartElement(ShapeFormat::shape());
-        writeShape(picture.size, outline, [&writer](QString const& name, QString const& text) {
-            writer.writeAttribute(name, text);
-        });
-        outline.list->saveTo(writer);
-        writer.writeEndElement();
+    Shapes shapes;
+    for (ImportedOutlines& picture : pictures) {
+        for (ImportedOutline& outline : picture.outlines) {
+            shapes.push_back(
+                {outline.name, picture.size, outline.fillRule, std::move(outline.list)});
+        }
     }
-    writer.writeEndDocument();
-    return xml;
+    return shapes;
 }
 
-QByteArray domDocument(ImportedOutlines const& picture)
+/** As shapesDocument(), but by the DOM writer. */
+QByteArray domDocument(Shapes const& shapes)
 {
     QDomDocument document;
     document.appendChild(document.createProcessingInstruction(
         QStringLiteral("xml"), QStringLiteral("version=\"1.0\" encoding=\"UTF-8\"")));
-    QDomElement shapes = document.createElement(ShapeFormat::shapes());
-    document.appendChild(shapes);
-    for (ImportedOutline const& outline : picture.outlines) {
-        QDomElement shape = document.createElement(ShapeFormat::shape());
-        writeShape(picture.size, outline,
-            [&shape](QString const& name, QString const& text) { shape.setAttribute(name, text); });
-        shapes.appendChild(shape);
-        outline.list->saveTo(shape);
+    QDomElement root = document.createElement(ShapeFormat::shapes());
+    document.appendChild(root);
+    for (Shape const& shape : shapes) {
+        QDomElement element = document.createElement(ShapeFormat::shape());
+        element.setAttribute(
+            ShapeFormat::name(), XmlText::readable(shape.name, XmlText::Controls::AreReplaced));
+        element.setAttribute(ShapeFormat::width(), numberText(shape.box.width()));
+        element.setAttribute(ShapeFormat::height(), numberText(shape.box.height()));
+        if (shape.fillRule)
+            element.setAttribute(ShapeFormat::fillRule(), fillRuleText(*shape.fillRule));
+        root.appendChild(element);
+        shape.list->saveTo(element);
     }
     return document.toByteArray(1);
 }
@@ -151,33 +137,47 @@ std::optional<ImportedOutlines> importPathData(
     return importPath(QString::fromUtf8(*data), pathOptions, diagnostics);
 }
 
+/** The glyphs of --text; nothing, with a diagnostic, if there are none. */
+std::optional<ImportedOutlines> importGlyphs(
+    ConvertOptions const& options, TakeMessages const& takeMessages, Diagnostics& diagnostics)
+{
+    TextImportOptions const textOptions {
+        options.font, options.emSize, QStringLiteral("--em"), takeMessages};
+    return importText(options.text, textOptions, diagnostics);
+}
+
 /** Nothing, with a diagnostic, if there is no picture to be had. */
-std::optional<ImportedOutlines> import(ConvertOptions const& options, Diagnostics& diagnostics)
+std::optional<ImportedPictures> import(ConvertOptions const& options, Diagnostics& diagnostics)
 {
     MessageLog log;
     TakeMessages const takeMessages = [&log] { return log.take(); };
-    if (options.isText) {
-        TextImportOptions const textOptions {
-            options.font, options.emSize, QStringLiteral("--em"), takeMessages};
-        return importText(options.text, textOptions, diagnostics);
+    if (options.isText || options.isPath) {
+        auto picture = options.isText ? importGlyphs(options, takeMessages, diagnostics)
+                                      : importPathData(options, diagnostics);
+        if (!picture)
+            return std::nullopt;
+        ImportedPictures pictures;
+        pictures.push_back(std::move(*picture));
+        return pictures;
     }
-    if (options.isPath)
-        return importPathData(options, diagnostics);
-    return importSvg(options.content, {options.input, options.scale, takeMessages}, diagnostics);
+    return importAny(options.content, {options.input, options.scale, takeMessages}, diagnostics);
 }
 
-/** Nothing, after a message, if there is no outline to be had. */
-std::optional<ImportedOutlines> importedOutlines(ConvertOptions const& options)
+/** Empty, after a message, if there is no outline to be had. */
+Shapes importedShapes(ConvertOptions const& options)
 {
     Diagnostics diagnostics;
-    auto picture = import(options, diagnostics);
-    if (picture && picture->outlines.empty()) {
-        diagnostics.error(options.isText ? options.font : options.input,
-            QStringLiteral("nothing in it becomes an outline"));
-        picture.reset();
+    auto pictures = import(options, diagnostics);
+    Shapes shapes;
+    if (pictures) {
+        shapes = shapesOf(std::move(*pictures));
+        if (shapes.empty()) {
+            diagnostics.error(options.isText ? options.font : options.input,
+                QStringLiteral("nothing in it becomes an outline"));
+        }
     }
     report(diagnostics);
-    return picture;
+    return shapes;
 }
 
 /** The options that have no meaning for shapes that formulas define. */
@@ -278,10 +278,10 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
             return convertCustomShapes(options.content, options.input, output);
         }
     }
-    auto const picture = importedOutlines(options);
-    if (!picture)
+    Shapes const shapes = importedShapes(options);
+    if (shapes.empty())
         return Outcome::Failed;
     bool const isWritten =
-        writeOutput(output, options.usesDom ? domDocument(*picture) : streamDocument(*picture));
+        writeOutput(output, options.usesDom ? domDocument(shapes) : shapesDocument(shapes));
     return isWritten ? Outcome::Done : Outcome::Failed;
 }

@@ -21,7 +21,7 @@ constexpr Command commands[] = {
     {"resize", "FILE --from WxH --to WxH -o OUT.xml", fileHelp,
         "Fits the outlines of a document to a box of another size.", runResize},
     {"convert", "IN -o OUT.xml", fileHelp,
-        "Makes a document of an SVG picture or of text in a font.", runConvert},
+        "Makes a document of a picture, a stencil, path data or text in a font.", runConvert},
     {"fit", "DRAWING[@WxH] DRAWING[@WxH]... -o OUT.xml",
         "An SVG picture or a document, and the box that it was drawn for.",
         "Learns how outlines follow their box from drawings at several sizes.", runFit},

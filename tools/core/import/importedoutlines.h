@@ -40,6 +40,9 @@ struct ImportedOutlines
     double scale = 1.0; ///< outline units a unit of what it was imported from
 };
 
+/** What one file holds: one picture, or several that have a size each. */
+using ImportedPictures = std::vector<ImportedOutlines>;
+
 /**
  * Gives what Qt has logged since the last call, each different message once and on one line, and
  * forgets it. Only who owns the process may listen to that log, so importers are handed this.

@@ -1,0 +1,38 @@
+#include "import/anyimport.h"
+
+#include "import/diaimport.h"
+#include "import/odfimport.h"
+#include "import/odfstyles.h"
+#include "import/zipmember.h"
+
+#include <QXmlStreamReader>
+
+namespace {
+
+ImportedPictures alone(ImportedOutlines picture)
+{
+    ImportedPictures pictures;
+    pictures.push_back(std::move(picture));
+    return pictures;
+}
+
+} // namespace
+
+std::optional<ImportedPictures> importAny(
+    QByteArray const& content, SvgImportOptions const& options, Diagnostics& diagnostics)
+{
+    // Of what is no XML nothing is known but the reason, which the reader of SVG tells.
+    QXmlStreamReader root(content);
+    root.readNextStartElement();
+    bool const isFlatOdf =
+        root.namespaceUri() == OdfNamespace::office() && root.name() == QLatin1String("document");
+    if (isZip(content) || isFlatOdf)
+        return importOdf(content, {options.file, options.scale}, diagnostics);
+    bool const isDia =
+        root.namespaceUri() == diaNamespace() && root.name() == QLatin1String("shape");
+    auto picture =
+        isDia ? importDia(content, options, diagnostics) : importSvg(content, options, diagnostics);
+    if (!picture)
+        return std::nullopt;
+    return alone(std::move(*picture));
+}
