@@ -16,6 +16,8 @@ private Q_SLOTS:
     void importsElements();
     void readsLengths_data();
     void readsLengths();
+    void transforms_data();
+    void transforms();
     void namesOutlines();
     void makesAPictureOfEachElementAndGroup();
     void paintsByStyle_data();
@@ -188,6 +190,40 @@ void TestOdfImport::readsLengths()
     QCOMPARE(outcome.pictures->front().size.width(), pixels);
 }
 
+void TestOdfImport::transforms_data()
+{
+    QTest::addColumn<QByteArray>("transform");
+    QTest::addColumn<QString>(
+        "data"); // of a line to (40, 20), in a group from (0, 0) to (100, 100)
+
+    auto const row = [](char const* transform, char const* data) {
+        QTest::newRow(transform) << QByteArray(transform) << QString(data);
+    };
+    row("", "M0 0 L40 20");
+    row("translate(10px 5px)", "M10 5 L50 25");
+    row("translate (0.5in)", "M48 0 L88 20");
+    row("translate(0 5px)", "M0 5 L40 25");
+    row("scale(2)", "M0 0 L80 40");
+    row("scale(2, 0.5)", "M0 0 L80 10");
+    row("matrix(0 1 1 0 7.5pt 0pt)", "M10 0 L30 40");
+    row("rotate (1.57079632679490) translate (0px 50px)", "M0 50 L20 10");
+    row("translate(0px 50px) scale(0.5)", "M0 25 L20 35");
+}
+
+void TestOdfImport::transforms()
+{
+    QFETCH(QByteArray, transform);
+    QFETCH(QString, data);
+
+    Outcome const outcome = imported(
+        flat("<draw:g><draw:rect svg:width='100px' svg:height='100px'/><draw:line svg:x2='40px' "
+             "svg:y2='20px' draw:transform='"
+            + transform + "'/></draw:g>"));
+    QVERIFY(outcome.pictures);
+    QCOMPARE(outcome.lines, QStringList());
+    QCOMPARE(outcome.texts().at(1), "line 2: " + data + " in 100x100");
+}
+
 void TestOdfImport::namesOutlines()
 {
     Outcome const outcome = imported(flat("<draw:rect draw:name=' a &lt;b&gt; '" + frame
@@ -327,16 +363,20 @@ void TestOdfImport::saysWhatIsLeftOut_data()
     QTest::addColumn<QByteArray>("element");
     QTest::addColumn<QStringList>("lines");
 
-    auto const row = [](char const* name, QByteArray const& element, QStringList const& lines) {
-        QTest::newRow(name) << element << lines;
-    };
+    auto const row = [](QByteArray const& name, QByteArray const& element,
+                         QStringList const& lines) { QTest::newRow(name) << element << lines; };
     row("other shapes", "<draw:custom-shape/><draw:frame><draw:rect/></draw:frame><draw:frame/>",
         {"1 draw:custom-shape: left out", "2 draw:frame: left out"});
     row("text", "<draw:rect" + frame + "><svg:title>a</svg:title><text:p>b</text:p></draw:rect>",
         {"1 shape with text: not kept"});
     row("a title", "<draw:rect" + frame + "><svg:title>a</svg:title><text:p/></draw:rect>", {});
-    row("transformation", "<draw:rect draw:transform='rotate (1)'" + frame + "/>",
-        {"1 shape with draw:transform, which is not heeded"});
+    QByteArray const transformed = "<draw:rect" + frame + "draw:transform='";
+    for (QByteArray const transform :
+        {"skewX(1)", "rotate(1) turn", "rotate()", "rotate(nan)", "matrix(1 2 3 4 5 6)",
+            "translate(5)", "scale(1e10)", "rotate(1", "rotate((1))", "1"}) {
+        row("transform " + transform, transformed + transform + "'/>",
+            {"1 shape with a draw:transform that is not heeded"});
+    }
     row("path data", "<draw:path" + frame + "svg:viewBox='0 0 9 9' svg:d='M0 0L5'/>",
         {"1:580: draw:path left out: path data, character 7: a number is missing at the end"});
     row("view box", "<draw:path" + frame + "svg:d='M0 0L5 5'/>",

@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "document/exactpath.h"
 #include "import/odfstyles.h"
+#include "import/odftransform.h"
 #include "import/pathdataparser.h"
 
 #include <QMap>
@@ -14,41 +15,8 @@
 
 namespace {
 
-/** A unit of length and its pixels. */
-struct Unit
-{
-    char const* name;
-    double pixels;
-};
-
-constexpr double pixelsPerInch = 96.0;
-
-constexpr Unit units[] = {
-    {"cm", pixelsPerInch / 2.54},
-    {"mm", pixelsPerInch / 25.4},
-    {"in", pixelsPerInch},
-    {"pt", pixelsPerInch / 72.0},
-    {"pc", pixelsPerInch / 6.0},
-    {"px", 1.0},
-};
-
-/** Lengths beyond this are on no page. */
-constexpr double longestLength = 1e9;
-
-/** A length in pixels; none for a text that is no length. */
-std::optional<double> lengthFromText(QStringRef const& text)
-{
-    for (Unit const& unit : units) {
-        if (!text.endsWith(QLatin1String(unit.name)))
-            continue;
-        bool isNumber = false;
-        double const length = text.chopped(2).toDouble(&isNumber) * unit.pixels;
-        // Written so that NaN fails.
-        if (isNumber && std::abs(length) <= longestLength)
-            return length;
-    }
-    return std::nullopt;
-}
+/** Numbers beyond this are on no page. */
+constexpr double largest = 1e9;
 
 /** Its four numbers; none if these are not such. */
 std::optional<QRectF> viewBoxFromText(QString const& text)
@@ -60,7 +28,7 @@ std::optional<QRectF> viewBoxFromText(QString const& text)
     for (int i = 0; i < 4; ++i) {
         bool isNumber = false;
         numbers[i] = parts.at(i).toDouble(&isNumber);
-        if (!isNumber || !(std::abs(numbers[i]) <= longestLength))
+        if (!isNumber || !(std::abs(numbers[i]) <= largest))
             return std::nullopt;
     }
     return QRectF(numbers[0], numbers[1], numbers[2], numbers[3]);
@@ -109,7 +77,7 @@ public:
     double length(QString const& space, char const* name)
     {
         QStringRef const text = m_attributes.value(space, QLatin1String(name));
-        auto const length = text.isEmpty() ? std::optional(0.0) : lengthFromText(text);
+        auto const length = text.isEmpty() ? std::optional(0.0) : odfLength(text);
         if (!length)
             fail(QStringLiteral("%1 is no length").arg(QLatin1String(name)));
         return length.value_or(0.0);
@@ -123,7 +91,7 @@ public:
             return otherwise;
         bool isNumber = false;
         double const angle = value.toDouble(&isNumber);
-        if (!isNumber || !(std::abs(angle) <= longestLength))
+        if (!isNumber || !(std::abs(angle) <= largest))
             fail(QStringLiteral("%1 is no angle").arg(QLatin1String(name)));
         return std::fmod(angle, 360.0);
     }
@@ -289,7 +257,7 @@ public:
             diagnostics.add(*m_firstFault);
         warnOf(m_faults - 1, "more that cannot be read: left out", file, diagnostics);
         warnOf(m_unpainted, "painted with nothing: left out", file, diagnostics);
-        warnOf(m_transformed, "with draw:transform, which is not heeded", file, diagnostics);
+        warnOf(m_transformed, "with a draw:transform that is not heeded", file, diagnostics);
         warnOf(m_withText, "with text: not kept", file, diagnostics);
     }
 
@@ -369,7 +337,6 @@ private:
                     .arg(QLatin1String(kind.name), attributes.fault()),
                 file);
         } else {
-            m_transformed += attributes.has(OdfNamespace::draw(), "transform") ? 1 : 0;
             add(drawn, kind, attributes);
         }
         m_withText += skipContent(reader) ? 1 : 0;
@@ -393,8 +360,11 @@ private:
     void add(Drawn const& drawn, ShapeKind const& kind, ShapeAttributes const& attributes)
     {
         QString const style = attributes.text(OdfNamespace::draw(), "style-name");
-        OdfShape shape {attributes.text(OdfNamespace::draw(), "name").simplified(), drawn.path,
-            m_styles.pen(style), drawn.isArea ? m_styles.brush(style) : QBrush(Qt::NoBrush)};
+        auto const transform = odfTransform(attributes.text(OdfNamespace::draw(), "transform"));
+        m_transformed += transform ? 0 : 1;
+        OdfShape shape {attributes.text(OdfNamespace::draw(), "name").simplified(),
+            transform.value_or(QTransform()).map(drawn.path), m_styles.pen(style),
+            drawn.isArea ? m_styles.brush(style) : QBrush(Qt::NoBrush)};
         if (shape.name.isEmpty())
             shape.name = QStringLiteral("%1 %2").arg(QLatin1String(kind.name)).arg(m_count);
         if (shape.path.isEmpty()
@@ -424,7 +394,7 @@ private:
     int m_count = 0; ///< of elements that are read
     int m_faults = 0;
     int m_unpainted = 0;
-    int m_transformed = 0;
+    int m_transformed = 0; ///< in a way that is not read
     int m_withText = 0;
 };
 

@@ -38,7 +38,8 @@ public:
     /**
      * Reads a part of the file, or all of a flat one: the styles that it holds are added to those
      * already known, and so are the elements that it draws. Of these are read `draw:path`,
-     * `draw:rect`, `draw:ellipse`, `draw:circle`, `draw:polygon`, `draw:polyline` and `draw:line`.
+     * `draw:rect`, `draw:ellipse`, `draw:circle`, `draw:polygon`, `draw:polyline` and `draw:line`,
+     * transformed by odfTransform().
      * False, with a diagnostic, for what is no well-formed XML within BoundedXml's bounds or draws
      * more than maximumOdfShapes.
      *
