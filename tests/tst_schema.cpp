@@ -169,6 +169,10 @@ void TestSchema::outputOfTheToolIsValid_data()
     row("geometry.rng", "normalize foreign.xml -o out.xml");
     row("geometry.rng", "normalize misread.xml -o out.xml");
     row("shapes.rng", "fit bubble-wide.svg bubble-tall.svg -o out.xml");
+    row("shapes.rng", "convert --path M0,0H9V9a4,4,0,1,1,-9,0Z -o out.xml");
+    row("shapes.rng", "convert stencil.shape -o out.xml");
+    row("shapes.rng", "convert drawing.fodg -o out.xml");
+    row("shapes.rng", "convert custom.xml -o out.xml");
     row("shapes.rng", "bind pennant.svg --slices 44,44,44,44 -o out.xml");
     row("shapes.rng", "bind pennant.svg --slices 44,44,44,30 --keep-corners -o out.xml");
     for (QString const& name : exampleFiles("documents").entryList()) {
@@ -194,6 +198,21 @@ void TestSchema::outputOfTheToolIsValid()
         "<D><Geometry NoFill=\"yes\"><CurveTo><D V=\"x\" B=\"\"/></CurveTo><LineTo><X V=\" 1\" "
         "B=\"65539\" "
         "P=\"1\"/><X V=\"2\"/><Y V=\"1\" B=\"65537\" P=\"0x1\"/></LineTo></Geometry></D>");
+    place.write("stencil.shape",
+        "<shape xmlns='http://www.daa.com.au/~james/dia-shape-ns' "
+        "xmlns:svg='http://www.w3.org/2000/svg'><name>a - b</name><svg:svg><svg:line x1='0' y1='0' "
+        "x2='5' y2='5'/><svg:circle cx='3' cy='3' r='2'/></svg:svg></shape>");
+    place.write("drawing.fodg",
+        "<office:document xmlns:office='urn:oasis:names:tc:opendocument:xmlns:office:1.0' "
+        "xmlns:draw='urn:oasis:names:tc:opendocument:xmlns:drawing:1.0' "
+        "xmlns:svg='urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0'><office:body>"
+        "<office:drawing><draw:page><draw:rect svg:x='1cm' svg:y='1cm' svg:width='3cm' "
+        "svg:height='2cm'/></draw:page></office:drawing></office:body></office:document>");
+    place.write("custom.xml",
+        "<p:sp xmlns:p='urn:p' xmlns:a='http://schemas.openxmlformats.org/drawingml/2006/main'>"
+        "<a:custGeom><a:pathLst><a:path w='9' h='9'><a:moveTo><a:pt x='0' "
+        "y='0'/></a:moveTo><a:lnTo>"
+        "<a:pt x='9' y='9'/></a:lnTo></a:path></a:pathLst></a:custGeom></p:sp>");
     for (char const* const folder : {"documents", "drawings", "pictures"}) {
         QDir const files = exampleFiles(folder);
         for (QString const& name : files.entryList())

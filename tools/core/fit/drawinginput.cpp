@@ -2,7 +2,7 @@
 
 #include "boundedxml_p.h"
 #include "document/outlinedocument.h"
-#include "document/shapeformat.h"
+#include "document/shapebox.h"
 #include "fit/lastplace.h"
 #include "import/gunzip.h"
 #include "import/svgimport.h"
@@ -28,25 +28,14 @@ std::optional<SizedDrawing> drawingOfPicture(QByteArray const& svg, DrawingSourc
     return drawing;
 }
 
-/** The box that the element around an outline states; invalid if it states none. */
-QSizeF statedBox(Outline const& outline)
-{
-    QDomElement const shape = outline.element.parentNode().toElement();
-    bool hasWidth = false;
-    bool hasHeight = false;
-    QSizeF const box(shape.attribute(ShapeFormat::width()).toDouble(&hasWidth),
-        shape.attribute(ShapeFormat::height()).toDouble(&hasHeight));
-    return hasWidth && hasHeight ? box : QSizeF();
-}
-
 std::optional<SizedDrawing> drawingOfDocument(
     OutlineDocument& document, DrawingSource const& source, Diagnostics& diagnostics)
 {
-    SizedDrawing drawing {source.file, QSizeF(), {}};
-    for (Outline& outline : document.outlines()) {
-        QSizeF const box = source.box.value_or(statedBox(outline));
-        if (drawing.shapes.empty())
-            drawing.box = box;
+    SizedDrawing drawing {source.file, QSizeF(), takeShapes(document, {})};
+    if (!drawing.shapes.empty())
+        drawing.box = source.box.value_or(drawing.shapes.front().box);
+    for (Shape const& shape : drawing.shapes) {
+        QSizeF const box = source.box.value_or(shape.box);
         if (!box.isValid() || box != drawing.box) {
             diagnostics.error(source.file,
                 box.isValid()
@@ -56,7 +45,6 @@ std::optional<SizedDrawing> drawingOfDocument(
                                      "FILE@WxH"));
             return std::nullopt;
         }
-        drawing.shapes.push_back({outline.name, box, outline.fillRule, std::move(outline.list)});
     }
     return drawing;
 }
