@@ -4,7 +4,9 @@ find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 kpgeometry_add_test(tst_drawingmlimport LIBRARIES kpgeomcore kpgeometry_private)
 # With KPGEOMETRY_PRESETS in the environment also what scripts/presets fetches.
 kpgeometry_add_test(tst_presetfit LIBRARIES kpgeomcore kpgeometry_private)
-kpgeometry_add_test(tst_pathrecorder LIBRARIES kpgeomcore)
+foreach(name IN ITEMS tst_pathrecorder tst_svgrewriter tst_svgviewport tst_uniquenames)
+  kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
+endforeach()
 find_package(ZLIB REQUIRED)
 # The log of messages is the tool's own.
 kpgeometry_add_test(tst_outlineimport
