@@ -9,6 +9,7 @@
 
 using Drawing = std::function<void(QPainter&)>;
 Q_DECLARE_METATYPE(Drawing)
+Q_DECLARE_METATYPE(Qt::PenStyle)
 
 namespace {
 
@@ -93,6 +94,9 @@ private Q_SLOTS:
     void recordsEveryDrawingCall_data();
     void recordsEveryDrawingCall();
     void recordsTextAsItsGlyphs();
+    void notesUprightEllipses_data();
+    void notesUprightEllipses();
+    void recordsMarks();
     void keepsPenAndBrushInTheirOwnCoordinates();
     void countsImages();
     void marksClippedPaths();
@@ -223,6 +227,91 @@ void TestPathRecorder::recordsTextAsItsGlyphs()
     QVERIFY2(bounds.left() > 50.0 && bounds.right() < 250.0, "about 17 units from 5, ten times");
     QVERIFY2(bounds.bottom() > 298.0 && bounds.bottom() < 302.0, "on the baseline");
     QVERIFY2(bounds.top() > 130.0 && bounds.top() < 160.0, "as high as an l");
+}
+
+void TestPathRecorder::notesUprightEllipses_data()
+{
+    QTest::addColumn<QTransform>("transform");
+    QTest::addColumn<Qt::PenStyle>("line");
+    QTest::addColumn<QRectF>("expected"); // of an ellipse of 4 by 2 at (1, 1); null if not noted
+    auto const row = [](char const* name, QTransform const& transform, Qt::PenStyle line,
+                         QRectF const& expected) {
+        QTest::newRow(name) << transform << line << expected;
+    };
+    QRectF const none;
+    QRectF const turned(-30.0, 10.0, 20.0, 40.0);
+    row("as it is", {}, Qt::NoPen, {10.0, 10.0, 40.0, 20.0});
+    row("with a line", {}, Qt::SolidLine, {10.0, 10.0, 40.0, 20.0});
+    row("moved and scaled", QTransform(2.0, 0.0, 0.0, 3.0, -1.0, 4.0), Qt::SolidLine,
+        {10.0, 70.0, 80.0, 60.0});
+    row("a quarter turn", QTransform().rotate(90.0), Qt::SolidLine, turned);
+    row("a quarter turn in three steps", QTransform().rotate(30.0).rotate(30.0).rotate(30.0),
+        Qt::NoPen, turned);
+    row("half a turn", QTransform().rotate(180.0), Qt::NoPen, {-50.0, -30.0, 40.0, 20.0});
+    row("mirrored", QTransform().scale(-1.0, 1.0), Qt::SolidLine, {-50.0, 10.0, 40.0, 20.0});
+    row("a tenth of a degree", QTransform().rotate(0.1), Qt::NoPen, none);
+    row("30 degrees", QTransform().rotate(30.0), Qt::NoPen, none);
+    row("sheared", QTransform().shear(0.5, 0.0), Qt::NoPen, none);
+    row("in perspective", QTransform(1.0, 0.0, 0.01, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0), Qt::NoPen,
+        none);
+    row("dashed", {}, Qt::DashLine, {10.0, 10.0, 40.0, 20.0});
+    row("dashed and scaled", QTransform().scale(2.0, 3.0), Qt::DashLine, {20.0, 30.0, 80.0, 60.0});
+    row("dashed and turned, where dashes begin elsewhere", QTransform().rotate(90.0), Qt::DashLine,
+        none);
+    row("dashed and mirrored, where dashes run the other way", QTransform().scale(1.0, -1.0),
+        Qt::DashLine, none);
+}
+
+void TestPathRecorder::notesUprightEllipses()
+{
+    QFETCH(QTransform, transform);
+    QFETCH(Qt::PenStyle, line);
+    QFETCH(QRectF, expected);
+    PathRecorder recorder(QSizeF(100.0, 100.0), 10.0);
+    record(recorder, [&](QPainter& painter) {
+        painter.setTransform(transform);
+        painter.setPen(line);
+        painter.drawEllipse(QRectF(1.0, 1.0, 4.0, 2.0));
+        painter.drawRect(QRectF(1.0, 1.0, 4.0, 2.0));
+        painter.drawRoundedRect(QRectF(1.0, 1.0, 4.0, 2.0), 2.0, 1.0);
+        painter.drawEllipse(QRectF(1.0, 1.0, 0.0, 2.0));
+    });
+    QCOMPARE(recorder.paths().size(), std::size_t(4));
+    RecordedPath const& painted = recorder.paths().front();
+    QCOMPARE(painted.ellipse.value_or(QRectF()), expected);
+    if (painted.ellipse)
+        QCOMPARE(painted.path.boundingRect(), *painted.ellipse);
+    for (std::size_t i = 1; i < recorder.paths().size(); ++i)
+        QVERIFY(!recorder.paths()[i].ellipse);
+}
+
+void TestPathRecorder::recordsMarks()
+{
+    PathRecorder recorder(QSizeF(100.0, 100.0), 1.0);
+    record(recorder, [](QPainter& painter) {
+        QFont font;
+        painter.setPen(Qt::NoPen);
+        font.setFamily(QStringLiteral("one"));
+        painter.setFont(font);
+        painter.drawPath(QPainterPath());
+        painter.drawRect(1, 1, 2, 2);
+        painter.drawRect(1, 1, 3, 3);
+        font.setFamilies({QStringLiteral("two"), QStringLiteral("three")});
+        painter.setFont(font);
+        painter.drawPath(QPainterPath(QPointF(5.0, 5.0)));
+        // Not with a line or a filling, however little there is of it.
+        painter.setBrush(Qt::red);
+        painter.drawPath(QPainterPath());
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(Qt::red);
+        painter.drawPath(QPainterPath());
+    });
+    QCOMPARE(recorder.paths().size(), std::size_t(2));
+    QCOMPARE(recorder.marks().size(), std::size_t(2));
+    QCOMPARE(recorder.marks().at(0).fontFamily, QStringLiteral("one"));
+    QCOMPARE(recorder.marks().at(0).pathCount, std::size_t(0));
+    QCOMPARE(recorder.marks().at(1).fontFamily, QStringLiteral("two"));
+    QCOMPARE(recorder.marks().at(1).pathCount, std::size_t(2));
 }
 
 void TestPathRecorder::keepsPenAndBrushInTheirOwnCoordinates()

@@ -1,6 +1,8 @@
 #include "import/pathrecorder.h"
 
+#include <QFont>
 #include <QPaintEngine>
+#include <QStringList>
 
 #include <cmath>
 #include <limits>
@@ -35,6 +37,30 @@ void RecordedPath::paint(QPainter& painter, QPainterPath const& outline) const
     painter.drawPath(painted);
     painter.restore();
 }
+
+namespace {
+
+/**
+ * Whether an upright ellipse is one too behind the transformation.
+ *
+ * @param mayTurn whether it may start elsewhere or run the other way then
+ */
+bool staysUpright(QTransform const& transform, bool mayTurn)
+{
+    // Of what is 1e6 units large, this is less than a coordinate has digits for.
+    double const rounding = 1e-9;
+    double const straight = qMin(std::abs(transform.m11()), std::abs(transform.m22()));
+    double const across = qMin(std::abs(transform.m12()), std::abs(transform.m21()));
+    double const mostStraight = qMax(std::abs(transform.m11()), std::abs(transform.m22()));
+    double const mostAcross = qMax(std::abs(transform.m12()), std::abs(transform.m21()));
+    if (!transform.isAffine())
+        return false;
+    if (mostAcross <= rounding * straight)
+        return mayTurn || (transform.m11() > 0.0 && transform.m22() > 0.0);
+    return mayTurn && mostStraight <= rounding * across;
+}
+
+} // namespace
 
 /** Turns every drawing call into paths; has every feature, so QPainter emulates nothing. */
 class PathRecorder::Engine : public QPaintEngine
@@ -78,6 +104,8 @@ public:
         QPainterPath path;
         path.addEllipse(rect);
         drawPath(path);
+        if (!path.isEmpty())
+            noteEllipse(rect);
     }
 
     void drawPolygon(QPointF const* points, int count, PolygonDrawMode mode) override
@@ -139,10 +167,31 @@ private:
         record(path, pen, Qt::NoBrush);
     }
 
+    QString fontFamily() const
+    {
+        QFont const font = painter()->font();
+        // A font that was given a list of families keeps another one beside it.
+        QStringList const families = font.families();
+        return families.isEmpty() ? font.family() : families.constFirst();
+    }
+
+    /** The path that was recorded last is the ellipse in this rectangle. */
+    void noteEllipse(QRectF const& rect)
+    {
+        RecordedPath& recorded = m_recorder.m_paths.back();
+        bool const isPlainLine =
+            recorded.pen.style() == Qt::NoPen || recorded.pen.style() == Qt::SolidLine;
+        if (!rect.isEmpty() && staysUpright(recorded.transform, isPlainLine))
+            recorded.ellipse = recorded.transform.mapRect(rect);
+    }
+
     void record(QPainterPath const& path, QPen const& pen, QBrush const& brush)
     {
-        if (path.isEmpty())
+        if (path.isEmpty()) {
+            if (pen.style() == Qt::NoPen && brush.style() == Qt::NoBrush)
+                m_recorder.m_marks.push_back({m_recorder.m_paths.size(), fontFamily()});
             return;
+        }
         RecordedPath recorded;
         recorded.transform = painter()->deviceTransform() * m_recorder.m_scale;
         recorded.path = recorded.transform.map(path);

@@ -7,10 +7,14 @@
 #include <QPainterPath>
 #include <QPen>
 #include <QPointF>
+#include <QRectF>
 #include <QSizeF>
+#include <QString>
 #include <QTransform>
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 /** One painted path, with all that paints it again. */
@@ -28,11 +32,23 @@ struct RecordedPath
         QPainter::CompositionMode_SourceOver; ///< with what lies below
     QPainter::RenderHints renderHints; ///< all others were off
     bool clipped = false; ///< painted under a clip, which is not recorded
+    /**
+     * Set if the path is one ellipse that stands upright in device units, and starting at its
+     * right-most point and going clockwise shows the same: its bounds there.
+     */
+    std::optional<QRectF> ellipse;
 
     /** Paints the path; the painter's coordinates are device units. The painter's state stays. */
     void paint(QPainter& painter) const;
     /** As paint(), but with `outline`, in device units, for the path. Its fill rule counts. */
     void paint(QPainter& painter, QPainterPath const& outline) const;
+};
+
+/** An empty path that was painted with nothing: what draws can tell something by it. */
+struct RecordedMark
+{
+    std::size_t pathCount; ///< how many paths were recorded before it
+    QString fontFamily; ///< of the painter, the one thing that paths do not show
 };
 
 /**
@@ -54,6 +70,8 @@ public:
 
     /** In the order in which they were painted. Paths without a line or a curve are not recorded. */
     std::vector<RecordedPath> const& paths() const { return m_paths; }
+    /** In the order in which they were painted. */
+    std::vector<RecordedMark> const& marks() const { return m_marks; }
     /** Images and pixmaps painted; a tiled one counts once. */
     int imageCount() const { return m_imageCount; }
 
@@ -70,6 +88,7 @@ private:
     QSizeF m_size;
     QTransform m_scale;
     std::vector<RecordedPath> m_paths;
+    std::vector<RecordedMark> m_marks;
     int m_imageCount = 0;
     std::unique_ptr<Engine> m_engine;
 };
