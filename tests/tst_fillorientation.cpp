@@ -716,10 +716,10 @@ void TestFillOrientation::icons()
             continue;
         QVERIFY(file.open(QIODevice::ReadOnly));
         Diagnostics diagnostics;
-        auto const picture = importSvg(
+        auto const pictures = importSvg(
             file.readAll(), {file.fileName(), 0.0, [] { return QStringList(); }}, diagnostics);
-        QVERIFY2(picture, qPrintable(file.fileName()));
-        for (ImportedOutline const& outline : picture->outlines) {
+        QVERIFY2(pictures && pictures->size() == 1, qPrintable(file.fileName()));
+        for (ImportedOutline const& outline : pictures->front().outlines) {
             QPainterPath const& path = outline.painted.path;
             OrientedPath const oriented = orientedForBothRules(path);
             bool const isEvenOdd = path.fillRule() == Qt::OddEvenFill;

@@ -186,6 +186,8 @@ private Q_SLOTS:
     void bothFormsHoldTheSameOutlines_data();
     void bothFormsHoldTheSameOutlines();
     void bothFormsHoldTheFillRule();
+    void bothFormsHoldASetForEachSymbol();
+    void convertedEllipsesAreDrawnAsPainted();
     void convertedShapesAreFilledAsPainted_data();
     void convertedShapesAreFilledAsPainted();
     void convertedGlyphsAreFilledAsPainted();
@@ -803,13 +805,17 @@ void TestKpgeomDocuments::convertKeepsTheOrder()
     QCOMPARE(outlines.size(), 3);
     QStringList names;
     QVector<int> curves;
+    QVector<int> ellipses;
     for (QJsonValue const& outline : outlines) {
         names << outline.toObject().value("name").toString();
-        curves << outline.toObject().value("segments").toObject().value("curveTo").toInt();
+        QJsonObject const segments = outline.toObject().value("segments").toObject();
+        curves << segments.value("curveTo").toInt();
+        ellipses << segments.value("ellipse").toInt();
     }
     QCOMPARE(names, (QStringList {"path 1", "path 2", "path 3"}));
-    // A circle is four curves, the half circle of the last path two.
-    QCOMPARE(curves, (QVector<int> {0, 4, 3}));
+    // The half circle of the last path is two curves.
+    QCOMPARE(curves, (QVector<int> {0, 0, 3}));
+    QCOMPARE(ellipses, (QVector<int> {0, 1, 0}));
 }
 
 void TestKpgeomDocuments::convertFitsThePictureToLargeUnits()
@@ -871,6 +877,56 @@ void TestKpgeomDocuments::bothFormsHoldTheFillRule()
         QCOMPARE(shapes.at(1).toElement().attribute("FillRule"), QString("nonzero"));
         QVERIFY(!shapes.at(2).toElement().hasAttribute("FillRule"));
     }
+}
+
+void TestKpgeomDocuments::bothFormsHoldASetForEachSymbol()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<symbol id='nut' viewBox='0 0 4 2'><circle id='hole' cx='1' cy='1' r='1'/>"
+            "<path d='M0 0L4 0V2'/></symbol>"
+            "<symbol id='bolt &lt;8&gt;' viewBox='1 1 5 10'><path d='M1 1L6 1V11'/></symbol>"));
+    QStringList const expected {
+        "nut/hole in 10000 by 5000", "nut in 10000 by 5000", "bolt <8> in 5000 by 10000"};
+    QStringList outlines;
+    for (QString const& form : {QString("dom"), QString("stream")}) {
+        Result const result = place.run({"convert", "in.svg", "--form", form, "-o", "out.xml"});
+        COMPARE_EXIT(result, 0);
+        QCOMPARE(result.err, QByteArray());
+        QDomDocument const document = OutlineTesting::domDocument(place.read("out.xml"));
+        QDomNodeList const shapes = document.elementsByTagName("Shape");
+        QStringList sets;
+        for (int i = 0; i < shapes.size(); ++i) {
+            QDomElement const shape = shapes.at(i).toElement();
+            sets << QString("%1 in %2 by %3")
+                        .arg(shape.attribute("Name"), shape.attribute("Width"),
+                            shape.attribute("Height"));
+        }
+        QCOMPARE(sets, expected);
+        QStringList const read = readOutlines(place.read("out.xml"));
+        QCOMPARE(read.size(), 3);
+        if (!outlines.isEmpty())
+            QCOMPARE(read, outlines);
+        outlines = read;
+        COMPARE_EXIT(place.run({"check", "out.xml"}), 0);
+    }
+    QVERIFY(place.read("out.xml").contains("<Ellipse>\n    <X V=\"2500\" B=\"1\" P=\"0.25\"/>\n"
+                                           "    <Y V=\"2500\" B=\"2\" P=\"0.5\"/>\n"
+                                           "    <A V=\"2500\" B=\"1\" P=\"0.25\"/>\n"
+                                           "    <B V=\"2500\" B=\"2\" P=\"0.5\"/>\n"));
+}
+
+void TestKpgeomDocuments::convertedEllipsesAreDrawnAsPainted()
+{
+    Workplace const place;
+    place.write("in.svg",
+        svg("<g transform='rotate(90) scale(1 -1)'><ellipse cx='25' cy='50' "
+            "rx='20' ry='45'/></g>"));
+    COMPARE_EXIT(place.run({"convert", "in.svg", "-o", "out.xml"}), 0);
+    QVERIFY(place.read("out.xml").contains("<Ellipse>"));
+    QPainterPath ellipse;
+    ellipse.addEllipse(QPointF(50.0, 25.0), 45.0, 20.0);
+    QCOMPARE(differences(rendered(place, "out.xml"), drawn(ellipse)), 0);
 }
 
 void TestKpgeomDocuments::convertedShapesAreFilledAsPainted_data()

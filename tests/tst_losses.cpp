@@ -32,10 +32,11 @@ ImportedOutlines pictureOf(std::vector<RecordedPath> const& shapes)
     return picture;
 }
 
-QStringList lossesOf(ImportedOutlines const& picture)
+/** @param imported one picture or several */
+template <class Imported> QStringList lossesOf(Imported const& imported)
 {
     Diagnostics diagnostics;
-    warnOfLosses(picture, "a.svg", diagnostics);
+    warnOfLosses(imported, "a.svg", diagnostics);
     QStringList lines;
     for (Diagnostic const& diagnostic : diagnostics) {
         bool const isPlaced = diagnostic.file == QLatin1String("a.svg") && diagnostic.line == 0
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void namesTheFillRuleThatCounts_data();
     void namesTheFillRuleThatCounts();
     void countsLostLines();
+    void addsUpSeveralPictures();
 };
 
 void TestLosses::namesEachLossWithItsCount_data()
@@ -314,6 +316,25 @@ void TestLosses::countsLostLines()
     QCOMPARE(lossesOf(both), QStringList(line.arg("3 lines")));
     QCOMPARE(countLostLines(both), 3);
     QCOMPARE(countLostLines(pictureOf({})), 0);
+}
+
+void TestLosses::addsUpSeveralPictures()
+{
+    RecordedPath wide = usualShape(true);
+    wide.pen.setWidthF(2.0);
+    RecordedPath shortLine = usualShape(false);
+    shortLine.path.moveTo(5.0, 5.0);
+    shortLine.path.lineTo(5.5, 5.5);
+    ImportedPictures pictures;
+    pictures.push_back(pictureOf({wide, shortLine}));
+    pictures.push_back(pictureOf({wide, wide, shortLine}));
+    // A line of 2 units is 1 wide in the unit of what this picture was made from.
+    pictures.push_back(pictureOf({wide}));
+    pictures.back().scale = 2.0;
+    QCOMPARE(lossesOf(pictures),
+        QStringList({"3 shapes with a line width other than 1: not kept",
+            "2 lines of less than one unit: not drawn, unless at a larger scale"}));
+    QCOMPARE(lossesOf(ImportedPictures()), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestLosses)

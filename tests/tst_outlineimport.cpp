@@ -3,7 +3,9 @@
 #include "messagelog.h"
 #include "outlinetesting.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
@@ -29,12 +31,13 @@ QString described(Diagnostic const& diagnostic)
 /** What an import comes to, and what it tells: no more than one error, behind all warnings. */
 struct Imported
 {
-    std::optional<ImportedOutlines> picture;
+    std::optional<ImportedPictures> pictures;
     QStringList warnings;
     QString error;
 
-    std::vector<ImportedOutline> const& outlines() const { return picture->outlines; }
-    KpPathSegList& list(std::size_t index) const { return *picture->outlines.at(index).list; }
+    ImportedOutlines const& picture() const { return pictures->at(0); }
+    std::vector<ImportedOutline> const& outlines() const { return picture().outlines; }
+    KpPathSegList& list(std::size_t index) const { return *outlines().at(index).list; }
 
     QStringList names() const
     {
@@ -49,7 +52,7 @@ struct Imported
     {
         MessageLog log;
         Diagnostics diagnostics;
-        picture = import([&log] { return log.take(); }, diagnostics);
+        pictures = import([&log] { return log.take(); }, diagnostics);
         for (Diagnostic const& diagnostic : diagnostics) {
             if (diagnostic.file != file || !error.isEmpty())
                 qFatal("%s", qPrintable(diagnostic.file + diagnostic.text));
@@ -58,7 +61,7 @@ struct Imported
             else
                 warnings << described(diagnostic);
         }
-        if (picture.has_value() != error.isEmpty())
+        if (pictures.has_value() != error.isEmpty())
             qFatal("an error is told exactly if there is no picture");
     }
 };
@@ -74,8 +77,12 @@ Imported importedSvg(QByteArray const& svg, double scale)
 Imported importedText(QString const& font, QString const& text, double emSize)
 {
     return Imported(font, [&](TakeMessages const& takeMessages, Diagnostics& diagnostics) {
-        return importText(
-            text, {font, emSize, QStringLiteral("an em of"), takeMessages}, diagnostics);
+        auto picture =
+            importText(text, {font, emSize, QStringLiteral("an em of"), takeMessages}, diagnostics);
+        std::optional<ImportedPictures> pictures;
+        if (picture)
+            pictures.emplace().push_back(std::move(*picture));
+        return pictures;
     });
 }
 
@@ -113,7 +120,10 @@ QByteArray compressed(QByteArray block, int repetitions = 1)
     return file;
 }
 
-/** Flags and segments: "closed noFill M 1 2 L 3 4", C with its two control points first. */
+/**
+ * Flags and segments: "closed noFill M 1 2 L 3 4", C with its two control points first, E with its
+ * two radii.
+ */
 QString text(KpPathSegList const& outline)
 {
     QStringList parts;
@@ -130,9 +140,22 @@ QString text(KpPathSegList const& outline)
         QString part(QLatin1Char("MLCE"[seg->type - KpPathSeg::SegMoveTo]));
         if (KpPathSegCurveTo const* const curve = seg->toCurveTo())
             part += point(curve->ctrl1) + point(curve->ctrl2);
+        if (KpPathSegEllipse const* const ellipse = seg->toEllipse())
+            part += QStringLiteral(" %1 %2").arg(ellipse->a.value).arg(ellipse->b.value);
         parts << part + point(seg->pt);
     }
     return parts.join(QLatin1Char(' '));
+}
+
+/** The warnings but those of line widths, which a scale changes. */
+QStringList otherWarnings(Imported const& picture)
+{
+    QStringList lines;
+    for (QString const& warning : picture.warnings) {
+        if (!warning.contains(QLatin1String("a line width other than 1")))
+            lines << warning;
+    }
+    return lines;
 }
 
 QStringList texts(Imported const& picture)
@@ -169,6 +192,26 @@ private Q_SLOTS:
     void measuresTheViewBox_data();
     void measuresTheViewBox();
     void followsUse();
+    void keepsEllipses_data();
+    void keepsEllipses();
+    void bindsEllipsesToTheBox();
+    void namesOutlinesAfterIds_data();
+    void namesOutlinesAfterIds();
+    void idsChangeNothingElse_data();
+    void idsChangeNothingElse();
+    void placesNestedViews_data();
+    void placesNestedViews();
+    void placesSymbolsThatAreUsed_data();
+    void placesSymbolsThatAreUsed();
+    void importsEachSymbolOfASprite();
+    void scalesSymbolsOnTheirOwn();
+    void leavesOutSymbolsWithoutASize();
+    void tellsOfSeveralPictures_data();
+    void tellsOfSeveralPictures();
+    void symbolsPaintAsTheyDoWhereTheyAreUsed();
+    void takesAsLongForEachSymbol();
+    void marksOfAPictureOfItsOwnDoNoHarm();
+    void paintsWhatIsTooMuchOnlyWithLabels();
     void paintedPathsAreThoseOfTheOutlines();
     void warnsOfWhatHasNoEffect();
     void warnsOfEverything_data();
@@ -195,7 +238,7 @@ void TestOutlineImport::importsEachShapeAsOneOutline()
     Testing::MessageWatch watch;
     Imported const picture = importedSvg(testFile("shapes.svg"), 10.0);
     QCOMPARE(picture.error, QString());
-    QCOMPARE(picture.picture->size, QSizeF(400.0, 200.0));
+    QCOMPARE(picture.picture().size, QSizeF(400.0, 200.0));
     QCOMPARE(picture.warnings,
         QStringList({"1 shape painted with nothing: left out",
             "2 shapes with a colour other than black: not kept"}));
@@ -256,7 +299,7 @@ void TestOutlineImport::importsCompressedPictures()
         QVERIFY(file.size() < plain.size());
         Imported const picture = importedSvg(file, 10.0);
         QCOMPARE(picture.error, QString());
-        QCOMPARE(picture.picture->size, expected.picture->size);
+        QCOMPARE(picture.picture().size, expected.picture().size);
         QCOMPARE(picture.names(), expected.names());
         QCOMPARE(picture.outlines().size(), expected.outlines().size());
         for (std::size_t i = 0; i < expected.outlines().size(); ++i)
@@ -311,7 +354,7 @@ void TestOutlineImport::measuresTheViewBox()
             + "><path d='M1 1L3 2' fill='none' stroke='red'/></svg>",
         scale);
     QCOMPARE(picture.error, QString());
-    QCOMPARE(picture.picture->size, size);
+    QCOMPARE(picture.picture().size, size);
     QCOMPARE(texts(picture), outline.isEmpty() ? QStringList() : QStringList(outline));
 }
 
@@ -324,6 +367,557 @@ void TestOutlineImport::followsUse()
             "closed noLine M 5 5 L 7 5 L 7 6 L 5 6 L 5 5",
             "closed noLine M 7 5 L 8 5 L 8 6 L 7 6 L 7 5",
             "closed noLine M 7 5 L 9 5 L 9 6 L 7 6 L 7 5"}));
+}
+
+void TestOutlineImport::keepsEllipses_data()
+{
+    QTest::addColumn<QByteArray>("shape");
+    QTest::addColumn<QString>("expected"); // empty for curves
+    auto const row = [](char const* name, QByteArray const& shape, char const* expected) {
+        QTest::newRow(name) << shape << QString::fromLatin1(expected);
+    };
+    QByteArray const ellipse = "<ellipse cx='5' cy='4' rx='3' ry='2' ";
+    row("circle", "<circle cx='5' cy='4' r='3'/>", "closed noLine E 3 3 5 4");
+    row("ellipse", ellipse + "/>", "closed noLine E 3 2 5 4");
+    row("with a line", ellipse + "stroke='black'/>", "closed E 3 2 5 4");
+    row("only a line", ellipse + "fill='none' stroke='black'/>", "closed noFill E 3 2 5 4");
+    row("dashed", ellipse + "stroke='black' stroke-dasharray='1 1'/>", "closed E 3 2 5 4");
+    row("moved and scaled", "<g transform='translate(1 2) scale(2 3)'>" + ellipse + "/></g>",
+        "closed noLine E 6 6 11 14");
+    row("mirrored", ellipse + "stroke='black' transform='scale(-1 1)'/>", "closed E 3 2 -5 4");
+    row("a quarter turn", ellipse + "stroke='black' transform='rotate(90)'/>", "closed E 2 3 -4 5");
+    row("an eighth of a turn twice",
+        "<g transform='rotate(45)'>" + ellipse + "transform='rotate(45)'/></g>",
+        "closed noLine E 2 3 -4 5");
+    row("less than a quarter turn", ellipse + "transform='rotate(80)'/>", "");
+    row("a circle turned", "<circle r='3' transform='rotate(30)'/>", "");
+    row("sheared", ellipse + "transform='skewX(20)'/>", "");
+    row("dashed and mirrored",
+        ellipse + "stroke='black' stroke-dasharray='1 1' transform='scale(-1 1)'/>", "");
+    row("arcs of a path", "<path d='M8 4A3 3 0 0 1 2 4A3 3 0 0 1 8 4Z'/>", "");
+    row("a rectangle as round as can be", "<rect width='6' height='6' rx='3'/>", "");
+}
+
+void TestOutlineImport::keepsEllipses()
+{
+    QFETCH(QByteArray, shape);
+    QFETCH(QString, expected);
+    Imported const picture = importedSvg(svg(shape), 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.outlines().size(), std::size_t(1));
+    if (expected.isEmpty()) {
+        QVERIFY(picture.list(0).segs.size() >= 5);
+        QCOMPARE(int(picture.list(0).segs.at(0)->type), int(KpPathSeg::SegMoveTo));
+        QCOMPARE(int(picture.list(0).segs.at(1)->type), int(KpPathSeg::SegCurveTo));
+    } else {
+        QCOMPARE(texts(picture), QStringList(expected));
+    }
+}
+
+void TestOutlineImport::bindsEllipsesToTheBox()
+{
+    Imported const picture = importedSvg(
+        "<svg width='10' height='20'><ellipse cx='5' cy='4' rx='3' ry='2'/></svg>", 2.0);
+    QCOMPARE(texts(picture), QStringList("closed noLine E 6 4 10 8"));
+    KpPathSegEllipse const& ellipse = *picture.list(0).segs.at(0)->toEllipse();
+    QCOMPARE(int(ellipse.pt.x.base), 1);
+    QCOMPARE(int(ellipse.pt.y.base), 2);
+    QCOMPARE(int(ellipse.a.base), 1);
+    QCOMPARE(int(ellipse.b.base), 2);
+    COMPARE_BITS(ellipse.pt.x.rate, 0.5);
+    COMPARE_BITS(ellipse.pt.y.rate, 0.2);
+    COMPARE_BITS(ellipse.a.rate, 0.3);
+    COMPARE_BITS(ellipse.b.rate, 0.1);
+    picture.list(0).updateValue(100.0, 10.0);
+    QCOMPARE(texts(picture), QStringList("closed noLine E 30 1 50 2"));
+}
+
+void TestOutlineImport::namesOutlinesAfterIds_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("names");
+    auto const row = [](char const* name, QByteArray const& body, QStringList const& names) {
+        QTest::newRow(name) << body << names;
+    };
+    QByteArray const plain = "<path d='M0 0L5 5V0'/>";
+    auto const shape = [](QByteArray const& id) {
+        return "<path id='" + id + "' d='M0 0L5 5V0'/>";
+    };
+    row("some", plain + shape("a") + plain + shape("b"), {"path 1", "a", "path 3", "b"});
+    row("each kind of shape",
+        shape("p")
+            + "<rect id='r' width='5' height='5'/><circle id='c' r='5'/>"
+              "<ellipse id='e' rx='5' ry='4'/><polygon id='g' points='1,1 5,1 5,5'/>"
+              "<line id='l' x2='5' stroke='red'/>"
+              "<polyline id='y' points='1,1 5,1 5,5' stroke='red'/>"
+              "<rect id='round' width='5' height='5' rx='1' stroke='red'/>",
+        {"p", "r", "c", "e", "g", "l", "y", "round"});
+    row("the same again", shape("a") + shape("a") + plain + shape("a"),
+        {"a", "a 2", "path 3", "a 3"});
+    row("an id like a number of a path", shape("path 2") + plain, {"path 2", "path 2 2"});
+    row("an id with characters of XML", shape("&lt;&amp;&#9;x"), {"<&\tx"});
+    row("an id in another script", shape("\xc3\xa4\xe4\xb8\xad"),
+        {QString::fromUtf8("\xc3\xa4\xe4\xb8\xad")});
+    row("an id without anything", shape(""), {"path 1"});
+    row("an xml:id", "<path xml:id='a' d='M0 0L5 5V0'/>", {"a"});
+    row("a long id", shape(QByteArray(300, 'x')), {QString(199, 'x') + QChar(0x2026)});
+    row("shapes that paint nothing count", "<path id='n' d='M0 0L5 5' fill='none'/>" + plain,
+        {"path 2"});
+    row("in groups", "<g id='g'>" + shape("a") + "<g>" + shape("b") + "</g>" + plain + "</g>",
+        {"a", "b", "path 3"});
+    row("in what has no effect", "<clipPath id='c'>" + shape("a") + "</clipPath>", {"a"});
+    row("a use", shape("a") + "<use xlink:href='#a'/><use id='u' xlink:href='#a'/>",
+        {"a", "a 2", "u"});
+    row("a use without the prefix", "<defs>" + shape("a") + "</defs><use id='u' href='#a'/>",
+        {"u"});
+    row("a use before what it uses", "<use id='u' href='#a'/>" + shape("a"), {"u", "a"});
+    row("a use of a use",
+        "<defs>" + shape("a")
+            + "<use id='u' href='#a'/></defs><use href='#u'/><use id='v' href='#u'/>",
+        {"u", "v"});
+    row("a use of a group with one shape",
+        "<defs><g id='g'>" + shape("a") + "</g></defs><use href='#g'/><use id='u' href='#g'/>",
+        {"a", "u"});
+    row("a use of a group with two",
+        "<defs><g id='g'>" + shape("a") + plain + "</g></defs><use id='u' href='#g'/>",
+        {"a", "path 2"});
+    row("a use of a symbol with one shape",
+        "<symbol id='s'>" + plain + "</symbol><use id='u' href='#s'/><use href='#s'/>",
+        {"u", "path 2"});
+    row("texts", "<text id='t' y='9'>a</text><text y='9'>b</text>", {"t", "path 2"});
+    row("choices of a switch", "<switch>" + shape("a") + shape("b") + "</switch>" + shape("c"),
+        {"path 1", "c"});
+    row("fonts given to shapes",
+        "<style>.f{font-family:Serif} path{font-family:Sans}</style><g font-family='Mono'>"
+        "<path id='a' class='f' style='font-family:Serif' font-family='Sans' d='M0 0L5 5V0'/></g>",
+        {"a"});
+    row("a style sheet that insists on a font",
+        "<style>path{font-family:Sans!important}</style>" + shape("a"), {"a"});
+    row("a style sheet that tells of neighbours", "<style>a+b{fill:red}</style>" + shape("a"),
+        {"path 1"});
+}
+
+void TestOutlineImport::namesOutlinesAfterIds()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, names);
+    Imported const picture = importedSvg(svg(body), 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.names(), names);
+}
+
+void TestOutlineImport::idsChangeNothingElse_data()
+{
+    QTest::addColumn<QByteArray>("text"); // with ID where shapes have one
+    auto const row = [](char const* name, QByteArray const& body, QByteArray const& attributes) {
+        QTest::newRow(name) << "<svg xmlns:xlink='http://www.w3.org/1999/xlink' " + attributes + '>'
+                + body + "</svg>";
+    };
+    QByteArray const shape = "<path ID d='M3 3L5 5V4'/>";
+    QByteArray const sized = "viewBox='1 1 9 9'";
+    row("a picture without a size", shape, "");
+    row("a picture without a size, far from the origin",
+        "<g transform='translate(70 80)' stroke='red' stroke-width='9'>" + shape + "</g>", "");
+    row("stroke and filling from around", "<g fill='red' stroke='blue'>" + shape + "</g>", sized);
+    row("dashes, ends, and blending",
+        "<g stroke='red' stroke-dasharray='1 2' stroke-linecap='round' opacity='0.5' "
+        "style='comp-op:plus'>"
+            + shape + "</g>",
+        sized);
+    row("a gradient for the line",
+        "<linearGradient id='g'><stop stop-color='red'/></linearGradient>"
+        "<g stroke='url(#g)'>"
+            + shape + "</g>",
+        sized);
+    row("a switch", "<switch>" + shape + "<rect width='3' height='3'/></switch>", sized);
+    row("a switch with conditions",
+        "<switch><path ID systemLanguage='xx' d='M3 3L5 5V4'/><rect ID width='3' height='3'/>"
+        "</switch>",
+        sized);
+    row("definitions and uses",
+        "<defs><path ID d='M3 3L5 5V4'/><g id='g'>" + shape
+            + "<circle ID r='3'/></g></defs>"
+              "<use xlink:href='#g' x='2'/><use ID xlink:href='#g'/>",
+        sized);
+    row("style sheets",
+        "<style>g > path{fill:red} path{stroke:blue} *{stroke-width:3}</style><g>" + shape + shape
+            + "</g>",
+        sized);
+    row("neighbours in style sheets",
+        "<style>path+path{stroke:blue} text+path{stroke:blue}</style>" + shape + shape
+            + "<text ID y='9'>a</text>" + shape,
+        sized);
+    row("children in style sheets",
+        "<style>path:first-child{stroke:blue}</style><g>" + shape + shape + "</g>", sized);
+    row("texts", "<text ID xml:space='preserve' y='5'> a <tspan ID fill='red'>b</tspan>\n c</text>",
+        sized);
+    row("what has no effect", "<clipPath id='c'>" + shape + "</clipPath><mask>" + shape + "</mask>",
+        sized);
+    row("messages with their lines",
+        "\n\n" + shape + "\n<rect width='3' height='3' fill='url(#x)'/>", sized);
+}
+
+void TestOutlineImport::idsChangeNothingElse()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(text.contains("ID "));
+    QByteArray without = text;
+    without.replace("ID ", "");
+    QByteArray with = text;
+    for (int number = 1; with.contains("ID "); ++number)
+        with.replace(with.indexOf("ID "), 2, "id='n" + QByteArray::number(number) + '\'');
+    Imported const expected = importedSvg(without, 7.0);
+    Imported const picture = importedSvg(with, 7.0);
+    QCOMPARE(expected.error, QString());
+    QCOMPARE(picture.error, QString());
+    // Messages of Qt tell the column too, which is another one.
+    QRegularExpression const column("(?<=:)\\d+: (?=Could)");
+    QCOMPARE(QStringList(picture.warnings).replaceInStrings(column, ""),
+        QStringList(expected.warnings).replaceInStrings(column, ""));
+    QCOMPARE(picture.picture().size, expected.picture().size);
+    QCOMPARE(picture.outlines().size(), expected.outlines().size());
+    for (std::size_t i = 0; i < expected.outlines().size(); ++i) {
+        QCOMPARE(OutlineTesting::exact(picture.list(i)), OutlineTesting::exact(expected.list(i)));
+        RecordedPath const& painted = picture.outlines()[i].painted;
+        RecordedPath const& meant = expected.outlines()[i].painted;
+        QCOMPARE(painted.pen, meant.pen);
+        QCOMPARE(painted.brush, meant.brush);
+        QCOMPARE(painted.fillOpacity, meant.fillOpacity);
+        QCOMPARE(painted.lineOpacity, meant.lineOpacity);
+        QCOMPARE(painted.compositionMode, meant.compositionMode);
+    }
+}
+
+void TestOutlineImport::placesNestedViews_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("outlines");
+    QTest::addColumn<QStringList>("warnings");
+    auto const row = [](char const* name, QByteArray const& body, QStringList const& outlines,
+                         QStringList const& warnings = {},
+                         QByteArray const& size = "viewBox='0 0 100 50'") {
+        QTest::newRow(name) << "<svg " + size + ">" + body + "</svg>" << outlines << warnings;
+    };
+    // A line across the view box.
+    QByteArray const line = "<path d='M0 0L10 10' fill='none' stroke='black'/>";
+    auto const view = [&line](QByteArray const& attributes) {
+        return "<svg " + attributes + ">" + line + "</svg>";
+    };
+    row("without anything", view(""), {"noFill M 0 0 L 10 10"});
+    row("a place", view("x='3' y='4'"), {"noFill M 3 4 L 13 14"});
+    row("a place and a size", view("x='3' y='4' width='50' height='9'"), {"noFill M 3 4 L 13 14"});
+    row("a view box", view("viewBox='0 0 10 10'"), {"noFill M 25 0 L 75 50"});
+    row("a view box with a place", view("x='3' y='4' width='20' height='40' viewBox='0 0 10 10'"),
+        {"noFill M 3 14 L 23 34"});
+    row("another corner", view("width='20' height='20' viewBox='-5 5 10 10'"),
+        {"noFill M 10 -10 L 30 10"});
+    row("parts of what is around",
+        view("x='10%' y='20%' width='20%' height='40%' viewBox='0 0 10 10'"),
+        {"noFill M 10 10 L 30 30"});
+    row("parts of a nested view",
+        "<svg width='50' height='50' viewBox='0 0 20 20'>"
+            + view("width='50%' height='50%' "
+                   "viewBox='0 0 5 5'")
+            + "</svg>",
+        {"noFill M 0 0 L 50 50"});
+    row("units", view("x='1in' y='8pt' width='10px' height='1cm' viewBox='0 0 10 10'"),
+        {"noFill M 90 22.7165 L 100 32.7165"});
+    row("aligned",
+        view("width='20' height='10' viewBox='0 0 10 10' preserveAspectRatio='xMaxYMin'"),
+        {"noFill M 10 0 L 20 10"});
+    row("stretched", view("width='20' height='30' viewBox='0 0 10 10' preserveAspectRatio='none'"),
+        {"noFill M 0 0 L 20 30"});
+    row("to be cut off",
+        view("width='20' height='10' viewBox='0 0 10 10' preserveAspectRatio='xMidYMid slice'"),
+        {"noFill M 0 -5 L 20 15"}, {"1 view that should be cut off at its edge: not cut"});
+    row("a transform", view("x='1' transform='scale(2)'"), {"noFill M 2 0 L 22 20"});
+    row("no width", view("width='0'"), {});
+    row("a negative height", view("height='-5'"), {});
+    row("an empty view box", view("viewBox='0 0 0 10'"), {});
+    row("a view box that is none", view("viewBox='0 0 10'"), {"noFill M 0 0 L 10 10"});
+    row("too small to be", view("width='1e-300' viewBox='0 0 1e300 1e300'"), {});
+    row("too large to be", view("width='1e300' height='1e300' viewBox='0 0 1e-300 1e-300'"), {});
+    row("a style from around",
+        "<g fill='none' stroke='black'><svg x='1'><path d='M0 0L10 10'/></svg></g>",
+        {"noFill M 1 0 L 11 10"});
+    row("a style of its own", "<svg x='1' fill='none' stroke='black'><path d='M0 0L10 10'/></svg>",
+        {"noFill M 1 0 L 11 10"});
+    row("in a switch", "<switch>" + view("x='1'") + line + "</switch>", {"noFill M 1 0 L 11 10"});
+    row("deep",
+        QByteArray("<svg x='1' viewBox='0 0 100 50'>").repeated(900) + line
+            + QByteArray("</svg>").repeated(900),
+        {"noFill M 900 0 L 910 10"});
+    row("with a prefix", "<x:svg xmlns:x='http://www.w3.org/2000/svg' x='1'>" + line + "</x:svg>",
+        {"noFill M 1 0 L 11 10"});
+    row("in a picture without a size",
+        "<svg x='50%' viewBox='0 0 5 10'><path d='M0 0L5 0V10'/></svg>",
+        {"noLine M 0 0 L 5 0 L 5 10"}, {}, "");
+}
+
+void TestOutlineImport::placesNestedViews()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QStringList, outlines);
+    QFETCH(QStringList, warnings);
+    Imported const picture = importedSvg(text, 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(texts(picture), outlines);
+    QCOMPARE(otherWarnings(picture), warnings);
+}
+
+void TestOutlineImport::placesSymbolsThatAreUsed_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("outlines");
+    QTest::addColumn<QStringList>("warnings");
+    auto const row = [](char const* name, QByteArray const& body, QStringList const& outlines,
+                         QStringList const& warnings = {}) {
+        QTest::newRow(name) << body << outlines << warnings;
+    };
+    QByteArray const line = "<path d='M0 0L10 10' fill='none' stroke='black'/>";
+    auto const symbol = [&line](QByteArray const& attributes) {
+        return "<symbol id='s' " + attributes + ">" + line + "</symbol>";
+    };
+    QByteArray const box = symbol("viewBox='0 0 10 10'");
+    row("not used", symbol("") + line, {"noFill M 0 0 L 10 10"});
+    row("without a view box", symbol("") + "<use href='#s' x='3' y='4' width='5' height='5'/>",
+        {"noFill M 3 4 L 13 14"});
+    row("with a size", box + "<use href='#s' x='3' y='4' width='40' height='20'/>",
+        {"noFill M 13 4 L 33 24"});
+    row("as large as the picture", box + "<use xlink:href='#s'/>", {"noFill M 25 0 L 75 50"});
+    row("a size of its own",
+        symbol("viewBox='0 0 10 10' width='20' height='50%'")
+            + "<use href='#s'/><use href='#s' width='30' height='30'/>",
+        {"noFill M 0 2.5 L 20 22.5", "noFill M 0 0 L 30 30"});
+    row("its way to fit",
+        symbol("viewBox='0 0 10 10' preserveAspectRatio='xMinYMin slice'")
+            + "<use href='#s' width='20' height='30' preserveAspectRatio='none'/>",
+        {"noFill M 0 0 L 30 30"}, {"1 view that should be cut off at its edge: not cut"});
+    row("a transform of the use",
+        box + "<use href='#s' x='1' width='10' height='10' transform='scale(2)'/>",
+        {"noFill M 2 0 L 22 20"});
+    row("before it is there", "<use href='#s' width='10' height='10'/>" + box,
+        {"noFill M 0 0 L 10 10"});
+    row("in definitions", "<defs><g>" + box + "</g></defs><use href='#s' width='10' height='10'/>",
+        {"noFill M 0 0 L 10 10"});
+    row("in another one",
+        box
+            + "<symbol id='t' viewBox='0 0 20 20'><use href='#s' width='50%' "
+              "height='50%'/></symbol>"
+              "<use href='#t' width='40' height='40'/>",
+        {"noFill M 0 0 L 20 20"});
+    row("written in another one",
+        "<symbol id='t' viewBox='0 0 20 20'>" + box + line
+            + "</symbol><use href='#t' width='40' "
+              "height='40'/><use href='#s' width='5' height='5'/>",
+        {"noFill M 0 0 L 20 20", "noFill M 0 0 L 5 5"});
+    row("of no width", box + line + "<use href='#s' width='0'/>", {"noFill M 0 0 L 10 10"});
+    row("styles from the use, not from around the symbol",
+        "<g fill='red' stroke='none'><symbol id='s'><path d='M0 0L10 10'/></symbol></g>"
+        "<use href='#s' fill='none' stroke='black'/>",
+        {"noFill M 0 0 L 10 10"});
+}
+
+void TestOutlineImport::placesSymbolsThatAreUsed()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, outlines);
+    QFETCH(QStringList, warnings);
+    Imported const picture = importedSvg("<svg xmlns:xlink='http://www.w3.org/1999/xlink' "
+                                         "width='100' height='50'>"
+            + body + "</svg>",
+        1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.pictures->size(), std::size_t(1));
+    QCOMPARE(picture.picture().size, QSizeF(100.0, 50.0));
+    QCOMPARE(texts(picture), outlines);
+    QCOMPARE(otherWarnings(picture), warnings);
+}
+
+void TestOutlineImport::importsEachSymbolOfASprite()
+{
+    Testing::MessageWatch watch;
+    Imported const sprite = importedSvg(testFile("sprite.svg"), 2.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(sprite.warnings, QStringList("1 shape painted with nothing: left out"));
+    QStringList all;
+    for (ImportedOutlines const& picture : *sprite.pictures) {
+        for (ImportedOutline const& outline : picture.outlines) {
+            all << QStringLiteral("%1 in %2 by %3: %4")
+                       .arg(outline.name)
+                       .arg(picture.size.width())
+                       .arg(picture.size.height())
+                       .arg(text(*outline.list));
+        }
+    }
+    QCOMPARE(all,
+        QStringList({"bolt in 20 by 40: noLine M 2 4 L 18 4 L 10 36",
+            "washer in 48 by 24: closed noLine E 12 12 24 12",
+            "washer/hole in 48 by 24: closed noLine E 4 4 24 12",
+            "washer 2 in 48 by 24: noLine M 0 0 L 4 4 L 4 0",
+            "washer/hole 2 in 48 by 24: noLine M 0 0 L 4 4 L 4 0",
+            "plate in 60 by 80: noLine M 0 0 L 10 10 L 10 0",
+            "symbol 4/copy in 10 by 20: noLine M 1 2 L 9 2 L 5 18",
+            "symbol 4 in 10 by 20: closed noLine M 0 0 L 10 0 L 10 20 L 0 20 L 0 0"}));
+    VERIFY_NOTHING_LOGGED(watch);
+}
+
+void TestOutlineImport::scalesSymbolsOnTheirOwn()
+{
+    QByteArray const tiny = "<path d='M0 0L.0005 0L5 5'/>";
+    Imported const sprite = importedSvg(
+        svg("<symbol viewBox='0 0 10 5'><path d='M0 0L1 0L5 5'/></symbol>"
+            "<symbol viewBox='0 0 10 5'>"
+            + tiny + "</symbol><symbol viewBox='0 0 1 2'><path d='M0 0L1 1'/></symbol>"),
+        0.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(sprite.warnings, QStringList());
+    QCOMPARE(sprite.pictures->size(), std::size_t(3));
+    QCOMPARE(sprite.pictures->at(0).size, QSizeF(10000.0, 5000.0));
+    QCOMPARE(sprite.pictures->at(1).size, QSizeF(100000.0, 50000.0));
+    QCOMPARE(sprite.pictures->at(2).size, QSizeF(5000.0, 10000.0));
+    QCOMPARE(sprite.pictures->at(2).scale, 5000.0);
+    QCOMPARE(text(*sprite.pictures->at(0).outlines.at(0).list),
+        QStringLiteral("noLine M 0 0 L 1000 0 L 5000 5000"));
+    QCOMPARE(text(*sprite.pictures->at(1).outlines.at(0).list),
+        QStringLiteral("noLine M 0 0 L 5 0 L 50000 50000"));
+    QCOMPARE(text(*sprite.pictures->at(2).outlines.at(0).list),
+        QStringLiteral("noLine M 0 0 L 5000 5000"));
+}
+
+void TestOutlineImport::leavesOutSymbolsWithoutASize()
+{
+    QByteArray const symbols = "<symbol id='a'><path d='M0 0L5 5'/></symbol>"
+                               "<symbol id='b' viewBox='0 0 5 0'><path d='M0 0L5 5'/></symbol>"
+                               "<symbol id='c' viewBox='0 0 5 5'><path d='M0 0L5 5'/></symbol>"
+                               "<symbol id='d' width='7' height='8'><path d='M0 0L5 5'/></symbol>";
+    Imported const sprite = importedSvg("<svg>" + symbols + "</svg>", 1.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(sprite.warnings, QStringList("2 symbols without a size: left out"));
+    QCOMPARE(sprite.pictures->size(), std::size_t(2));
+    QCOMPARE(sprite.names(), QStringList("c"));
+    QCOMPARE(sprite.pictures->at(1).size, QSizeF(7.0, 8.0));
+    Imported const large = importedSvg("<svg>" + symbols + "</svg>", 200000.0);
+    QCOMPARE(large.error,
+        QStringLiteral(
+            "d: the picture would be 1.4e+06 by 1.6e+06 units large, more than 1000000"));
+    Imported const none = importedSvg("<svg><symbol><path d='M0 0L5 5'/></symbol></svg>", 1.0);
+    QCOMPARE(none.error, QString());
+    QVERIFY(none.pictures->empty());
+}
+
+void TestOutlineImport::tellsOfSeveralPictures_data()
+{
+    QTest::addColumn<int>("count"); // -1 for none to be had
+    QTest::addColumn<QStringList>("faults");
+    QTest::newRow("not imported") << -1 << QStringList();
+    QTest::newRow("one") << 1 << QStringList();
+    QTest::newRow("none") << 0 << QStringList("it holds 0 pictures instead of one");
+    QTest::newRow("two") << 2 << QStringList("it holds 2 pictures instead of one");
+}
+
+void TestOutlineImport::tellsOfSeveralPictures()
+{
+    QFETCH(int, count);
+    QFETCH(QStringList, faults);
+    std::optional<ImportedPictures> pictures;
+    if (count >= 0)
+        pictures.emplace(std::size_t(count));
+    if (count > 0)
+        pictures->front().scale = 7.0;
+    Diagnostics diagnostics;
+    auto const picture = onlyPicture(std::move(pictures), QStringLiteral("a"), diagnostics);
+    QCOMPARE(picture.has_value(), count == 1);
+    if (picture)
+        QCOMPARE(picture->scale, 7.0);
+    QStringList told;
+    for (Diagnostic const& diagnostic : diagnostics)
+        told << described(diagnostic);
+    QCOMPARE(told, faults);
+}
+
+void TestOutlineImport::symbolsPaintAsTheyDoWhereTheyAreUsed()
+{
+    QByteArray const definitions =
+        "<defs><linearGradient id='l'><stop stop-color='red'/></linearGradient></defs>"
+        "<style>.thick{stroke-width:3}</style>"
+        "<symbol id='s' viewBox='2 1 20 20'><g transform='rotate(20)'><path class='thick' "
+        "d='M1 1L9 2Q5 5 3 9Z' stroke='url(#l)' fill-opacity='0.5'/></g><circle id='c' cx='9' "
+        "r='3'/>"
+        "<text x='3' y='9'>x</text></symbol>";
+    Imported const sprite = importedSvg(svg(definitions), 3.0);
+    Imported const used = importedSvg("<svg viewBox='2 1 20 20'>" + definitions
+            + "<use href='#s' x='2' y='1' width='20' height='20'/></svg>",
+        3.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(sprite.warnings, used.warnings);
+    QCOMPARE(sprite.names(), QStringList({"s", "s/c", "s 2"}));
+    QCOMPARE(used.names(), QStringList({"path 1", "c", "path 3"}));
+    for (std::size_t i = 0; i < 3; ++i) {
+        RecordedPath const& one = sprite.outlines()[i].painted;
+        RecordedPath const& other = used.outlines()[i].painted;
+        QCOMPARE(one.pen, other.pen);
+        QCOMPARE(one.brush, other.brush);
+        QCOMPARE(one.fillOpacity, other.fillOpacity);
+        QCOMPARE(one.path.elementCount(), other.path.elementCount());
+        for (int k = 0; k < one.path.elementCount(); ++k) {
+            QPointF const difference = QPointF(one.path.elementAt(k)) - other.path.elementAt(k);
+            QVERIFY2(difference.manhattanLength() < 1e-9, qPrintable(QString::number(k)));
+        }
+    }
+}
+
+void TestOutlineImport::takesAsLongForEachSymbol()
+{
+    int const count = 10000;
+    QByteArray symbols;
+    for (int i = 0; i < count; ++i) {
+        QByteArray const used = QByteArray::number(qMax(0, i - 1) / 100 * 100);
+        symbols += "<symbol id='s" + QByteArray::number(i) + "' viewBox='0 0 9 9'>"
+            + (i % 100 == 0 ? QByteArray("<path d='M0 0L9 9'/>") : "<use href='#s" + used + "'/>")
+            + "</symbol>";
+    }
+    QElapsedTimer timer;
+    timer.start();
+    Imported const sprite = importedSvg(svg(symbols), 1.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(int(sprite.pictures->size()), count);
+    for (ImportedOutlines const& picture : *sprite.pictures)
+        QCOMPARE(picture.outlines.size(), std::size_t(1));
+    QCOMPARE(sprite.pictures->back().outlines.front().name, QStringLiteral("s9999"));
+    QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestOutlineImport::marksOfAPictureOfItsOwnDoNoHarm()
+{
+    QByteArray const marks =
+        "<g fill='none'><path font-family='kpgeom-symbol-9'/><path font-family='kpgeom-begin-0'/>"
+        "<path font-family='kpgeom-begin-77'/><path font-family='kpgeom-end-2147483647'/>"
+        "<path font-family='kpgeom-begin--5'/><path font-family='kpgeom-symbol--1'/></g>";
+    QByteArray const shape = "<path id='a' d='M0 0L5 5'/>";
+    Imported const picture = importedSvg(svg(marks + shape + marks + shape), 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.outlines().size(), std::size_t(2));
+    Imported const sprite = importedSvg(
+        svg("<symbol id='s'>" + marks + shape + marks + shape + "</symbol><symbol id='t'/>"), 1.0);
+    QCOMPARE(sprite.error, QString());
+    QCOMPARE(sprite.pictures->size(), std::size_t(2));
+    QCOMPARE(sprite.pictures->at(0).outlines.size() + sprite.pictures->at(1).outlines.size(),
+        std::size_t(2));
+}
+
+void TestOutlineImport::paintsWhatIsTooMuchOnlyWithLabels()
+{
+    // 16 MiB may be painted: 1,500 times a group of a hundred short shapes, but not their marks.
+    QByteArray const group = "<g id='g'>" + QByteArray("<path id='a'/>").repeated(100) + "</g>";
+    QByteArray const shape = "<path id='b' d='M0 0L5 5'/>";
+    Imported const picture =
+        importedSvg(svg(group + QByteArray("<use href='#g'/>").repeated(1500) + shape), 1.0);
+    QCOMPARE(picture.error, QString());
+    QCOMPARE(picture.names(), QStringList("path 1"));
+    Imported const smaller =
+        importedSvg(svg(group + QByteArray("<use href='#g'/>").repeated(150) + shape), 1.0);
+    QCOMPARE(smaller.names(), QStringList("b"));
 }
 
 void TestOutlineImport::paintedPathsAreThoseOfTheOutlines()
@@ -465,6 +1059,26 @@ void TestOutlineImport::rejectsWithOneLine_data()
     row("groups that use one another, 100000 of them", groupsInGroups(100000, 1), circle);
     row("groups that use one another twice", groupsInGroups(100, 2),
         "its use elements repeat too much of it");
+    row("a symbol that uses itself", svg("<symbol id='a'><use href='#a'/></symbol>"), circle);
+    row("a symbol that uses what paints it",
+        svg("<symbol id='a'><use href='#kpgeom-symbol-0'/></symbol>"), circle);
+    row("symbols that use each other",
+        svg("<symbol id='a'><use href='#b'/></symbol><symbol id='b'><use href='#a'/></symbol>"),
+        circle);
+    row("symbols in one another, too deep as groups",
+        svg(QByteArray("<symbol>").repeated(900) + line + QByteArray("</symbol>").repeated(900)),
+        circle);
+    QByteArray symbols = "<symbol id='s0'>" + line + "</symbol>";
+    for (int i = 1; i < 100; ++i) {
+        symbols += "<symbol id='s" + QByteArray::number(i) + "'>"
+            + QByteArray("<use href='#s" + QByteArray::number(i - 1) + "'/>").repeated(2)
+            + "</symbol>";
+    }
+    row("symbols that use one another twice", svg(symbols),
+        "its use elements repeat too much of it");
+    row("a million nested pictures in one another",
+        svg(QByteArray("<svg>").repeated(1000000) + line + QByteArray("</svg>").repeated(1000000)),
+        "1:5107: more than 1000 nested elements");
 }
 
 void TestOutlineImport::rejectsWithOneLine()
@@ -481,12 +1095,12 @@ void TestOutlineImport::rejectsWithOneLine()
 
 void TestOutlineImport::survivesEveryPrefix()
 {
-    for (char const* const name : {"shapes.svg", "ignored.svg", "used.svg"}) {
+    for (char const* const name : {"shapes.svg", "ignored.svg", "used.svg", "sprite.svg"}) {
         // Without the line break at its end, every shorter text lacks the end of its root.
         QByteArray const whole = testFile(name).trimmed();
         for (int size = 0; size < whole.size(); ++size) {
             Imported const picture = importedSvg(whole.left(size), 1.0);
-            QVERIFY2(!picture.picture, qPrintable(QStringLiteral("%1: %2").arg(name).arg(size)));
+            QVERIFY2(!picture.pictures, qPrintable(QStringLiteral("%1: %2").arg(name).arg(size)));
         }
     }
 }
@@ -509,7 +1123,7 @@ void TestOutlineImport::importsGlyphsSideBySide()
     QCOMPARE(picture.warnings, QStringList());
     QCOMPARE(picture.names(), QStringList({"l", "I"}));
     // The font's own numbers: advances of 569 and 604, an ascent of 1901, a descent of 483.
-    QCOMPARE(picture.picture->size, QSizeF(1173.0, 2384.0));
+    QCOMPARE(picture.picture().size, QSizeF(1173.0, 2384.0));
     QCOMPARE(texts(picture),
         QStringList({"closed noLine M 193 345 L 377 345 L 377 1901 L 193 1901 L 193 345",
             "closed noLine M 770 408 L 972 408 L 972 1901 L 770 1901 L 770 408"}));
@@ -522,7 +1136,7 @@ void TestOutlineImport::importsGlyphsSideBySide()
 void TestOutlineImport::scalesGlyphsToTheEm()
 {
     Imported const picture = importedText(sans, QStringLiteral("l"), 512.0);
-    QCOMPARE(picture.picture->size, QSizeF(142.25, 596.0));
+    QCOMPARE(picture.picture().size, QSizeF(142.25, 596.0));
     QCOMPARE(texts(picture),
         QStringList("closed noLine M 48.25 86.25 L 94.25 86.25 L 94.25 475.25 L 48.25 475.25 "
                     "L 48.25 86.25"));
@@ -544,7 +1158,7 @@ void TestOutlineImport::blankCharactersTakeRoomOnly()
 {
     Imported const picture = importedText(sans, QStringLiteral(" l "), 2048.0);
     QCOMPARE(picture.names(), QStringList("l"));
-    QCOMPARE(picture.picture->size, QSizeF(651.0 + 569.0 + 651.0, 2384.0));
+    QCOMPARE(picture.picture().size, QSizeF(651.0 + 569.0 + 651.0, 2384.0));
     QCOMPARE(picture.list(0).segs.at(0)->pt.x.value, 651.0 + 193.0);
     QVERIFY(importedText(sans, QStringLiteral(" "), 2048.0).outlines().empty());
     QCOMPARE(picture.error, QString());
@@ -558,7 +1172,7 @@ void TestOutlineImport::warnsOfMissingGlyphsOnce()
     QCOMPARE(picture.error, QString());
     QCOMPARE(picture.names(), QStringList("l"));
     QCOMPARE(picture.warnings, QStringList({"no glyph for U+4E2D", "no glyph for U+12000"}));
-    QCOMPARE(picture.picture->size, QSizeF(569.0, 2384.0));
+    QCOMPARE(picture.picture().size, QSizeF(569.0, 2384.0));
 }
 
 void TestOutlineImport::rejectsTextWithOneLine_data()

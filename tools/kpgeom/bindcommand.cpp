@@ -203,8 +203,9 @@ Outcome bindPicture(CommandLine const& line, QByteArray const& svg, BindOptions 
     Diagnostics diagnostics;
     MessageLog log;
     double const scale = options.scale.value_or(1.0);
-    auto picture =
-        importSvg(svg, {options.operand, scale, [&log] { return log.take(); }}, diagnostics);
+    auto picture = onlyPicture(
+        importSvg(svg, {options.operand, scale, [&log] { return log.take(); }}, diagnostics),
+        options.operand, diagnostics);
     if (picture && picture->outlines.empty()) {
         diagnostics.error(options.operand, QStringLiteral("nothing in it becomes an outline"));
         picture.reset();

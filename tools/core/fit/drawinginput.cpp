@@ -15,7 +15,8 @@ std::optional<SizedDrawing> drawingOfPicture(QByteArray const& svg, DrawingSourc
     TakeMessages const& takeMessages, Diagnostics& diagnostics)
 {
     Diagnostics found;
-    auto picture = importSvg(svg, {source.file, 1.0, takeMessages}, found);
+    auto picture =
+        onlyPicture(importSvg(svg, {source.file, 1.0, takeMessages}, found), source.file, found);
     if (!picture) {
         diagnostics.append(found);
         return std::nullopt;

@@ -9,10 +9,12 @@
 
 namespace {
 
-ImportedPictures alone(ImportedOutlines picture)
+std::optional<ImportedPictures> alone(std::optional<ImportedOutlines> picture)
 {
+    if (!picture)
+        return std::nullopt;
     ImportedPictures pictures;
-    pictures.push_back(std::move(picture));
+    pictures.push_back(std::move(*picture));
     return pictures;
 }
 
@@ -30,9 +32,6 @@ std::optional<ImportedPictures> importAny(
         return importOdf(content, {options.file, options.scale}, diagnostics);
     bool const isDia =
         root.namespaceUri() == diaNamespace() && root.name() == QLatin1String("shape");
-    auto picture =
-        isDia ? importDia(content, options, diagnostics) : importSvg(content, options, diagnostics);
-    if (!picture)
-        return std::nullopt;
-    return alone(std::move(*picture));
+    return isDia ? alone(importDia(content, options, diagnostics))
+                 : importSvg(content, options, diagnostics);
 }

@@ -254,8 +254,10 @@ QRectF boundsOf(DiaShape const& shape, SvgImportOptions const& options)
 {
     // Any picture shows where its paths are: what lies beyond it is recorded, too.
     Diagnostics ignored;
-    auto const picture = importSvg(svgPicture(shape.unstyled, QRectF(0.0, 0.0, 1.0, 1.0)),
-        {options.file, 1.0, options.takeMessages}, ignored);
+    auto const picture =
+        onlyPicture(importSvg(svgPicture(shape.unstyled, QRectF(0.0, 0.0, 1.0, 1.0)),
+                        {options.file, 1.0, options.takeMessages}, ignored),
+            options.file, ignored);
     if (!picture)
         return QRectF();
     Cover cover;
@@ -312,7 +314,8 @@ std::optional<ImportedOutlines> importDia(
         diagnostics.error(options.file, QStringLiteral("the shape draws nothing"));
         return std::nullopt;
     }
-    auto picture = importSvg(svgPicture(shape->elements, bounds), options, diagnostics);
+    auto picture = onlyPicture(importSvg(svgPicture(shape->elements, bounds), options, diagnostics),
+        options.file, diagnostics);
     if (!picture)
         return std::nullopt;
     applyDefaultSize(*shape, *picture);

@@ -3,6 +3,7 @@
 #include "common/text.h"
 #include "import/fillorientation.h"
 #include "kppath.h"
+#include "kppathsegellipse.h"
 
 #include <cmath>
 
@@ -29,13 +30,23 @@ bool isFinite(QPainterPath const& path)
     return true;
 }
 
-std::unique_ptr<KpPathSegList> outlineOf(QPainterPath const& path, QSizeF const& size)
+std::unique_ptr<KpPathSegList> outlineOf(QPainterPath const& path)
 {
     auto outline = std::make_unique<KpPathSegList>();
     KpPath elements = KpPath::fromPainterPath(path);
     outline->fromPath(elements);
     outline->closed = endsAtItsStart(path);
-    outline->updateRate(size.width(), size.height());
+    return outline;
+}
+
+std::unique_ptr<KpPathSegList> outlineOf(QRectF const& ellipse)
+{
+    auto outline = std::make_unique<KpPathSegList>();
+    double const a = ellipse.width() / 2.0;
+    double const b = ellipse.height() / 2.0;
+    outline->addTail(
+        new KpPathSegEllipse(QPointF(ellipse.x() + a, ellipse.y() + b), a, b, outline.get()));
+    outline->closed = true;
     return outline;
 }
 
@@ -44,6 +55,20 @@ std::unique_ptr<KpPathSegList> outlineOf(QPainterPath const& path, QSizeF const&
 bool isPositive(double number)
 {
     return std::isfinite(number) && number > 0.0;
+}
+
+std::optional<ImportedOutlines> onlyPicture(
+    std::optional<ImportedPictures> pictures, QString const& file, Diagnostics& diagnostics)
+{
+    if (!pictures)
+        return std::nullopt;
+    if (pictures->size() != 1) {
+        diagnostics.error(file,
+            QStringLiteral("it holds %1 instead of one")
+                .arg(countText(static_cast<qint64>(pictures->size()), QStringLiteral("picture"))));
+        return std::nullopt;
+    }
+    return std::move(pictures->front());
 }
 
 QString pictureSizeFault(QSizeF const& size)
@@ -66,11 +91,17 @@ void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QStri
         return;
     }
     bool const isFilled = painted.brush.style() != Qt::NoBrush;
-    OrientedPath const oriented =
-        isFilled ? orientedForBothRules(painted.path) : OrientedPath {painted.path, true};
-    ImportedOutline outline {name, outlineOf(oriented.path, picture.size), std::nullopt, painted};
-    if (!oriented.isSameForBothRules)
-        outline.fillRule = painted.path.fillRule();
+    ImportedOutline outline {name, nullptr, std::nullopt, painted};
+    if (painted.ellipse) {
+        outline.list = outlineOf(*painted.ellipse);
+    } else {
+        OrientedPath const oriented =
+            isFilled ? orientedForBothRules(painted.path) : OrientedPath {painted.path, true};
+        outline.list = outlineOf(oriented.path);
+        if (!oriented.isSameForBothRules)
+            outline.fillRule = painted.path.fillRule();
+    }
+    outline.list->updateRate(picture.size.width(), picture.size.height());
     outline.list->noFill = !isFilled;
     outline.list->noLine = painted.pen.style() == Qt::NoPen;
     picture.outlines.push_back(std::move(outline));

@@ -17,11 +17,12 @@
 /** One painted shape as an outline. */
 struct ImportedOutline
 {
-    QString name; ///< "path 3", or the character
+    QString name; ///< the id of the element, or "path 3", or the character
     /**
      * Closed exactly if the last subpath has a line or a curve and ends at its start, so that
      * closing changes nothing; `noFill` and `noLine` tell what of the shape was painted. The
      * directions of its subpaths are such that both fill rules fill it alike, where that can be.
+     * One segment if it was painted as an upright ellipse.
      */
     std::unique_ptr<KpPathSegList> list;
     /** Set where the outline is filled as painted with this rule only. */
@@ -42,6 +43,15 @@ struct ImportedOutlines
 
 /** What one file holds: one picture, or several that have a size each. */
 using ImportedPictures = std::vector<ImportedOutlines>;
+
+/**
+ * The one picture of a file. Nothing if there are none at all, and with a diagnostic if it holds
+ * several, or none that has a size.
+ *
+ * @param file the name in diagnostics
+ */
+std::optional<ImportedOutlines> onlyPicture(
+    std::optional<ImportedPictures> pictures, QString const& file, Diagnostics& diagnostics);
 
 /**
  * Gives what Qt has logged since the last call, each different message once and on one line, and

@@ -101,11 +101,26 @@ constexpr Loss losses[] = {
     {"a way of blending", isComposed},
 };
 
-void warnOfFillRules(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics)
+using Pictures = std::vector<ImportedOutlines const*>;
+
+/** How many outlines there are for which the predicate holds, which takes their picture too. */
+template <class Predicate> qint64 countOutlines(Pictures const& pictures, Predicate holds)
+{
+    qint64 count = 0;
+    for (ImportedOutlines const* const picture : pictures) {
+        count += std::count_if(picture->outlines.begin(), picture->outlines.end(),
+            [&](ImportedOutline const& outline) { return holds(outline, *picture); });
+    }
+    return count;
+}
+
+void warnOfFillRules(Pictures const& pictures, QString const& file, Diagnostics& diagnostics)
 {
     for (Qt::FillRule const rule : {Qt::OddEvenFill, Qt::WindingFill}) {
-        auto const count = std::count_if(picture.outlines.begin(), picture.outlines.end(),
-            [rule](ImportedOutline const& outline) { return outline.fillRule == rule; });
+        auto const count = countOutlines(
+            pictures, [rule](ImportedOutline const& outline, ImportedOutlines const&) {
+                return outline.fillRule == rule;
+            });
         if (count == 0)
             continue;
         diagnostics.warning(file,
@@ -115,13 +130,11 @@ void warnOfFillRules(ImportedOutlines const& picture, QString const& file, Diagn
     }
 }
 
-} // namespace
-
-void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics)
+void warnOf(Pictures const& pictures, QString const& file, Diagnostics& diagnostics)
 {
     for (Loss const& loss : losses) {
-        auto const count = std::count_if(
-            picture.outlines.begin(), picture.outlines.end(), [&](ImportedOutline const& outline) {
+        auto const count = countOutlines(
+            pictures, [&loss](ImportedOutline const& outline, ImportedOutlines const& picture) {
                 return loss.isIn(outline.painted, picture.scale);
             });
         if (count > 0) {
@@ -130,12 +143,30 @@ void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnost
                     .arg(countText(count, QStringLiteral("shape")), QLatin1String(loss.what)));
         }
     }
-    warnOfFillRules(picture, file, diagnostics);
-    if (int const count = countLostLines(picture); count > 0) {
+    warnOfFillRules(pictures, file, diagnostics);
+    qint64 lost = 0;
+    for (ImportedOutlines const* const picture : pictures)
+        lost += countLostLines(*picture);
+    if (lost > 0) {
         diagnostics.warning(file,
             QStringLiteral("%1 of less than one unit: not drawn, unless at a larger scale")
-                .arg(countText(count, QStringLiteral("line"))));
+                .arg(countText(lost, QStringLiteral("line"))));
     }
+}
+
+} // namespace
+
+void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics)
+{
+    warnOf({&picture}, file, diagnostics);
+}
+
+void warnOfLosses(ImportedPictures const& pictures, QString const& file, Diagnostics& diagnostics)
+{
+    Pictures all;
+    for (ImportedOutlines const& picture : pictures)
+        all.push_back(&picture);
+    warnOf(all, file, diagnostics);
 }
 
 int countLostLines(ImportedOutlines const& picture)

@@ -13,6 +13,9 @@
  */
 void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics);
 
+/** As of one picture; what several have in common is one line. */
+void warnOfLosses(ImportedPictures const& pictures, QString const& file, Diagnostics& diagnostics);
+
 /** How many lines of the outlines drawing leaves out although they lead somewhere. */
 int countLostLines(ImportedOutlines const& picture);
 

@@ -20,25 +20,6 @@ QString imageName()
     return QStringLiteral("image");
 }
 
-/** The text without image elements and processing instructions. */
-QByteArray withoutReferences(QByteArray const& svg)
-{
-    QByteArray result;
-    QXmlStreamReader reader(svg);
-    reader.setNamespaceProcessing(false);
-    QXmlStreamWriter writer(&result);
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement()
-            && localName(reader.qualifiedName().toString()) == imageName()) {
-            reader.skipCurrentElement();
-        } else if (!reader.isProcessingInstruction()) {
-            writer.writeCurrentToken(reader);
-        }
-    }
-    return result;
-}
-
 /**
  * The elements of an SVG text, as far as they decide how much there is to paint.
  *
@@ -62,9 +43,6 @@ public:
             case QXmlStreamReader::EndElement:
                 parent = element(parent).parent;
                 break;
-            case QXmlStreamReader::ProcessingInstruction:
-                m_hasInstructions = true;
-                break;
             default:
                 break;
             }
@@ -85,9 +63,6 @@ public:
             return QStringLiteral("its use elements repeat too much of it");
         return QString();
     }
-
-    /** Whether Qt SVG might open other files, or decode images that are as large as they please. */
-    bool refersToOthers() const { return m_hasInstructions || m_images > 0; }
 
     /** Warns of each kind of element that is there and that becomes no outline. */
     void warn(QString const& file, Diagnostics& diagnostics) const
@@ -133,7 +108,7 @@ private:
     {
         static QStringList const unknown {QStringLiteral("clipPath"), QStringLiteral("filter"),
             QStringLiteral("foreignObject"), QStringLiteral("marker"), QStringLiteral("mask"),
-            QStringLiteral("pattern"), QStringLiteral("symbol"), QStringLiteral("textPath")};
+            QStringLiteral("pattern"), QStringLiteral("textPath")};
         // What an element costs beside its text.
         int const overhead = 32;
 
@@ -192,7 +167,6 @@ private:
     QHash<QString, QVector<int>> m_byId;
     QMap<QString, int> m_unknown;
     int m_images = 0;
-    bool m_hasInstructions = false;
     double m_characters = 0.0;
 };
 
@@ -231,7 +205,7 @@ bool checkXml(QByteArray const& text, QString const& file, Diagnostics& diagnost
 std::optional<QByteArray> guardedSvg(
     QByteArray const& svg, QString const& file, Diagnostics& diagnostics)
 {
-    auto const text = unpacked(svg, file, diagnostics);
+    auto text = unpacked(svg, file, diagnostics);
     if (!text || !checkXml(*text, file, diagnostics))
         return std::nullopt;
     SvgElements elements(*text);
@@ -240,5 +214,10 @@ std::optional<QByteArray> guardedSvg(
         return std::nullopt;
     }
     elements.warn(file, diagnostics);
-    return elements.refersToOthers() ? withoutReferences(*text) : *text;
+    return text;
+}
+
+QString useFault(QByteArray const& svg)
+{
+    return SvgElements(svg).fault();
 }

@@ -29,8 +29,16 @@ struct SvgImportOptions
 /**
  * The outlines of an SVG picture as Qt SVG paints them: SVG Tiny 1.2, so clip paths, masks,
  * filters, patterns and the like have no effect, and the shapes in them may be painted; each
- * kind that occurs is named in a warning. One outline a painted shape; shapes that paint nothing
- * are left out. The user unit is that of the view box, whose corner becomes the origin.
+ * kind that occurs is named in a warning. Beyond that, nested `svg` elements and symbols are shown
+ * in their places, without being cut off there. One outline a painted shape; shapes that paint
+ * nothing are left out. The user unit is that of the view box, whose corner becomes the origin.
+ *
+ * The result is one picture, or a picture a symbol if there are symbols and nothing else is
+ * painted, in the order of the text. Symbols without a size are left out with a warning.
+ *
+ * No two outlines have the same name. In a picture a shape that has an id is named after it, or
+ * after the `use` that paints it; any other one is "path" and its number. In a symbol its name
+ * begins with that of the symbol: "bolt", "bolt/thread".
  *
  * No other file is opened: images are left out, with a warning, and references to style sheets
  * are ignored. What else of the picture outlines do not hold is named by warnOfLosses().
@@ -40,7 +48,7 @@ struct SvgImportOptions
  *
  * Needs a QGuiApplication.
  */
-std::optional<ImportedOutlines> importSvg(
+std::optional<ImportedPictures> importSvg(
     QByteArray const& svg, SvgImportOptions const& options, Diagnostics& diagnostics);
 
 #endif // SVGIMPORT_H
