@@ -59,6 +59,7 @@ private Q_SLOTS:
     void takesBoxesThatAreNamed();
     void takesDocumentsAndCompressedPictures();
     void scalesCoordinatesAndBoxes();
+    void tellsWhatOfAPictureIsNotDrawn();
     void namesWhatIsNotDecidedAndTheBoxToDraw();
     void namesWhatNoRuleExpresses();
     void strictWritesNothing();
@@ -143,6 +144,18 @@ void TestKpgeomFit::scalesCoordinatesAndBoxes()
     QByteArray const xml = place.read("out.xml");
     QVERIFY2(xml.contains("Width=\"1000\" Height=\"500\""), xml);
     QVERIFY2(xml.contains("<X V=\"975\" B=\"3\" P=\"25\"/>"), xml);
+}
+
+void TestKpgeomFit::tellsWhatOfAPictureIsNotDrawn()
+{
+    Workplace const place;
+    drawTriangles(place);
+    // Colours are not learnt, so nothing is said of them; a picture in the picture is a shape less.
+    place.write("b.svg",
+        place.read("b.svg").replace("</svg>", "<image href='x.png' width='9' height='9'/></svg>"));
+    Result const result = place.run({"fit", "a.svg", "b.svg", "-o", "out.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray("b.svg: 1 image: left out\n"));
 }
 
 void TestKpgeomFit::namesWhatIsNotDecidedAndTheBoxToDraw()

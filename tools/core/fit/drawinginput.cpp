@@ -10,17 +10,14 @@
 
 namespace {
 
-/** The drawing of a picture; one of its units is one unit. */
+/** The drawing of a picture; one of its units is one unit. Colours and line widths are not learnt. */
 std::optional<SizedDrawing> drawingOfPicture(QByteArray const& svg, DrawingSource const& source,
     TakeMessages const& takeMessages, Diagnostics& diagnostics)
 {
-    Diagnostics found;
-    auto picture =
-        onlyPicture(importSvg(svg, {source.file, 1.0, takeMessages}, found), source.file, found);
-    if (!picture) {
-        diagnostics.append(found);
+    auto picture = onlyPicture(importSvg(svg, {source.file, 1.0, takeMessages, false}, diagnostics),
+        source.file, diagnostics);
+    if (!picture)
         return std::nullopt;
-    }
     SizedDrawing drawing {source.file, source.box.value_or(picture->size), {}};
     for (ImportedOutline& outline : picture->outlines) {
         drawing.shapes.push_back(

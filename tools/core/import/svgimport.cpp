@@ -210,7 +210,8 @@ public:
         }
         for (QString const& message : m_options.takeMessages())
             m_diagnostics.warning(m_options.file, message);
-        warnOfLosses(pictures, m_options.file, m_diagnostics);
+        if (m_options.tellsLosses)
+            warnOfLosses(pictures, m_options.file, m_diagnostics);
         makeNamesUnique(pictures);
         return pictures;
     }

@@ -24,6 +24,7 @@ struct SvgImportOptions
     /** Outline units a user unit: finite and above 0; 0 makes the longer side as long as usual. */
     double scale = 0.0;
     TakeMessages takeMessages; ///< not empty
+    bool tellsLosses = true; ///< whether warnOfLosses() is called: not where only shapes matter
 };
 
 /**
@@ -41,7 +42,7 @@ struct SvgImportOptions
  * begins with that of the symbol: "bolt", "bolt/thread".
  *
  * No other file is opened: images are left out, with a warning, and references to style sheets
- * are ignored. What else of the picture outlines do not hold is named by warnOfLosses().
+ * are ignored. What else of the picture outlines do not hold is named by warnOfLosses(), if asked.
  *
  * Nothing, with a diagnostic, for what guardedSvg() refuses, for a picture without a size or
  * larger than maximumPictureSide, and for a scale that is none.
