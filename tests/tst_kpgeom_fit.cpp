@@ -270,7 +270,7 @@ void TestKpgeomFit::namesLinesThatAreTooShort()
     Result const small = place.run({"fit", "a.svg", "b.svg", "-o", "out.xml"});
     COMPARE_EXIT(small, 3);
     QVERIFY2(small.err.endsWith("out.xml: outline 1 \"path 1\": in a box of 40 x 20, shorter than "
-                                "one unit and not drawn: segment 2; a --scale would help\n"),
+                                "one unit and not drawn: segment 2; a larger --scale would help\n"),
         small.err);
     Result const large = place.run({"fit", "a.svg", "b.svg", "-o", "out.xml", "--scale", "100"});
     QVERIFY2(!large.err.contains("--scale would"), large.err);
@@ -287,6 +287,9 @@ void TestKpgeomFit::theToleranceFollowsTheDigits_data()
         << QByteArray("0,0 390.5,0.5 200.123,200") << QByteArray("0.004");
     QTest::newRow("six digits") << QByteArray("0.123456,0 390.123,0 200.123,200")
                                 << QByteArray("0.004");
+    QTest::newRow("one number of a computation") << QByteArray(
+        "0.30000000000000004,0 390.25,0 200.12,200 11.25,11.5 12.25,12.75 13.75,13.21 "
+        "14.31,14.27") << QByteArray("0.006");
     QTest::newRow("exponents") << QByteArray("0,0 3.9012e2,0 200,200") << QByteArray("0.006");
 }
 
@@ -296,7 +299,7 @@ void TestKpgeomFit::theToleranceFollowsTheDigits()
     QFETCH(QByteArray, tolerance);
     Workplace const place;
     place.write("a.svg", picture("400", "200", points));
-    place.write("b.svg", picture("150", "300", "0,0 140,0 75,300"));
+    place.write("b.svg", picture("150", "300", points));
     Result const result = place.run({"fit", "a.svg", "b.svg", "-o", "out.xml"});
     QVERIFY2(result.out.endsWith(", tolerance " + tolerance + '\n'), result.out + result.err);
 }
@@ -459,10 +462,10 @@ void TestKpgeomFit::reportsMisuse_data()
                                << QByteArray("no output file given (-o)");
     QTest::newRow("a negative tolerance")
         << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--tolerance", "-1"})
-        << QByteArray("--tolerance takes a number from 0");
+        << QByteArray("--tolerance takes a number from 0 to 100000");
     QTest::newRow("a tolerance that is no number")
         << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--tolerance", "nan"})
-        << QByteArray("--tolerance takes a number from 0");
+        << QByteArray("--tolerance takes a number from 0 to 100000");
     QTest::newRow("a scale of 0") << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--scale",
         "0"}) << QByteArray("--scale takes a number greater than 0");
     QTest::newRow("a report of no known format")

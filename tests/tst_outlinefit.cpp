@@ -125,7 +125,11 @@ private Q_SLOTS:
     void alignsAnotherOrder();
     void pairsShapesByName();
     void anImpliedClosingLineIsALine();
+    void aPointThatOnlyOneDrawingHasIsNotLost();
+    void curvesAreTurnedByTheirControlPoints();
+    void shapesOfTheSameBoundsAreToldApart();
     void linesOfNoLengthMayBeMissing();
+    void linesOfNoLengthAreWhereUsualRulesPutThem();
     void linesThatAreMissingElsewhereAreDifferences();
     void curvesThatAreAnEllipseBecomeOne();
     void curvesStayWhereOneDrawingHasNoEllipse();
@@ -328,6 +332,82 @@ void TestOutlineFit::anImpliedClosingLineIsALine()
     QVERIFY(result);
     QCOMPARE(
         rulesOf(*result->shapes.front().list), QString("M X1 0, Y2 0; L X1 1, Y2 0; L X1 1, Y2 1"));
+}
+
+void TestOutlineFit::aPointThatOnlyOneDrawingHasIsNotLost()
+{
+    List const closed = polygon({{0, 0}, {400, 0}, {400, 200}});
+    List const open = polygon({{0, 0}, {150, 0}, {150, 300}, {77, 123}}, false);
+    auto const result =
+        fitOf({drawingOf(decisive.at(0), {closed}), drawingOf(decisive.at(1), {open})});
+    QVERIFY(result);
+    QCOMPARE(result->shapes.front().list->segs.size(), 4);
+    QCOMPARE(result->inexact.size(), 2);
+    QCOMPARE(result->inexact.first().segment, 3);
+}
+
+void TestOutlineFit::curvesAreTurnedByTheirControlPoints()
+{
+    // A lens: backwards, its ends are where they were.
+    auto const lens = [](double w, double h, bool isTurned) {
+        auto list = std::make_shared<KpPathSegList>();
+        QPointF const left(0, h / 2);
+        QPointF const right(w, h / 2);
+        list->moveTo(left);
+        double const first = isTurned ? h - 20 : 0;
+        list->curveTo({50, first}, {w - 50, first}, right);
+        list->curveTo({w - 50, h - 20 - first}, {50, h - 20 - first}, left);
+        return list;
+    };
+    auto const result = fitOf({drawingOf(decisive.at(0), {lens(400, 200, false)}),
+        drawingOf(decisive.at(1), {lens(150, 300, true)})});
+    QVERIFY(result);
+    QVERIFY(result->isWhole());
+    QCOMPARE(rulesOf(*result->shapes.front().list),
+        QString("M X1 0, Y2 0.5; C X1 1, Y2 0.5, A0 50, B2 0, C3 50, D2 0; "
+                "C X1 0, Y2 0.5, A3 50, B4 20, C0 50, D4 20"));
+}
+
+void TestOutlineFit::shapesOfTheSameBoundsAreToldApart()
+{
+    auto const frame = [](double w, double h) { return polygon({{0, 0}, {w, 0}, {w, h}, {0, h}}); };
+    auto const diamond = [](double w, double h) {
+        return polygon({{w / 2, 0}, {w, h / 2}, {w / 2, h}, {0, h / 2}});
+    };
+    auto const result = fitOf({drawingOf(decisive.at(0), {frame(400, 200), diamond(400, 200)}),
+        drawingOf(decisive.at(1), {diamond(150, 300), frame(150, 300)})});
+    QVERIFY(result);
+    QVERIFY(result->isWhole());
+    QCOMPARE(rulesOf(*result->shapes.at(1).list),
+        QString("M X1 0.5, Y2 0; L X1 1, Y2 0.5; L X1 0.5, Y2 1; L X1 0, Y2 0.5"));
+    auto const joined = [](List const& first, List const& second) {
+        auto all = std::make_shared<KpPathSegList>();
+        for (List const& list : {first, second}) {
+            for (KpPathSeg* const seg : list->segs)
+                all->addTail(seg->clone());
+            all->addTail(new KpPathSegLineTo(list->segs.first()->pt, nullptr));
+        }
+        return all;
+    };
+    auto const subpaths =
+        fitOf({drawingOf(decisive.at(0), {joined(frame(400, 200), diamond(400, 200))}),
+            drawingOf(decisive.at(1), {joined(diamond(150, 300), frame(150, 300))})});
+    QVERIFY(subpaths);
+    QVERIFY(subpaths->isWhole());
+}
+
+void TestOutlineFit::linesOfNoLengthAreWhereUsualRulesPutThem()
+{
+    QVector<QPointF> const wide {{0, 0}, {200, 37.5}, {75, 120.25}, {0, 0}};
+    QVector<QPointF> const tall {{0, 0}, {100, 50}, {100, 125}, {75, 170.25}, {0, 0}};
+    auto const result =
+        fitOf({drawingOf({200, 150}, {polygon(wide)}), drawingOf({100, 200}, {polygon(tall)})});
+    QVERIFY(result);
+    QVERIFY(result->inexact.isEmpty());
+    // Not at the origin, from where x would have to follow the height.
+    QCOMPARE(rulesOf(*result->shapes.front().list),
+        QString("M X1 0, Y2 0; L X1 1, Y2 0.25; L X1 1, Y7 0.75; L X0 75, Y4 29.75; "
+                "L X1 0, Y2 0"));
 }
 
 void TestOutlineFit::linesOfNoLengthMayBeMissing()

@@ -38,6 +38,8 @@ std::optional<Diagnostic> readPicture(CommandLine const& line, FitCommandOptions
     auto const format = pictureFormat(QFileInfo(options.picture).suffix());
     if (!format)
         return misuse(QStringLiteral("--report takes a file named .svg, .png or .pdf"));
+    if (options.picture == options.output)
+        return misuse(QStringLiteral("--report and -o name the same file"));
     options.pictureSettings.format = *format;
     options.pictureSettings.title = QStringLiteral("Drawings and what was learnt of them");
     return std::nullopt;
@@ -69,7 +71,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
         double const tolerance = line.value(QStringLiteral("tolerance")).toDouble(&isNumber);
         // Written so that NaN fails.
         if (!isNumber || !(tolerance >= 0.0 && tolerance <= greatestTolerance))
-            return misuse(QStringLiteral("--tolerance takes a number from 0"));
+            return misuse(QStringLiteral("--tolerance takes a number from 0 to 100000"));
         options.tolerance = tolerance;
     }
     return std::nullopt;
@@ -92,7 +94,10 @@ std::optional<Drawings> readDrawings(QStringList const& operands, double factor)
     QVector<double> lastPlaces;
     double longestSide = 0.0;
     for (QString const& operand : operands) {
-        DrawingSource const source = drawingSource(operand);
+        // A file may have an @ in its name.
+        DrawingSource const source = QFileInfo::exists(operand)
+            ? DrawingSource {operand, std::nullopt}
+            : drawingSource(operand);
         auto const content = readInput(source.file, diagnostics);
         auto read =
             content ? readDrawing(*content, source, takeMessages, diagnostics) : std::nullopt;
@@ -138,7 +143,7 @@ Outcome runFit(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("keep-curves"),
         QStringLiteral("Leave four curves that are an ellipse as they are.")});
     line.addOption({QStringLiteral("strict"),
-        QStringLiteral("Fail, and write nothing, unless all is decided and exact.")});
+        QStringLiteral("Fail, and write no document, unless all is decided and exact.")});
     line.addOption({QStringLiteral("report"),
         QStringLiteral("Draw each drawing with the fit over it, as SVG, PNG or PDF."),
         QStringLiteral("OUT")});
@@ -159,9 +164,14 @@ Outcome runFit(Command const& command, QStringList const& arguments)
         report(diagnostics);
         return Outcome::Failed;
     }
-    diagnostics.append(fitWarnings(*result, all->drawings, options.output));
-    report(diagnostics);
+    bool const isPiped = options.output == QLatin1String("-");
+    diagnostics.append(fitWarnings(*result, all->drawings, isPiped ? QString() : options.output));
     bool const fails = options.isStrict && !result->isWhole();
+    if (fails) {
+        diagnostics.error(isPiped ? QString() : options.output,
+            QStringLiteral("not written: not all coordinates are decided and exact"));
+    }
+    report(diagnostics);
     if (options.isJson
         && !printOut(QString::fromUtf8(QJsonDocument(fitJson(*result, all->drawings)).toJson())))
         return Outcome::Failed;

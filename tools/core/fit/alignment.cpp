@@ -34,6 +34,15 @@ int costOf(QPointF const& left, QPointF const& right, RuleFitter const& fitter)
         + fitter.strangeness(y.data(), Axis::Vertical);
 }
 
+/** Likewise two steps, with the control points of curves. */
+int costOf(DrawnStep const& left, DrawnStep const& right, RuleFitter const& fitter)
+{
+    int const cost = costOf(left.end, right.end, fitter);
+    return left.isCurve && right.isCurve ? cost + costOf(left.control1, right.control1, fitter)
+            + costOf(left.control2, right.control2, fitter)
+                                         : cost;
+}
+
 /** Likewise two ellipses, whose radii and centres obey rules where their points do not. */
 int costOf(DrawnEllipse const& left, DrawnEllipse const& right, RuleFitter const& fitter)
 {
@@ -135,15 +144,15 @@ private:
     {
         Subpath const& other = source(turn.isReversed);
         std::size_t const count = other.steps.size();
-        double sum = 0.0;
+        // Of a ring that starts elsewhere, the start is the end of a step.
+        double sum = turn.shift == 0 ? costOf(m_reference.start, other.start, m_fitter) : 0.0;
         double apart = 0.0;
-        for (std::size_t i = 0; i <= count; i += stride) {
-            QPointF const point = m_reference.point(i);
-            // A ring has its start once, so its end is not counted.
-            QPointF const partner =
-                turn.shift == 0 ? other.point(i) : other.point((i + turn.shift) % count);
-            sum += costOf(point, partner, m_fitter);
-            apart += farness(point, m_fitter.boxes().first(), partner, m_fitter.boxes().last());
+        for (std::size_t i = 0; i < count; i += stride) {
+            DrawnStep const& step = m_reference.steps[i];
+            DrawnStep const& partner = other.steps[(i + turn.shift) % count];
+            sum += costOf(step, partner, m_fitter);
+            apart +=
+                farness(step.end, m_fitter.boxes().first(), partner.end, m_fitter.boxes().last());
         }
         // Only between turns that are equally likely does the distance count.
         return sum > 0.0 ? sum + apart / (1.0 + apart) : 0.0;
@@ -240,8 +249,10 @@ bool fitsAsItIs(Subpath const& reference, Subpath const& subpath, RuleFitter con
         return false;
     if (reference.ellipse && subpath.ellipse)
         return costOf(*reference.ellipse, *subpath.ellipse, fitter) < RuleFitter::impossible;
-    for (std::size_t i = 0; i <= reference.steps.size(); ++i) {
-        if (costOf(reference.point(i), subpath.point(i), fitter) >= RuleFitter::impossible)
+    if (costOf(reference.start, subpath.start, fitter) >= RuleFitter::impossible)
+        return false;
+    for (std::size_t i = 0; i < reference.steps.size(); ++i) {
+        if (costOf(reference.steps[i], subpath.steps[i], fitter) >= RuleFitter::impossible)
             return false;
     }
     return true;

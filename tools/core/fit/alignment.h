@@ -24,7 +24,7 @@ std::optional<Subpath> aligned(
 bool canAlign(Subpath const& reference, Subpath const& subpath);
 
 /**
- * Whether the steps correspond as they are, and all their ends obey rules; of ellipses
+ * Whether the steps correspond as they are, and all their points obey rules; of ellipses
  * the centre and the radii. `fitter` as above.
  */
 bool fitsAsItIs(Subpath const& reference, Subpath const& subpath, RuleFitter const& fitter);

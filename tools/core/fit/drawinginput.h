@@ -26,7 +26,7 @@ DrawingSource drawingSource(QString const& text);
 struct ReadDrawing
 {
     SizedDrawing drawing; ///< in the units of the file
-    /** The unit of the last place in which most of its numbers are written, in units of the file. */
+    /** The unit of the last place that its numbers are rounded to, as lastPlaceOf(). */
     double lastPlace = 1.0;
 };
 

@@ -117,7 +117,7 @@ void warnOfShortLines(FitResult const& result, std::vector<SizedDrawing> const& 
                 lines << QString::number(line + 1);
             warnings.warning(file,
                 QStringLiteral("%1: in a box of %2, shorter than one unit and not drawn: %3 %4; a "
-                               "--scale would help")
+                               "larger --scale would help")
                     .arg(callOf(result, static_cast<int>(i)), sizeText(drawing.box),
                         lines.size() == 1 ? QStringLiteral("segment") : QStringLiteral("segments"),
                         lines.join(QStringLiteral(", "))));

@@ -3,10 +3,10 @@
 #include "geometryformat_p.h"
 
 #include <QRegularExpression>
-#include <QSet>
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -59,20 +59,48 @@ public:
         }
     }
 
-    double lastPlace() const { return m_digits > 0 ? m_lastPlace : 1.0; }
+    double lastPlace() const
+    {
+        constexpr int oddNumbers = 10; // one in so many may have more digits than all others
+        int total = 0;
+        for (Places const& places : m_places)
+            total += places.count;
+        int longest = 0;
+        double last = 0.0;
+        // From the longest numbers on, until enough of them have been seen.
+        for (auto places = m_places.rbegin(); places != m_places.rend(); ++places) {
+            last = std::max(places->last, last);
+            longest += places->count;
+            if (longest > total / oddNumbers && places->count > 0)
+                break;
+        }
+        return last > 0.0 ? last : 1.0;
+    }
 
 private:
+    /** Of the numbers of one length. */
+    struct Places
+    {
+        int count = 0;
+        double last = 0.0; ///< the largest unit of a last place
+    };
+
+    /** A double has no more digits that tell anything. */
+    static constexpr std::size_t greatestLength = 17;
+
     void addNumber(QRegularExpressionMatch const& match, double enlargement)
     {
         QString const decimals = match.captured(2);
         QString digits = match.captured(1) + decimals;
-        digits.remove(0, std::max(0, leadingZeros(digits)));
+        digits.remove(0, leadingZeros(digits));
         double const place = std::pow(10.0, match.captured(3).toInt() - decimals.size());
-        if (digits.isEmpty() || digits.size() < m_digits || !(place > 0.0))
+        if (digits.isEmpty() || !(place > 0.0))
             return;
-        m_lastPlace = digits.size() > m_digits ? place * enlargement
-                                               : std::max(m_lastPlace, place * enlargement);
-        m_digits = digits.size();
+        std::size_t const length =
+            std::min(static_cast<std::size_t>(digits.size()), greatestLength);
+        Places& places = m_places[length];
+        ++places.count;
+        places.last = std::max(places.last, place * enlargement);
     }
 
     static int leadingZeros(QString const& digits)
@@ -82,8 +110,7 @@ private:
         return static_cast<int>(end - digits.begin());
     }
 
-    int m_digits = 0;
-    double m_lastPlace = 1.0;
+    std::array<Places, greatestLength + 1> m_places; ///< by the number of digits
 };
 
 } // namespace

@@ -35,13 +35,13 @@ bool areFinite(KpPathSegList const& list)
 /** What forbids to learn from a drawing, or nothing. */
 QString faultOf(SizedDrawing const& drawing)
 {
+    if (drawing.shapes.empty())
+        return QStringLiteral("nothing is drawn in it");
     if (!isSide(drawing.box.width()) || !isSide(drawing.box.height())) {
         return QStringLiteral("a box of %1 is none to draw for: both sides must be above 0 and at "
                               "most a million units")
             .arg(sizeText(drawing.box));
     }
-    if (drawing.shapes.empty())
-        return QStringLiteral("nothing is drawn in it");
     for (Shape const& shape : drawing.shapes) {
         if (!areFinite(*shape.list))
             return QStringLiteral("a coordinate is no number, or too large");
@@ -134,14 +134,24 @@ public:
 private:
     std::vector<Subpath> const& reference() const { return m_shape.drawings.front(); }
 
+    /** Whether the condition holds of a subpath in all drawings. */
+    template <class Condition> bool holdsInAll(std::size_t subpath, Condition condition) const
+    {
+        return std::all_of(m_shape.drawings.begin(), m_shape.drawings.end(),
+            [&](std::vector<Subpath> const& subpaths) { return condition(subpaths[subpath]); });
+    }
+
+    bool isRingInAll(std::size_t subpath) const
+    {
+        return holdsInAll(subpath, [](Subpath const& part) { return part.isRing; });
+    }
+
     bool isEllipseInAll(std::size_t subpath, bool findsEllipses) const
     {
-        auto const all = [&](auto condition) {
-            return std::all_of(m_shape.drawings.begin(), m_shape.drawings.end(),
-                [&](std::vector<Subpath> const& subpaths) { return condition(subpaths[subpath]); });
-        };
-        return all([](Subpath const& part) { return part.isEllipseSegment; })
-            || (findsEllipses && all([](Subpath const& part) { return part.ellipse.has_value(); }));
+        return holdsInAll(subpath, [](Subpath const& part) { return part.isEllipseSegment; })
+            || (findsEllipses && holdsInAll(subpath, [](Subpath const& part) {
+                   return part.ellipse.has_value();
+               }));
     }
 
     /**
@@ -198,7 +208,9 @@ private:
             add(new KpPathSegMoveTo(QPointF(), nullptr),
                 [=](auto const& subpaths) { return Numbers::of(subpaths[subpath].start); });
         }
-        std::size_t const count = drawn.steps.size() - (drawn.isClosedByFlag ? 1 : 0);
+        // The line that the flag draws is no segment, unless it leads elsewhere in another drawing.
+        bool const isImplied = drawn.isClosedByFlag && isRingInAll(subpath);
+        std::size_t const count = drawn.steps.size() - (isImplied ? 1 : 0);
         for (std::size_t step = 0; step < count; ++step) {
             auto const numbers = [=](auto const& subpaths) {
                 return Numbers::of(subpaths[subpath].steps[step]);

@@ -14,6 +14,9 @@ namespace {
 
 constexpr double endless = std::numeric_limits<double>::infinity();
 
+/** What it costs if some points obey no rule: more than all that extents tell. */
+constexpr double costOfStrangePoints = 200.0;
+
 /** What it costs if lines of one have to be lines of no length in the other: more than all else. */
 constexpr double costOfOtherLines = 1000.0;
 
@@ -180,8 +183,10 @@ private:
             Survey const& right = at(others, other);
             if (left.curves != right.curves)
                 return endless;
-            return strangeness(left.extent, right.extent, m_fitter)
-                + (left.steps == right.steps ? 0.0 : costOfOtherLines);
+            double const cost = strangeness(left.extent, right.extent, m_fitter);
+            if (left.steps != right.steps)
+                return cost + costOfOtherLines;
+            return cost + (fitTurned(reference, other) ? 0.0 : costOfStrangePoints);
         });
     }
 
@@ -192,6 +197,14 @@ private:
             [this](Subpath const& reference, Subpath const& other) {
                 return fitsAsItIs(reference, other, m_fitter);
             });
+    }
+
+    /** Likewise two shapes, of which only those with one subpath are compared. */
+    bool fitTurned(int reference, int other) const
+    {
+        Subpaths const& left = at(m_references, reference);
+        Subpaths const& right = at(m_others, other);
+        return left.size() != 1 || right.size() != 1 || fitTurned(left.front(), right.front());
     }
 
     std::optional<std::vector<AlignedSubpath>> alignedSubpaths(
@@ -209,8 +222,12 @@ private:
                     return 0.0;
                 if (countCurves(left) != countCurves(right))
                     return endless;
+                if (!canAlign(left, right))
+                    return costOfOtherLines
+                        + strangeness(
+                            at(referenceExtents, reference), at(extents, other), m_fitter);
                 return strangeness(at(referenceExtents, reference), at(extents, other), m_fitter)
-                    + (canAlign(left, right) ? 0.0 : costOfOtherLines);
+                    + (fitTurned(left, right) ? 0.0 : costOfStrangePoints);
             });
         if (partners.size() != references.size())
             return std::nullopt;
@@ -222,6 +239,17 @@ private:
             result.push_back(std::move(*subpath));
         }
         return result;
+    }
+
+    /** Whether all points obey rules once the other has the start and the direction of the first. */
+    bool fitTurned(Subpath const& reference, Subpath const& other) const
+    {
+        std::size_t const steps = reference.steps.size() + 1;
+        if (steps > m_stepsLeft)
+            return true;
+        m_stepsLeft -= steps;
+        auto const turned = aligned(reference, other, m_fitter);
+        return turned && fitsAsItIs(reference, *turned, m_fitter);
     }
 
     std::optional<AlignedSubpath> alignedSubpath(
@@ -242,12 +270,16 @@ private:
         Subpath const& reference, Subpath const& other) const
     {
         std::optional<AlignedSubpath> best;
-        std::size_t fewest = std::numeric_limits<std::size_t>::max();
+        VanishedLines::Cost least = std::numeric_limits<VanishedLines::Cost>::max();
+        std::size_t const cells = (reference.steps.size() + 1) * (other.steps.size() + 1);
         for (Subpath& turned : turns(reference, other)) {
+            if (cells > m_cellsLeft)
+                break;
+            m_cellsLeft -= cells;
             auto const lines = vanishedLines(reference, turned, m_fitter);
-            if (!lines || lines->inReference.size() + lines->inOther.size() >= fewest)
+            if (!lines || lines->cost >= least)
                 continue;
-            fewest = lines->inReference.size() + lines->inOther.size();
+            least = lines->cost;
             putIn(turned, lines->inOther);
             best = AlignedSubpath {std::move(turned), lines->inReference};
         }
@@ -311,6 +343,14 @@ private:
         };
         warn(!here.noFill, !there.noFill, QStringLiteral("filled"));
         warn(!here.noLine, !there.noLine, QStringLiteral("with a line"));
+        auto const ruleThere = m_first.shapes[reference].fillRule;
+        auto const ruleHere = m_drawing.shapes[other].fillRule;
+        if (ruleThere && ruleHere && *ruleThere != *ruleHere) {
+            diagnostics.warning(m_drawing.file,
+                QStringLiteral(
+                    "drawing %1, %2: another fill rule than in drawing 1; taken from there")
+                    .arg(QString::number(m_number), callOf(other)));
+        }
     }
 
     SizedDrawing const& m_first;
@@ -319,6 +359,10 @@ private:
     int m_number;
     RuleFitter m_fitter;
     std::vector<Subpaths> m_others;
+    /** How many pairs of steps may still be compared in search of lines that are not there. */
+    mutable std::size_t m_cellsLeft = 1000000;
+    /** How many steps may still be compared in search of partners; then their extents must do. */
+    mutable std::size_t m_stepsLeft = 200000;
 };
 
 /** Adds a drawing to the shape; the drawings before it get the lines that only this one has. */

@@ -33,15 +33,17 @@ bool isQuarter(
     QPointF const from = start - ellipse.centre;
     QPointF const to = step.end - ellipse.centre;
     // One end lies on the horizontal axis, the other on the vertical one.
-    bool const startsAtSide = std::abs(from.y()) <= tolerance;
+    // A point is rounded, and so is the centre that it is compared with.
+    double const pointSlack = 2.0 * tolerance;
+    bool const startsAtSide = std::abs(from.y()) <= pointSlack;
     QPointF const side = startsAtSide ? from : to;
     QPointF const top = startsAtSide ? to : from;
-    if (std::abs(std::abs(side.x()) - ellipse.a) > tolerance || std::abs(side.y()) > tolerance
-        || std::abs(std::abs(top.y()) - ellipse.b) > tolerance || std::abs(top.x()) > tolerance)
+    if (std::abs(std::abs(side.x()) - ellipse.a) > pointSlack || std::abs(side.y()) > pointSlack
+        || std::abs(std::abs(top.y()) - ellipse.b) > pointSlack || std::abs(top.x()) > pointSlack)
         return false;
     QPointF const sideControl = side + quarterControl * QPointF(0.0, top.y());
     QPointF const topControl = top + quarterControl * QPointF(side.x(), 0.0);
-    double const slack = tolerance + controlSlack * std::max(ellipse.a, ellipse.b);
+    double const slack = 3.0 * tolerance + controlSlack * std::max(ellipse.a, ellipse.b);
     return isNear(step.control1 - ellipse.centre, startsAtSide ? sideControl : topControl, slack)
         && isNear(step.control2 - ellipse.centre, startsAtSide ? topControl : sideControl, slack);
 }
@@ -62,7 +64,7 @@ std::optional<DrawnEllipse> ellipseOf(Subpath const& ring, double tolerance)
     ellipse.centre = (p0 + p1 + p2 + p3) / 4.0;
     ellipse.a = std::max(std::abs(p0.x() - p2.x()), std::abs(p1.x() - p3.x())) / 2.0;
     ellipse.b = std::max(std::abs(p0.y() - p2.y()), std::abs(p1.y() - p3.y())) / 2.0;
-    if (std::min(ellipse.a, ellipse.b) <= 2.0 * tolerance)
+    if (std::min(ellipse.a, ellipse.b) <= 4.0 * tolerance)
         return std::nullopt;
     for (std::size_t i = 0; i < quarters; ++i) {
         if (!isQuarter(ellipse, ring.point(i), ring.steps[i], tolerance))

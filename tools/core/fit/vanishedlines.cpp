@@ -9,7 +9,12 @@ namespace {
 /** The table of all beginnings of both is not made larger than this. */
 constexpr std::size_t greatestTable = 1000000;
 
-constexpr int endless = std::numeric_limits<int>::max();
+using Cost = VanishedLines::Cost;
+
+constexpr Cost endless = std::numeric_limits<Cost>::max();
+
+/** Fewer lines are always better than likelier rules. */
+constexpr Cost costOfALine = Cost(1) << 32;
 
 /** The last step on the best way to a pair of beginnings. */
 enum class Move : char { None, Both, OnlyReference, OnlyOther };
@@ -30,9 +35,7 @@ public:
 
     std::optional<VanishedLines> find()
     {
-        if (!correspond(m_reference.start, m_other.start))
-            return std::nullopt;
-        m_costs[0] = 0;
+        m_costs[0] = costOf(m_reference.start, m_other.start);
         for (std::size_t i = 0; i <= m_reference.steps.size(); ++i) {
             for (std::size_t j = 0; j <= m_other.steps.size(); ++j) {
                 if (m_costs[cell(i, j)] < endless)
@@ -47,38 +50,55 @@ public:
 private:
     std::size_t cell(std::size_t i, std::size_t j) const { return i * m_width + j; }
 
-    bool correspond(QPointF const& left, QPointF const& right) const
+    /** How unlikely it is that two points correspond; endless if no rule meets them. */
+    Cost costOf(QPointF const& left, QPointF const& right) const
     {
         std::array<double, 2> const x {left.x(), right.x()};
         std::array<double, 2> const y {left.y(), right.y()};
-        return m_fitter.strangeness(x.data(), Axis::Horizontal) < RuleFitter::impossible
-            && m_fitter.strangeness(y.data(), Axis::Vertical) < RuleFitter::impossible;
+        int const horizontal = m_fitter.strangeness(x.data(), Axis::Horizontal);
+        int const vertical = m_fitter.strangeness(y.data(), Axis::Vertical);
+        bool const isPossible = std::max(horizontal, vertical) < RuleFitter::impossible;
+        return isPossible ? horizontal + vertical : endless;
     }
 
-    bool correspond(DrawnStep const& left, DrawnStep const& right) const
+    Cost costOf(DrawnStep const& left, DrawnStep const& right) const
     {
-        return left.isCurve == right.isCurve && correspond(left.end, right.end)
-            && (!left.isCurve
-                || (correspond(left.control1, right.control1)
-                    && correspond(left.control2, right.control2)));
+        if (left.isCurve != right.isCurve)
+            return endless;
+        Cost cost = costOf(left.end, right.end);
+        if (left.isCurve) {
+            cost = sum(cost, costOf(left.control1, right.control1));
+            cost = sum(cost, costOf(left.control2, right.control2));
+        }
+        return cost;
+    }
+
+    static Cost sum(Cost left, Cost right)
+    {
+        return left == endless || right == endless ? endless : left + right;
     }
 
     void goOn(std::size_t i, std::size_t j)
     {
-        int const cost = m_costs[cell(i, j)];
+        Cost const cost = m_costs[cell(i, j)];
+        Cost const withLine = cost + costOfALine;
         bool const isReferenceLeft = i < m_reference.steps.size();
         bool const isOtherLeft = j < m_other.steps.size();
-        if (isReferenceLeft && isOtherLeft && correspond(m_reference.steps[i], m_other.steps[j]))
-            offer(i + 1, j + 1, cost, Move::Both);
-        if (isReferenceLeft && !m_reference.steps[i].isCurve
-            && correspond(m_reference.steps[i].end, m_other.point(j)))
-            offer(i + 1, j, cost + 1, Move::OnlyReference);
-        if (isOtherLeft && !m_other.steps[j].isCurve
-            && correspond(m_reference.point(i), m_other.steps[j].end))
-            offer(i, j + 1, cost + 1, Move::OnlyOther);
+        if (isReferenceLeft && isOtherLeft) {
+            offer(i + 1, j + 1, sum(cost, costOf(m_reference.steps[i], m_other.steps[j])),
+                Move::Both);
+        }
+        if (isReferenceLeft && !m_reference.steps[i].isCurve) {
+            offer(i + 1, j, sum(withLine, costOf(m_reference.steps[i].end, m_other.point(j))),
+                Move::OnlyReference);
+        }
+        if (isOtherLeft && !m_other.steps[j].isCurve) {
+            offer(i, j + 1, sum(withLine, costOf(m_reference.point(i), m_other.steps[j].end)),
+                Move::OnlyOther);
+        }
     }
 
-    void offer(std::size_t i, std::size_t j, int cost, Move move)
+    void offer(std::size_t i, std::size_t j, Cost cost, Move move)
     {
         if (cost >= m_costs[cell(i, j)])
             return;
@@ -98,6 +118,7 @@ private:
             j -= move == Move::OnlyReference ? 0 : 1;
         }
         VanishedLines lines;
+        lines.cost = m_costs.back();
         for (std::size_t step = 0; step < moves.size(); ++step) {
             Move const move = moves[moves.size() - 1 - step];
             if (move == Move::OnlyOther)
@@ -112,7 +133,7 @@ private:
     Subpath const& m_other;
     RuleFitter const& m_fitter;
     std::size_t m_width;
-    std::vector<int> m_costs; ///< how many lines have to be put in to get there
+    std::vector<Cost> m_costs; ///< of the best way to a pair of beginnings
     std::vector<Move> m_moves;
 };
 
