@@ -5,6 +5,7 @@ foreach(name IN ITEMS
     tst_custgeom
     tst_diaimport
     tst_documentnormalizer
+    tst_drawinginput
     tst_filecontent
     tst_geometrywalker
     tst_guideformula
