@@ -235,7 +235,7 @@ private:
             m_values.clear();
             for (Numbers const& numbers : m_numbers)
                 m_values.push_back(numbers.at[position]);
-            Axis const axis = position % 2 == 0 ? Axis::Horizontal : Axis::Vertical;
+            Axis const axis = axisOfReal(position);
             ++position;
             note({m_index, index, letter, m_fitter.fit(m_values.data(), axis)}, real);
         });

@@ -78,14 +78,6 @@ private:
     RuleFitter m_all;
 };
 
-Axis axisOf(QString const& letter)
-{
-    // The letters of x and of y take turns in every segment.
-    bool const isHorizontal = letter == SegmentKind::Letter::x()
-        || letter == SegmentKind::Letter::a() || letter == SegmentKind::Letter::c();
-    return isHorizontal ? Axis::Horizontal : Axis::Vertical;
-}
-
 /** The same outline as it is in several boxes. */
 using Outlines = std::vector<KpPathSegList const*>;
 
@@ -106,11 +98,11 @@ void bind(KpPathSegList& list, Outlines const& outlines, PresetFitter const& fit
     std::vector<double> ofOne(values.size());
     std::size_t index = 0;
     for (KpPathSeg* const seg : list.segs) {
-        SegmentKind::forEachCoordinate(*seg, [&](QString const& letter, KpReal& real) {
+        SegmentKind::forEachReal(*seg, [&](KpReal& real) {
             for (std::size_t box = 0; box < values.size(); ++box)
                 ofOne[box] = values[box][index];
+            RuleChoice const choice = fitter.rule(ofOne.data(), axisOfReal(index));
             ++index;
-            RuleChoice const choice = fitter.rule(ofOne.data(), axisOf(letter));
             real.base = choice.rule;
             real.rate = choice.rule == KpReal::Absolute ? 0.0 : choice.parameter;
             if (choice.rule == KpReal::Absolute)

@@ -5,11 +5,22 @@
 #include <QVector>
 #include <QtGlobal>
 
+#include <cstddef>
+
 /** The direction of a coordinate, which tells what rule is customary for it. */
 enum class Axis {
     Horizontal, ///< x, or the horizontal radius of an ellipse
     Vertical ///< y, or the vertical radius
 };
+
+/**
+ * The axis of a real, by its index from 0 among those of its segment, or of a whole outline, in the
+ * order of the document format: every segment has them in pairs, x before y.
+ */
+inline Axis axisOfReal(std::size_t index)
+{
+    return index % 2 == 0 ? Axis::Horizontal : Axis::Vertical;
+}
 
 /** A binding rule with its parameter. */
 struct RuleChoice

@@ -23,8 +23,7 @@ struct VanishedLines
  * A line that has no length at one size is left out by many programs: of a pill, the straight sides
  * that are not there. Finds the fewest lines of no length with which the kinds of both subpaths
  * correspond and every coordinate obeys a rule, of these those with the likeliest rules; nothing if
- * there are none, or if the subpaths are
- * too long to try.
+ * there are none, or if the subpaths are too long to try.
  *
  * @param fitter of two boxes: that of the reference and that of the other
  */
