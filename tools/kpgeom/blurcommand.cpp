@@ -1,6 +1,7 @@
 #include "commandline.h"
 #include "console.h"
 #include "gaussianblur.h"
+#include "guiapplication.h"
 #include "messagelog.h"
 #include "paint/colourtext.h"
 #include "paint/dropshadow.h"
@@ -135,6 +136,8 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     BlurOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
+    // For pixmaps, and for pictures in which there is text.
+    needGuiApplication();
     Diagnostics diagnostics;
     QByteArray const file = blurredFile(line.operands().first(), options, diagnostics);
     report(diagnostics);

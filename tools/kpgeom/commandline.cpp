@@ -1,6 +1,7 @@
 #include "commandline.h"
 
 #include "console.h"
+#include "guiapplication.h"
 
 CommandLine::CommandLine(Command const& command)
     : m_command(command)
@@ -28,6 +29,8 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
 
 QString CommandLine::helpText() const
 {
+    // The parser asks it what the program is called.
+    needGuiApplication();
     // The parser knows nothing of subcommands and would have the options before the name.
     QString const options = m_parser.helpText();
     return QStringLiteral("Usage: kpgeom %1 [options] %2")

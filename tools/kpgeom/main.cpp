@@ -1,10 +1,12 @@
 #include "command.h"
+#include "common/fonts.h"
 #include "console.h"
+#include "guiapplication.h"
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 #include <QHash>
 
-#include <algorithm>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -128,10 +130,11 @@ try {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The same document is written with its attributes in the same order every time.
     qSetGlobalQHashSeed(0);
-    // Qt would take some arguments for its own, even behind "--".
-    int nameOnly = std::min(argc, 1);
-    QGuiApplication const application(nameOnly, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("kpgeom"));
+    // Slow to make, and most commands do without.
+    setFontStarter(needGuiApplication);
+    // It would do this: file names are text in the locale.
+    std::setlocale(LC_ALL, "");
+    QCoreApplication::setApplicationName(QStringLiteral("kpgeom"));
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);

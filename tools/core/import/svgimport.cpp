@@ -1,5 +1,6 @@
 #include "import/svgimport.h"
 
+#include "common/fonts.h"
 #include "common/text.h"
 #include "import/losses.h"
 #include "import/svgguard.h"
@@ -197,6 +198,8 @@ public:
     std::optional<ImportedPictures> import()
     {
         QSvgRenderer renderer;
+        // Without frames there is no timer, which would need an application.
+        renderer.setFramesPerSecond(0);
         if (!load(renderer))
             return std::nullopt;
         ImportedPictures pictures;
@@ -382,6 +385,8 @@ std::optional<ImportedPictures> importSvg(
     auto const rewritten = preparedSvg(svg, options.file, diagnostics);
     if (!rewritten)
         return std::nullopt;
+    if (rewritten->hasText)
+        startFonts();
     options.takeMessages();
     return SvgImport(*rewritten, options, diagnostics).import();
 }

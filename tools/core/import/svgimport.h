@@ -47,7 +47,7 @@ struct SvgImportOptions
  * Nothing, with a diagnostic, for what guardedSvg() refuses, for a picture without a size or
  * larger than maximumPictureSide, and for a scale that is none.
  *
- * Needs a QGuiApplication.
+ * A picture with text needs a QGuiApplication: see startFonts().
  */
 std::optional<ImportedPictures> importSvg(
     QByteArray const& svg, SvgImportOptions const& options, Diagnostics& diagnostics);

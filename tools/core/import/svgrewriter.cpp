@@ -221,7 +221,10 @@ public:
 
     int cutViews() const { return m_cutViews; }
 
-    RewrittenSvg result() const { return {m_writer.text(), m_labels, m_pictures}; }
+    RewrittenSvg result() const
+    {
+        return {m_writer.text(), m_labels, m_pictures, m_scan.hasText()};
+    }
 
 private:
     /** An element that has begun. */
@@ -488,7 +491,7 @@ std::optional<RewrittenSvg> rewrittenSvg(
 {
     SvgScan const scan(svg);
     if (scan.isPlain())
-        return RewrittenSvg {svg, {}, {}};
+        return RewrittenSvg {svg, {}, {}, scan.hasText()};
     SvgRewriter rewriter(svg, scan, labels);
     if (!rewriter.rewrite())
         return std::nullopt;

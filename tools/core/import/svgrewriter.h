@@ -24,6 +24,7 @@ struct RewrittenSvg
     QByteArray text; ///< the picture, or a sprite in which each symbol is painted on its own
     QStringList labels; ///< by the numbers of marks: ids of elements, up to longestName
     std::vector<SvgSymbol> symbols; ///< of a sprite, likewise; empty for a picture
+    bool hasText; ///< whether there is an element of text, for which Qt SVG needs fonts
 };
 
 /**

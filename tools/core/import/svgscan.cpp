@@ -171,6 +171,8 @@ void SvgScan::begin(SvgKind kind, QXmlStreamAttributes const& attributes)
         m_box = rootBox(SvgView(attributes));
     else if (kind == SvgKind::Svg)
         m_hasNestedViews = true;
+    if (kind == SvgKind::Text)
+        m_hasText = true;
     if (kind == SvgKind::Symbol)
         m_symbols.push_back({element.id, SvgView(attributes), !isInSymbol});
     if (kind == SvgKind::Image)

@@ -68,6 +68,8 @@ public:
     bool isPlain() const;
     /** Whether there are symbols, and nothing else is painted. */
     bool isSprite() const { return !m_symbols.empty() && !m_isPainted; }
+    /** Whether there is an element of text, painted or not. */
+    bool hasText() const { return m_hasText; }
     /** Whether elements can stand between marks and the picture stays as it is. */
     bool isMarkable() const { return !m_tellsOfNeighbours; }
     /** What of the picture's coordinates is seen; null if the text does not say so. */
@@ -111,6 +113,7 @@ private:
     bool m_isPainted = false;
     bool m_hasNestedViews = false;
     bool m_hasLabels = false;
+    bool m_hasText = false;
     bool m_refersToOthers = false;
     bool m_tellsOfNeighbours = false;
 };

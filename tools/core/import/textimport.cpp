@@ -1,6 +1,7 @@
 #include "import/textimport.h"
 
 #include "common/filecontent.h"
+#include "common/fonts.h"
 #include "import/losses.h"
 
 #include <QFileInfo>
@@ -128,6 +129,7 @@ std::optional<ImportedOutlines> importText(
         diagnostics.error(file, fault);
         return std::nullopt;
     }
+    startFonts();
     options.takeMessages();
     auto const font = fontFrom(file, diagnostics);
     if (!font)

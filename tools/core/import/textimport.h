@@ -26,7 +26,7 @@ struct TextImportOptions
  * Nothing, with a diagnostic, if the font cannot be read, the text is empty, or the picture would
  * be larger than maximumPictureSide. A character without a glyph takes no room and gives a warning.
  *
- * Needs a QGuiApplication, for which the offscreen platform serves.
+ * Needs a QGuiApplication: see startFonts().
  */
 std::optional<ImportedOutlines> importText(
     QString const& text, TextImportOptions const& options, Diagnostics& diagnostics);

@@ -1,5 +1,7 @@
 #include "paint/caption.h"
 
+#include "common/fonts.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -11,6 +13,7 @@ constexpr double padding = 5.0; ///< on both sides of a text
 
 QFont captionFont()
 {
+    startFonts();
     QFont font;
     font.setPixelSize(11);
     return font;

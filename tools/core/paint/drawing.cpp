@@ -63,7 +63,7 @@ Picture drawing(Figure const& figure, DrawingLayout const& layout)
 {
     QRectF const bounds = boundsOf(figure, layout.style);
     if (!isDrawable(bounds))
-        return {bounds.size(), [](QPainter&) {}};
+        return {bounds.size(), [](QPainter&) {}, false};
     double const margin = marginOf(layout);
     QRectF const area = shownArea(layout, bounds);
     double const scale = scaleFor(area.size(), layout, margin);
@@ -86,5 +86,5 @@ Picture drawing(Figure const& figure, DrawingLayout const& layout)
         if (style.showsPoints)
             OutlinePainter(painter, style).drawLegend(legendPlace);
     };
-    return {size, paint};
+    return {size, paint, layout.style.showsPoints};
 }

@@ -1,5 +1,6 @@
 #include "paint/picture.h"
 
+#include "common/fonts.h"
 #include "common/text.h"
 
 #include <QBuffer>
@@ -181,6 +182,9 @@ bool isTooLarge(QSizeF const& size)
 /** Empty if there is no memory for it. */
 QByteArray encoded(Picture const& picture, PictureSettings const& settings)
 {
+    // Before the painter takes the default font, which SVG files name beside each shape.
+    if (picture.hasText || settings.format == PictureFormat::Svg)
+        startFonts();
     switch (settings.format) {
     case PictureFormat::Svg:
         return toSvg(picture, settings);
@@ -227,8 +231,8 @@ std::optional<QByteArray> toFile(Picture const& picture, PictureSettings const& 
     if (isTooLarge(size) && !settings.wayOut.isEmpty())
         fault = QStringLiteral("%1 (%2)").arg(fault, settings.wayOut);
     // Where the picture ends within a pixel, the whole pixel belongs to it.
-    Picture const whole {
-        QSizeF(std::ceil(picture.size.width()), std::ceil(picture.size.height())), picture.paint};
+    Picture const whole {QSizeF(std::ceil(picture.size.width()), std::ceil(picture.size.height())),
+        picture.paint, picture.hasText};
     QByteArray const file = fault.isEmpty() ? encoded(whole, settings) : QByteArray();
     if (fault.isEmpty() && file.isEmpty())
         fault = QStringLiteral("there is no memory for the picture");

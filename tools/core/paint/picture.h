@@ -22,6 +22,7 @@ struct Picture
 {
     QSizeF size; ///< of the page, which begins at (0, 0)
     std::function<void(QPainter&)> paint; ///< draws it, and leaves the background alone
+    bool hasText = true; ///< false only if no text is drawn, and no fonts are needed
 };
 
 /** The formats that drawings are written in. */

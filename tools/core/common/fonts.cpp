@@ -1,0 +1,18 @@
+#include "common/fonts.h"
+
+namespace {
+
+void (*fontStarter)() = nullptr;
+
+} // namespace
+
+void setFontStarter(void (*starter)())
+{
+    fontStarter = starter;
+}
+
+void startFonts()
+{
+    if (fontStarter)
+        fontStarter();
+}
