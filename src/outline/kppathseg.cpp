@@ -5,6 +5,7 @@
 
 KpPathSeg::KpPathSeg(SegType segType, KpPathSegList* list)
     : type(segType)
+    , place(-1)
     , owner(list)
     , pt(BoundPoint::at(QPointF(0.0, 0.0)))
 {

@@ -4,6 +4,7 @@
 #include "kpgeometry_export.h"
 #include "kppoint.h"
 
+#include <QAtomicInt>
 #include <QMatrix>
 #include <QPointF>
 
@@ -37,6 +38,13 @@ public:
     enum SegType : int { SegMoveTo = 2, SegLineTo = 3, SegCurveTo = 4, SegEllipse = 5 };
 
     SegType type; ///< the kind; set by the constructor, never changed
+
+private:
+    friend struct SegmentSearch;
+
+    QAtomicInt place; ///< where a list looks for the segment first; negative: nowhere yet
+
+public:
     KpPathSegList* owner; ///< the list that holds the segment, or null; not owned
     KpPoint pt; ///< the end point; of an ellipse, the centre
 
@@ -103,5 +111,6 @@ private:
 };
 
 static_assert(sizeof(KpPathSeg) == 72, "the application's layout of a segment");
+static_assert(sizeof(QAtomicInt) == 4, "what the application's layout leaves free beside the type");
 
 #endif // KPPATHSEG_H

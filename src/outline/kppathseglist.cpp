@@ -3,53 +3,29 @@
 #include "geometryformat_p.h"
 #include "geometryxml_p.h"
 #include "kppath.h"
+#include "segmentsearch_p.h"
 #include "undoreal_p.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
 #include <numeric>
 
 namespace {
 
-/** Indices at which searches ended, the latest first. */
-using Hints = std::array<int, 8>;
-
-/**
- * Where this thread's last searches in `list` ended, and in those that share its entry.
- *
- * Neighbours are asked for one after the other, so the next search nearly always ends beside
- * one of the last. A walk needs no search over the list then, nor do several walks in turn. A
- * hint is only a place to look first: it is checked against the list before it counts, so a
- * stale one costs time and nothing else.
- */
-Hints& hintsFor(KpPathSegList const* list)
+/** Lets `list` hold `seg` before the segment now at `index`, or after the last. */
+void hold(KpPathSegList& list, int index, KpPathSeg* seg)
 {
-    thread_local std::array<Hints, 64> hints {};
-    // Fibonacci hashing: lists lie beside each other or in even steps.
-    quint64 const hash = reinterpret_cast<quintptr>(list) * Q_UINT64_C(0x9E3779B97F4A7C15);
-    return hints[hash >> 58];
+    SegmentSearch::note(*seg, index);
+    if (index == list.segs.count())
+        list.segs.append(seg);
+    else
+        list.segs.insert(index, seg);
+    seg->owner = &list;
 }
 
-/** The index of `seg` in `list`, or -1. */
-int indexOf(KpPathSegList const* list, KpPathSeg* seg)
+/** Lets `list` hold `seg` after all others. */
+void append(KpPathSegList& list, KpPathSeg* seg)
 {
-    QVector<KpPathSeg*> const& segs = list->segs;
-    Hints& hints = hintsFor(list);
-    for (auto hint = hints.begin(); hint != hints.end(); ++hint) {
-        for (int const index : {*hint + 1, *hint, *hint - 1}) {
-            if (segs.value(index) == seg) {
-                std::rotate(hints.begin(), hint, hint + 1);
-                return hints.front() = index;
-            }
-        }
-    }
-    int const index = segs.indexOf(seg);
-    if (index >= 0) {
-        std::rotate(hints.begin(), hints.end() - 1, hints.end());
-        hints.front() = index;
-    }
-    return index;
+    hold(list, list.segs.count(), seg);
 }
 
 /** Calls `visit` with every segment, first to last. */
@@ -146,25 +122,23 @@ void KpPathSegList::addTail(KpPathSeg* seg)
 
 void KpPathSegList::insertAt(int index, KpPathSeg* seg)
 {
-    if (!seg)
-        return;
-    segs.insert(qBound(0, index, segs.count()), seg);
-    seg->owner = this;
+    if (seg)
+        hold(*this, qBound(0, index, segs.count()), seg);
 }
 
 void KpPathSegList::moveTo(QPointF point)
 {
-    addTail(new KpPathSegMoveTo(point, this));
+    append(*this, new KpPathSegMoveTo(point, this));
 }
 
 void KpPathSegList::lineTo(QPointF point)
 {
-    addTail(new KpPathSegLineTo(point, this));
+    append(*this, new KpPathSegLineTo(point, this));
 }
 
 void KpPathSegList::curveTo(QPointF control1, QPointF control2, QPointF end)
 {
-    addTail(new KpPathSegCurveTo(control1, control2, end, this));
+    append(*this, new KpPathSegCurveTo(control1, control2, end, this));
 }
 
 void KpPathSegList::removeAll(bool deleteSegs)
@@ -231,7 +205,7 @@ KpPathSeg* KpPathSegList::getNextSeg(KpPathSeg* seg) const
 {
     if (!seg)
         return nullptr;
-    int const next = indexOf(this, seg) + 1;
+    int const next = SegmentSearch::indexOf(*this, *seg, 1) + 1;
     return segs.value(closed && next >= segs.count() ? 0 : next);
 }
 
@@ -239,7 +213,7 @@ KpPathSeg* KpPathSegList::getPrevSeg(KpPathSeg* seg) const
 {
     if (!seg)
         return nullptr;
-    int const previous = indexOf(this, seg) - 1;
+    int const previous = SegmentSearch::indexOf(*this, *seg, -1) - 1;
     return segs.value(closed && previous < 0 ? segs.count() - 1 : previous);
 }
 

@@ -4,6 +4,7 @@
 #include "kpgeometry_export.h"
 #include "kppathseg.h"
 
+#include <QAtomicInt>
 #include <QMatrix>
 #include <QPointF>
 #include <QVector>
@@ -34,6 +35,13 @@ public:
     bool closed; ///< a ring: neighbours wrap around and the drawn path is closed
     bool noLine; ///< the outline is not to be stroked; carried for the renderer
     bool noFill; ///< the interior is not to be filled; carried for the renderer
+
+private:
+    friend struct SegmentSearch;
+
+    mutable QAtomicInt lastFound; ///< where the last search for a segment ended
+
+public:
     QVector<KpPathSeg*> segs; ///< in drawing order; never null, owned
 
     /** Empty and open, all flags false. */
@@ -97,9 +105,11 @@ public:
     /**
      * The segment after `seg`; on a closed list the first one follows the last. Null at the
      * end of an open list and for null. A segment that the list does not hold is followed by
-     * the first.
+     * the first; it must exist all the same, here and below.
      *
-     * Walking a list with this function or the next costs constant time a step.
+     * An answer of this function or the next costs constant time, in a walk or in any order.
+     * After a change of the list, also one of `segs` itself, the first questions search on both
+     * sides of where the segment was.
      */
     KpPathSeg* getNextSeg(KpPathSeg* seg) const;
     /**
