@@ -165,6 +165,46 @@ QString outline(KpPathSegList const& list)
     return steps.join(QStringLiteral("; "));
 }
 
+/** Any segments, some of a type that is not theirs, and empty slots. */
+void fillOddly(KpPathSegList& list, QRandomGenerator& random)
+{
+    OutlineTesting::fillRandomly(list, random.bounded(20), random);
+    for (KpPathSeg* const seg : qAsConst(list.segs)) {
+        if (random.bounded(4) == 0)
+            seg->type = KpPathSeg::SegType(random.bounded(8));
+    }
+    for (int i = random.bounded(3); i > 0; --i)
+        list.segs.insert(random.bounded(list.segs.count() + 1), nullptr);
+}
+
+/** The reals that the undo record of a segment holds. */
+QVector<KpReal> realsOf(KpPathSeg& seg)
+{
+    QVector<KpReal> reals {seg.pt.x, seg.pt.y};
+    switch (seg.type) {
+    case KpPathSeg::SegMoveTo:
+    case KpPathSeg::SegLineTo:
+        return reals;
+    case KpPathSeg::SegCurveTo:
+        if (KpPathSegCurveTo const* const curve = seg.toCurveTo())
+            return reals << curve->ctrl1.x << curve->ctrl1.y << curve->ctrl2.x << curve->ctrl2.y;
+        return {};
+    case KpPathSeg::SegEllipse:
+        if (KpPathSegEllipse const* const ellipse = seg.toEllipse())
+            return reals << ellipse->a << ellipse->b;
+        return {};
+    }
+    return {};
+}
+
+QStringList listed(QVector<double> const& values)
+{
+    QStringList texts;
+    for (double const value : values)
+        texts << exact(value);
+    return texts;
+}
+
 /** What is left of `count` slots, and the slots in the order of their removal. */
 struct Removal
 {
@@ -345,6 +385,8 @@ private Q_SLOTS:
     void assignToItselfDoublesTheList();
     void assignSkipsWhatCannotBeCloned();
     void copyBindsRadiiAsCloneDoes();
+
+    void undoRecordIsThatOfItsRealsOneByOne();
 };
 
 void TestKpPathSegList::newListIsEmptyAndOpen()
@@ -1273,6 +1315,32 @@ void TestKpPathSegList::copyBindsRadiiAsCloneDoes()
     KpPathSegList const copy(source);
     QCOMPARE(exact(copy.segs.at(0)->toEllipse()->a), exact(KpReal(1, 0.25, 3)));
     QCOMPARE(exact(copy.segs.at(0)->toEllipse()->b), exact(KpReal(2, 0.5, 4)));
+}
+
+void TestKpPathSegList::undoRecordIsThatOfItsRealsOneByOne()
+{
+    QRandomGenerator random = Testing::seededRandom(69314);
+    for (int round = 0; round < 1000; ++round) {
+        KpPathSegList list;
+        fillOddly(list, random);
+        QVector<int> ints(random.bounded(3), 7);
+        QVector<double> doubles(random.bounded(3), 7.0);
+        QVector<int> expectedInts = ints;
+        QVector<double> expectedDoubles = doubles;
+        expectedInts << list.closed << list.noFill << list.noLine;
+        for (KpPathSeg* const seg : qAsConst(list.segs)) {
+            QVector<KpReal> const reals = seg ? realsOf(*seg) : QVector<KpReal>();
+            if (!reals.isEmpty())
+                expectedInts << seg->type;
+            for (KpReal const& real : reals) {
+                expectedInts << real.base;
+                expectedDoubles << real.value << real.rate;
+            }
+        }
+        list.toUndoValue(ints, doubles);
+        QCOMPARE(ints, expectedInts);
+        QCOMPARE(listed(doubles), listed(expectedDoubles));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKpPathSegList)

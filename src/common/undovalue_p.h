@@ -17,6 +17,20 @@ template <class Entry> bool holds(QVector<Entry> const& entries, int position, i
     return position >= 0 && position <= entries.size() - count;
 }
 
+/** Appends `count` entries. @return the first of them, to be written */
+template <class Entry> Entry* grow(QVector<Entry>& entries, int count)
+{
+    int const before = entries.size();
+    entries.resize(before + count);
+    return entries.data() + before;
+}
+
+/** Drops the entries from `end` on, which were not written. */
+template <class Entry> void endAt(QVector<Entry>& entries, Entry const* end)
+{
+    entries.resize(static_cast<int>(end - entries.constData()));
+}
+
 /** The entry at `position`, or 0 outside the vector; `position` moves on in either case. */
 template <class Entry> Entry take(QVector<Entry> const& entries, int& position)
 {

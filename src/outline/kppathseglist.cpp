@@ -6,7 +6,6 @@
 #include "segmentsearch_p.h"
 #include "undoreal_p.h"
 
-#include <memory>
 #include <numeric>
 
 namespace {
@@ -34,6 +33,19 @@ template <class Visitor> void forEachSegment(KpPathSegList const& list, Visitor 
     for (KpPathSeg* const seg : list.segs) {
         if (seg)
             visit(*seg);
+    }
+}
+
+/** How many reals a segment of this type has, and at least as many as one of no known type. */
+int realCount(KpPathSeg::SegType type)
+{
+    switch (type) {
+    case KpPathSeg::SegCurveTo:
+        return static_cast<int>(SegmentKind::table<KpPathSegCurveTo>.size());
+    case KpPathSeg::SegEllipse:
+        return static_cast<int>(SegmentKind::table<KpPathSegEllipse>.size());
+    default:
+        return static_cast<int>(SegmentKind::table<KpPathSeg>.size());
     }
 }
 
@@ -280,15 +292,25 @@ bool KpPathSegList::isClockwise()
 
 void KpPathSegList::toUndoValue(QVector<int>& ints, QVector<double>& doubles)
 {
+    // What a segment casts to tells whether its reals are written, and only its type how many.
+    int reals = 0;
+    forEachSegment(*this, [&reals](KpPathSeg const& seg) { reals += realCount(seg.type); });
+    UndoValue::Writer writer {
+        UndoValue::grow(ints, 3 + segs.count() + reals), UndoValue::grow(doubles, 2 * reals)};
+
     // The order of the flags is the record's own, not that of the fields.
-    ints << (closed ? 1 : 0) << (noFill ? 1 : 0) << (noLine ? 1 : 0);
-    forEachSegment(*this, [&ints, &doubles](KpPathSeg& seg) {
-        if (SegmentKind::realCount(seg) == 0)
-            return;
-        ints.append(seg.type);
-        SegmentKind::forEachReal(
-            seg, [&](KpReal& real) { UndoValue::append(real, ints, doubles); });
+    for (bool const flag : {closed, noFill, noLine})
+        *writer.ints++ = flag ? 1 : 0;
+    forEachSegment(*this, [&writer](KpPathSeg& seg) {
+        int* const type = writer.ints++;
+        SegmentKind::forEachReal(seg, [&writer](KpReal const& real) { writer.write(real); });
+        if (writer.ints == type + 1)
+            writer.ints = type;
+        else
+            *type = seg.type;
     });
+    UndoValue::endAt(ints, writer.ints);
+    UndoValue::endAt(doubles, writer.doubles);
 }
 
 void KpPathSegList::fromUndoValue(
@@ -307,15 +329,16 @@ void KpPathSegList::fromUndoValue(
             ++intPos;
             continue;
         }
-        std::unique_ptr<KpPathSeg> seg(kind->create(this));
-        int const reals = SegmentKind::realCount(*seg);
+        int const reals = realCount(kind->type);
         if (!UndoValue::holds(ints, intPos, 1 + reals)
             || !UndoValue::holds(doubles, doublePos, 2 * reals))
             return;
-        ++intPos;
-        SegmentKind::forEachReal(*seg,
-            [&](KpReal& real) { real = UndoValue::takeReal(ints, doubles, intPos, doublePos); });
-        addTail(seg.release());
+        UndoValue::Reader reader {ints.constData() + intPos + 1, doubles.constData() + doublePos};
+        KpPathSeg* const seg = kind->create(this);
+        SegmentKind::forEachReal(*seg, [&reader](KpReal& real) { real = reader.read(); });
+        append(*this, seg);
+        intPos += 1 + reals;
+        doublePos += 2 * reals;
     }
 }
 

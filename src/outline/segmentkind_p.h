@@ -9,6 +9,8 @@
 #include <QString>
 
 #include <array>
+#include <type_traits>
+#include <utility>
 
 /**
  * What each segment kind is called and which reals it holds, under which letter and number
@@ -99,41 +101,36 @@ template <class Segment> struct Coordinate
     KpReal& (*real)(Segment&);
 };
 
-/** The reals of the one-point kinds, move and line. */
-inline std::array<Coordinate<KpPathSeg>, 2> const& coordinates(KpPathSeg const&)
-{
-    static constexpr std::array<Coordinate<KpPathSeg>, 2> table {{
-        {Letter::x, QuarkX, [](KpPathSeg& s) -> KpReal& { return s.pt.x; }},
-        {Letter::y, QuarkY, [](KpPathSeg& s) -> KpReal& { return s.pt.y; }},
-    }};
-    return table;
-}
+/** The reals of a segment kind. Here those of the one-point kinds, move and line. */
+template <class Segment>
+inline constexpr std::array<Coordinate<KpPathSeg>, 2> table {{
+    {Letter::x, QuarkX, [](KpPathSeg& s) -> KpReal& { return s.pt.x; }},
+    {Letter::y, QuarkY, [](KpPathSeg& s) -> KpReal& { return s.pt.y; }},
+}};
 
 /** The end point comes first, although the constructor takes it last. */
-inline std::array<Coordinate<KpPathSegCurveTo>, 6> const& coordinates(KpPathSegCurveTo const&)
-{
-    using Curve = KpPathSegCurveTo;
-    static constexpr std::array<Coordinate<Curve>, 6> table {{
-        {Letter::x, QuarkX, [](Curve& s) -> KpReal& { return s.pt.x; }},
-        {Letter::y, QuarkY, [](Curve& s) -> KpReal& { return s.pt.y; }},
-        {Letter::a, QuarkA, [](Curve& s) -> KpReal& { return s.ctrl1.x; }},
-        {Letter::b, QuarkB, [](Curve& s) -> KpReal& { return s.ctrl1.y; }},
-        {Letter::c, QuarkC, [](Curve& s) -> KpReal& { return s.ctrl2.x; }},
-        {Letter::d, QuarkD, [](Curve& s) -> KpReal& { return s.ctrl2.y; }},
-    }};
-    return table;
-}
+template <>
+inline constexpr std::array<Coordinate<KpPathSegCurveTo>, 6> table<KpPathSegCurveTo> {{
+    {Letter::x, QuarkX, [](KpPathSegCurveTo& s) -> KpReal& { return s.pt.x; }},
+    {Letter::y, QuarkY, [](KpPathSegCurveTo& s) -> KpReal& { return s.pt.y; }},
+    {Letter::a, QuarkA, [](KpPathSegCurveTo& s) -> KpReal& { return s.ctrl1.x; }},
+    {Letter::b, QuarkB, [](KpPathSegCurveTo& s) -> KpReal& { return s.ctrl1.y; }},
+    {Letter::c, QuarkC, [](KpPathSegCurveTo& s) -> KpReal& { return s.ctrl2.x; }},
+    {Letter::d, QuarkD, [](KpPathSegCurveTo& s) -> KpReal& { return s.ctrl2.y; }},
+}};
 
-inline std::array<Coordinate<KpPathSegEllipse>, 4> const& coordinates(KpPathSegEllipse const&)
+template <>
+inline constexpr std::array<Coordinate<KpPathSegEllipse>, 4> table<KpPathSegEllipse> {{
+    {Letter::x, QuarkX, [](KpPathSegEllipse& s) -> KpReal& { return s.pt.x; }},
+    {Letter::y, QuarkY, [](KpPathSegEllipse& s) -> KpReal& { return s.pt.y; }},
+    {Letter::a, QuarkA, [](KpPathSegEllipse& s) -> KpReal& { return s.a; }},
+    {Letter::b, QuarkB, [](KpPathSegEllipse& s) -> KpReal& { return s.b; }},
+}};
+
+/** The table of the kind of a segment. */
+template <class Segment> constexpr auto const& coordinates(Segment const&)
 {
-    using Ellipse = KpPathSegEllipse;
-    static constexpr std::array<Coordinate<Ellipse>, 4> table {{
-        {Letter::x, QuarkX, [](Ellipse& s) -> KpReal& { return s.pt.x; }},
-        {Letter::y, QuarkY, [](Ellipse& s) -> KpReal& { return s.pt.y; }},
-        {Letter::a, QuarkA, [](Ellipse& s) -> KpReal& { return s.a; }},
-        {Letter::b, QuarkB, [](Ellipse& s) -> KpReal& { return s.b; }},
-    }};
-    return table;
+    return table<Segment>;
 }
 
 /** One kind as the readers of a whole outline know it. */
@@ -176,30 +173,37 @@ template <class Predicate> Kind const* find(Predicate matches)
 }
 
 /**
- * Calls `visit` with each coordinate of `segment`, in the order of the tables, and the segment as
- * the kind that it is of. No call for a segment of no known kind, or one that does not cast to the
- * kind that its type names.
+ * Calls `visit` with `segment` as the kind that it is of. No call for a segment of no known kind,
+ * or one that does not cast to the kind that its type names.
  */
-template <class Visitor> void forEachEntry(KpPathSeg& segment, Visitor visit)
+template <class Visitor> void visitAsKind(KpPathSeg& segment, Visitor visit)
 {
-    auto const visitAll = [&visit](auto& typed) {
-        for (auto const& coordinate : coordinates(typed))
-            visit(coordinate, typed);
-    };
     switch (segment.type) {
     case KpPathSeg::SegMoveTo:
     case KpPathSeg::SegLineTo:
-        visitAll(segment);
+        visit(segment);
         break;
     case KpPathSeg::SegCurveTo:
         if (KpPathSegCurveTo* const curve = segment.toCurveTo())
-            visitAll(*curve);
+            visit(*curve);
         break;
     case KpPathSeg::SegEllipse:
         if (KpPathSegEllipse* const ellipse = segment.toEllipse())
-            visitAll(*ellipse);
+            visit(*ellipse);
         break;
     }
+}
+
+/**
+ * Calls `visit` with each coordinate of `segment`, in the order of the tables, and the segment as
+ * visitAsKind gives it.
+ */
+template <class Visitor> void forEachEntry(KpPathSeg& segment, Visitor visit)
+{
+    visitAsKind(segment, [&visit](auto& typed) {
+        for (auto const& coordinate : coordinates(typed))
+            visit(coordinate, typed);
+    });
 }
 
 /** Calls `visit` with the letter and the real of each coordinate of `segment`, as forEachEntry. */
@@ -210,11 +214,20 @@ template <class Visitor> void forEachCoordinate(KpPathSeg& segment, Visitor visi
     });
 }
 
+/** Calls `visit` with the reals of `segment`, each found when this is compiled. */
+template <class Segment, class Visitor, std::size_t... index>
+void forEachRealOf(Segment& segment, Visitor& visit, std::index_sequence<index...>)
+{
+    (visit(table<Segment>[index].real(segment)), ...);
+}
+
 /** Calls `visit` with each real of `segment`, as forEachEntry. */
 template <class Visitor> void forEachReal(KpPathSeg& segment, Visitor visit)
 {
-    forEachEntry(
-        segment, [&visit](auto const& coordinate, auto& typed) { visit(coordinate.real(typed)); });
+    visitAsKind(segment, [&visit](auto& typed) {
+        auto const& reals = table<std::decay_t<decltype(typed)>>;
+        forEachRealOf(typed, visit, std::make_index_sequence<reals.size()>());
+    });
 }
 
 inline int realCount(KpPathSeg& segment)

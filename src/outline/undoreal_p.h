@@ -7,14 +7,38 @@
 
 namespace UndoValue {
 
-/** A bound real: its base among the ints; its value, then its rate, among the doubles. */
-inline void append(KpReal const& real, QVector<int>& ints, QVector<double>& doubles)
+/** Where the next entries of a record are written. */
+struct Writer
 {
-    ints.append(real.base);
-    doubles.append(real.value);
-    doubles.append(real.rate);
-}
+    /** A bound real: its base among the ints; its value, then its rate, among the doubles. */
+    void write(KpReal const& real)
+    {
+        *ints++ = real.base;
+        *doubles++ = real.value;
+        *doubles++ = real.rate;
+    }
 
+    int* ints;
+    double* doubles;
+};
+
+/** Where the next entries of a record are read; whoever reads knows that they are there. */
+struct Reader
+{
+    KpReal read()
+    {
+        KpReal real;
+        real.base = Conversion::lowSixteenBits(*ints++);
+        real.value = *doubles++;
+        real.rate = *doubles++;
+        return real;
+    }
+
+    int const* ints;
+    double const* doubles;
+};
+
+/** A real of a record that may end before: an entry outside its vector is 0. */
 inline KpReal takeReal(
     QVector<int> const& ints, QVector<double> const& doubles, int& intPos, int& doublePos)
 {
