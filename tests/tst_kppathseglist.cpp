@@ -386,7 +386,9 @@ private Q_SLOTS:
     void assignSkipsWhatCannotBeCloned();
     void copyBindsRadiiAsCloneDoes();
 
+    void drawsAsItsSegmentsDoOneByOne();
     void undoRecordIsThatOfItsRealsOneByOne();
+    void appendingToOneTargetCopiesItRarely();
 };
 
 void TestKpPathSegList::newListIsEmptyAndOpen()
@@ -1317,6 +1319,27 @@ void TestKpPathSegList::copyBindsRadiiAsCloneDoes()
     QCOMPARE(exact(copy.segs.at(0)->toEllipse()->b), exact(KpReal(2, 0.5, 4)));
 }
 
+void TestKpPathSegList::drawsAsItsSegmentsDoOneByOne()
+{
+    QRandomGenerator random = Testing::seededRandom(57721);
+    for (int round = 0; round < 1000; ++round) {
+        KpPathSegList list;
+        fillOddly(list, random);
+        KpPath expected;
+        for (int i = random.bounded(3); i > 0; --i)
+            expected.append({1.0 * i, 2.0, 3.0, 4.0, i});
+        KpPath path = expected;
+        for (KpPathSeg* const seg : qAsConst(list.segs)) {
+            if (seg)
+                seg->addToPath(expected);
+        }
+        if (list.closed)
+            expected.closeSubpath();
+        list.toPath(path);
+        QCOMPARE(exact(path), exact(expected));
+    }
+}
+
 void TestKpPathSegList::undoRecordIsThatOfItsRealsOneByOne()
 {
     QRandomGenerator random = Testing::seededRandom(69314);
@@ -1341,6 +1364,32 @@ void TestKpPathSegList::undoRecordIsThatOfItsRealsOneByOne()
         QCOMPARE(ints, expectedInts);
         QCOMPARE(listed(doubles), listed(expectedDoubles));
     }
+}
+
+void TestKpPathSegList::appendingToOneTargetCopiesItRarely()
+{
+    // How often the memory of each target was too small for the next outline.
+    QRandomGenerator random = Testing::seededRandom(30103);
+    KpPathSegList list;
+    OutlineTesting::fillRandomly(list, 10, random);
+    KpPath path;
+    QVector<int> ints;
+    QVector<double> doubles;
+    KpPathSegList copies;
+    std::array<int, 4> growths {};
+    for (int i = 0; i < 2000; ++i) {
+        std::array<int, 4> const before {
+            path.elements.capacity(), ints.capacity(), doubles.capacity(), copies.segs.capacity()};
+        list.toPath(path);
+        list.toUndoValue(ints, doubles);
+        copies.assign(list);
+        std::array<int, 4> const after {
+            path.elements.capacity(), ints.capacity(), doubles.capacity(), copies.segs.capacity()};
+        for (size_t target = 0; target < growths.size(); ++target)
+            growths[target] += before[target] == after[target] ? 0 : 1;
+    }
+    for (int const growth : growths)
+        QVERIFY2(growth > 0 && growth < 30, qPrintable(QString::number(growth)));
 }
 
 QTEST_GUILESS_MAIN(TestKpPathSegList)

@@ -49,6 +49,17 @@ inline void map(KpPoint& point, QMatrix const& matrix)
     setPosition(point, matrix.map(position(point)));
 }
 
+/**
+ * Appends `count` elements for the caller to fill. An element is written where it stays: copied at
+ * once, its type would be read together with the padding behind it, which waits for the write.
+ */
+inline KpPath::KpElement* appendTo(KpPath& path, int count)
+{
+    int const before = path.count();
+    path.elements.resize(before + count);
+    return path.elements.data() + before;
+}
+
 /** @param type a QPainterPath::ElementType; a painter path numbers its elements alike */
 inline KpPath::KpElement element(KpPoint const& point, int type) noexcept
 {

@@ -5,9 +5,11 @@
 
 KpPathSegCurveTo::KpPathSegCurveTo(
     QPointF const& control1, QPointF const& control2, QPointF const& end, KpPathSegList* list)
-    : KpPathSegCurveTo(
-        BoundPoint::at(control1), BoundPoint::at(control2), BoundPoint::at(end), list)
+    : KpPathSeg(SegCurveTo, list)
+    , ctrl1(BoundPoint::at(control1))
+    , ctrl2(BoundPoint::at(control2))
 {
+    pt = BoundPoint::at(end);
 }
 
 KpPathSegCurveTo::KpPathSegCurveTo(
@@ -50,9 +52,10 @@ KpPathSeg* KpPathSegCurveTo::clone()
 
 void KpPathSegCurveTo::addToPath(KpPath& path)
 {
-    path.append(BoundPoint::element(ctrl1, QPainterPath::CurveToElement));
-    path.append(BoundPoint::element(ctrl2, QPainterPath::CurveToDataElement));
-    path.append(BoundPoint::element(pt, QPainterPath::CurveToDataElement));
+    KpPath::KpElement* const elements = BoundPoint::appendTo(path, 3);
+    elements[0] = BoundPoint::element(ctrl1, QPainterPath::CurveToElement);
+    elements[1] = BoundPoint::element(ctrl2, QPainterPath::CurveToDataElement);
+    elements[2] = BoundPoint::element(pt, QPainterPath::CurveToDataElement);
 }
 
 void KpPathSegCurveTo::updateValue(double width, double height)

@@ -3,6 +3,8 @@
 #include "boundpoint_p.h"
 #include "geometryxml_p.h"
 
+#include <algorithm>
+
 KpPathSegEllipse::KpPathSegEllipse(
     QPointF const& centre, double horizontalRadius, double verticalRadius, KpPathSegList* list)
     : KpPathSegEllipse(BoundPoint::at(centre), BoundPoint::horizontal(horizontalRadius),
@@ -51,8 +53,8 @@ KpPathSeg* KpPathSegEllipse::clone()
 void KpPathSegEllipse::addToPath(KpPath& path)
 {
     QRectF const bounds(pt.x.value - a.value, pt.y.value - b.value, 2.0 * a.value, 2.0 * b.value);
-    for (KpPath::KpElement const& element : KpPath::ellipse(bounds))
-        path.append(element);
+    QVector<KpPath::KpElement> const ellipse = KpPath::ellipse(bounds);
+    std::copy(ellipse.begin(), ellipse.end(), BoundPoint::appendTo(path, ellipse.count()));
 }
 
 void KpPathSegEllipse::updateValue(double width, double height)

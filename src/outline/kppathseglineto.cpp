@@ -6,8 +6,9 @@
 #include <cmath>
 
 KpPathSegLineTo::KpPathSegLineTo(QPointF const& point, KpPathSegList* list)
-    : KpPathSegLineTo(BoundPoint::at(point), list)
+    : KpPathSeg(SegLineTo, list)
 {
+    pt = BoundPoint::at(point);
 }
 
 KpPathSegLineTo::KpPathSegLineTo(KpPoint const& point, KpPathSegList* list)

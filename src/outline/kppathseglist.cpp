@@ -36,6 +36,19 @@ template <class Visitor> void forEachSegment(KpPathSegList const& list, Visitor 
     }
 }
 
+/** How many elements a segment of this type draws at most, unless it overrides that. */
+int elementCount(KpPathSeg::SegType type)
+{
+    switch (type) {
+    case KpPathSeg::SegCurveTo:
+        return 3;
+    case KpPathSeg::SegEllipse:
+        return 14;
+    default:
+        return 1;
+    }
+}
+
 /** How many reals a segment of this type has, and at least as many as one of no known type. */
 int realCount(KpPathSeg::SegType type)
 {
@@ -47,6 +60,13 @@ int realCount(KpPathSeg::SegType type)
     default:
         return static_cast<int>(SegmentKind::table<KpPathSeg>.size());
     }
+}
+
+/** Reserves memory for `count` more entries, unless that makes the vector grow in small steps. */
+template <class Entry> void reserveFor(QVector<Entry>& entries, int count)
+{
+    if (count >= entries.capacity())
+        entries.reserve(entries.count() + count);
 }
 
 /** A flag's text: "1" and, in any letter case, "TRUE" are true; everything else is false. */
@@ -97,8 +117,11 @@ void KpPathSegList::assign(KpPathSegList const& other)
 {
     // A list may be assigned to itself: the copy stays as the loop appends.
     QVector<KpPathSeg*> const sources = other.segs;
-    for (KpPathSeg* const source : sources)
-        addTail(source ? source->clone() : nullptr);
+    reserveFor(segs, sources.count());
+    for (KpPathSeg* const source : sources) {
+        if (KpPathSeg* const copy = source ? source->clone() : nullptr)
+            append(*this, copy);
+    }
     closed = other.closed;
     noLine = other.noLine;
     noFill = other.noFill;
@@ -251,6 +274,10 @@ void KpPathSegList::applyTransform(QMatrix matrix)
 
 void KpPathSegList::toPath(KpPath& path) const
 {
+    int elements = closed ? 1 : 0;
+    forEachSegment(
+        *this, [&elements](KpPathSeg const& seg) { elements += elementCount(seg.type); });
+    reserveFor(path.elements, elements);
     forEachSegment(*this, [&path](KpPathSeg& seg) { seg.addToPath(path); });
     if (closed)
         path.closeSubpath();
@@ -259,18 +286,20 @@ void KpPathSegList::toPath(KpPath& path) const
 void KpPathSegList::fromPath(KpPath& path)
 {
     int const close = 4;
+    int const count = path.count();
     auto const pointAt = [&path](int index) { return QPointF(path.at(index).x, path.at(index).y); };
-    for (int i = 0; i < path.count(); ++i) {
+    for (int i = 0; i < count; ++i) {
         switch (path.at(i).type) {
         case QPainterPath::MoveToElement:
-            moveTo(pointAt(i));
+            append(*this, new KpPathSegMoveTo(pointAt(i), this));
             break;
         case QPainterPath::LineToElement:
-            lineTo(pointAt(i));
+            append(*this, new KpPathSegLineTo(pointAt(i), this));
             break;
         case QPainterPath::CurveToElement:
-            if (i + 2 < path.count()) {
-                curveTo(pointAt(i), pointAt(i + 1), pointAt(i + 2));
+            if (i + 2 < count) {
+                append(
+                    *this, new KpPathSegCurveTo(pointAt(i), pointAt(i + 1), pointAt(i + 2), this));
                 i += 2;
             }
             break;

@@ -4,8 +4,9 @@
 #include "geometryxml_p.h"
 
 KpPathSegMoveTo::KpPathSegMoveTo(QPointF const& point, KpPathSegList* list)
-    : KpPathSegMoveTo(BoundPoint::at(point), list)
+    : KpPathSeg(SegMoveTo, list)
 {
+    pt = BoundPoint::at(point);
 }
 
 KpPathSegMoveTo::KpPathSegMoveTo(KpPoint const& point, KpPathSegList* list)
