@@ -128,6 +128,11 @@ private Q_SLOTS:
     void expansionsAreBounded();
     void manyNodesThatAreWrittenOutPass();
 
+    void readerGivesEachToken();
+    void readerAgreesWithCheck_data();
+    void readerAgreesWithCheck();
+    void readerTellsWhyTheDeviceFails();
+    void readerBoundsTheLengthOfATag();
     void failedParseEmptiesTheDocument();
     void everyPrefixFails();
 
@@ -436,6 +441,92 @@ void TestBoundedXml::manyNodesThatAreWrittenOutPass()
     QByteArray const text = "<a>" + QByteArray("<b/>").repeated(200000) + "</a>";
     BoundedXml::Error error;
     QVERIFY2(BoundedXml::check(text, error), qPrintable(error.message));
+}
+
+void TestBoundedXml::readerGivesEachToken()
+{
+    QByteArray const text = "<?xml version=\"1.0\"?><!DOCTYPE a [<!ENTITY e \"x\">]><!--c-->"
+                            "<a p:b=\"1\">t&e;<![CDATA[d]]><?i j?><u:f/></a>\n";
+    for (int const size : {1, 7, 100000}) {
+        PiecewiseDevice device(text, size);
+        BoundedXml::Reader reader(device);
+        QStringList tokens;
+        while (reader.readNext())
+            tokens << reader.xml().tokenString() + ' ' + reader.xml().qualifiedName()
+                    + reader.xml().text();
+        QVERIFY2(reader.error().isNull(), qPrintable(reader.error().message));
+        QCOMPARE(tokens,
+            QStringList({"StartDocument ", "DTD <!DOCTYPE a [<!ENTITY e \"x\">]>", "Comment c",
+                "StartElement a", "Characters tx", "Characters d", "ProcessingInstruction ",
+                "StartElement u:f", "EndElement u:f", "EndElement a", "EndDocument "}));
+        QCOMPARE(reader.bytesRead(), qint64(text.size()));
+        QVERIFY(!reader.readNext());
+    }
+}
+
+void TestBoundedXml::readerAgreesWithCheck_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("fine") << QByteArray("<a>b</a>");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no end") << QByteArray("<a>\n<b>");
+    QTest::newRow("no XML") << QByteArray("<a>\n <b></c></a>");
+    QTest::newRow("deepest") << QByteArray("<a>").repeated(1000)
+            + QByteArray("</a>").repeated(1000);
+    QTest::newRow("too deep") << QByteArray("<a>").repeated(1001);
+    QByteArray const entity = "<!DOCTYPE a [<!ENTITY e 'x'>]>\n<a>";
+    QTest::newRow("most references") << entity + QByteArray("&e;").repeated(10000) + "</a>";
+    QTest::newRow("too many references") << entity + QByteArray("&e;").repeated(10001) + "</a>";
+    QTest::newRow("too many in pieces")
+        << entity + QByteArray("<b>&e;</b>\n").repeated(10001) + "</a>";
+    QTest::newRow("references of no entity")
+        << "<a>" + QByteArray("&amp;").repeated(20000) + "</a>";
+    QByteArray defaults;
+    for (int i = 0; i < 1000; ++i)
+        defaults += " a" + QByteArray::number(i) + " CDATA 'v'";
+    QTest::newRow("too many nodes") << "<!DOCTYPE a [<!ATTLIST b" + defaults + ">]><a>"
+            + QByteArray("<b/>").repeated(101) + "</a>";
+}
+
+void TestBoundedXml::readerAgreesWithCheck()
+{
+    QFETCH(QByteArray, text);
+    BoundedXml::Error expected;
+    bool const isFine = BoundedXml::check(text, expected);
+    PiecewiseDevice device(text, 1000);
+    BoundedXml::Reader reader(device);
+    while (reader.readNext()) { }
+    QCOMPARE(reader.error().message, expected.message);
+    QCOMPARE(reader.error().isNull(), isFine);
+    QCOMPARE(reader.error().line, expected.line);
+    QCOMPARE(reader.error().column, expected.column);
+}
+
+void TestBoundedXml::readerTellsWhyTheDeviceFails()
+{
+    PiecewiseDevice device("<a><b/></a>", 4);
+    device.failAt(6, "unplugged");
+    BoundedXml::Reader reader(device);
+    while (reader.readNext()) { }
+    QCOMPARE(reader.error().message, QString("unplugged"));
+    QCOMPARE(reader.error().line, 0);
+    QVERIFY(!reader.readNext());
+}
+
+void TestBoundedXml::readerBoundsTheLengthOfATag()
+{
+    QByteArray const longest(5000, 'x');
+    for (QByteArray const& text : {"<a b='" + longest + "'/>", "<a>" + longest + "</a>",
+             "<!--" + longest + "--><a/>", QByteArray(5000, ' ')}) {
+        PiecewiseDevice device(text, 100);
+        BoundedXml::Reader reader(device, 4000);
+        while (reader.readNext()) { }
+        QCOMPARE(reader.error().message, QString("more than 4000 bytes without a tag"));
+        PiecewiseDevice same(text + (text.startsWith(' ') ? "<a/>" : ""), 100);
+        BoundedXml::Reader wider(same, 20000);
+        while (wider.readNext()) { }
+        QCOMPARE(wider.error().message, QString());
+    }
 }
 
 void TestBoundedXml::failedParseEmptiesTheDocument()

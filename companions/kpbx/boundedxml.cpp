@@ -23,40 +23,43 @@ QString tooLarge(Limits const& limits)
     return QStringLiteral("larger than %1 bytes").arg(limits.bytes);
 }
 
+QString tooManyReferences()
+{
+    return QStringLiteral("more than %1 references in a document that declares entities")
+        .arg(maximumReferences);
+}
+
 /** Counts what a reader goes through, and says when it is too much. */
-class Bounds
+class TokenCount
 {
 public:
-    Bounds(QByteArray const& text, Limits const& limits)
-        : m_text(text)
-        , m_maximumNodes(std::min(std::max(text.size(), smallestNodeLimit), limits.nodes))
-    {
-    }
-
-    /** What is too much with the token at which the reader is now; empty if nothing is. */
-    QString excess(QXmlStreamReader const& reader)
+    /**
+     * What is too much with the token at which the reader is now; empty if nothing is.
+     *
+     * @param maximumNodes how many there may be up to here
+     */
+    QString excess(QXmlStreamReader const& reader, qint64 maximumNodes)
     {
         if (reader.isStartElement() && ++m_depth > maximumDepth)
             return QStringLiteral("more than %1 nested elements").arg(maximumDepth);
         if (reader.isEndElement())
             --m_depth;
-        // Counted beforehand: Qt gathers all references of a text before it reports any of it.
-        if (reader.isDTD() && !reader.entityDeclarations().isEmpty()
-            && m_text.count('&') > maximumReferences)
-            return QStringLiteral("more than %1 references in a document that declares entities")
-                .arg(maximumReferences);
         m_nodes += 1 + reader.attributes().size();
-        if (m_nodes > m_maximumNodes)
-            return QStringLiteral("more than %1 nodes").arg(m_maximumNodes);
+        if (m_nodes > maximumNodes)
+            return QStringLiteral("more than %1 nodes").arg(maximumNodes);
         return QString();
     }
 
 private:
-    QByteArray const& m_text;
-    int const m_maximumNodes;
     int m_depth = 0;
-    int m_nodes = 0;
+    qint64 m_nodes = 0;
 };
+
+/** Whether the reader is at a document type that declares entities. */
+bool declaresEntities(QXmlStreamReader const& reader)
+{
+    return reader.isDTD() && !reader.entityDeclarations().isEmpty();
+}
 
 /** As check(); `faultOf` says of the reader at each token what else is wrong, or nothing. */
 template <class FaultOf>
@@ -65,10 +68,15 @@ bool checkEach(QByteArray const& text, Error& error, Limits const& limits, Fault
     QXmlStreamReader reader(text);
     // An undeclared prefix is no fault of well-formedness.
     reader.setNamespaceProcessing(false);
-    Bounds bounds(text, limits);
+    TokenCount count;
+    int const maximumNodes = std::min(std::max(text.size(), smallestNodeLimit), limits.nodes);
     while (!reader.atEnd()) {
         reader.readNext();
-        QString fault = reader.hasError() ? reader.errorString() : bounds.excess(reader);
+        QString fault =
+            reader.hasError() ? reader.errorString() : count.excess(reader, maximumNodes);
+        // Counted beforehand: Qt gathers all references of a text before it reports any of it.
+        if (fault.isEmpty() && declaresEntities(reader) && text.count('&') > maximumReferences)
+            fault = tooManyReferences();
         if (fault.isEmpty())
             fault = faultOf(reader);
         if (!fault.isEmpty()) {
@@ -210,6 +218,118 @@ bool parseWithControls(QByteArray const& text, QDomDocument& document, Error& er
 }
 
 } // namespace
+
+/** The device of a reader, with a count of what it has given. */
+class Reader::CountingDevice : public QIODevice
+{
+public:
+    CountingDevice(QIODevice& source, qint64 mostTokenBytes)
+        : m_source(source)
+        , m_mostTokenBytes(mostTokenBytes)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    qint64 bytes() const { return m_bytes; }
+    bool hasTooManyReferences() const { return m_references > maximumReferences; }
+    /** From now on it ends where there are too many. */
+    void boundReferences() { m_areReferencesBounded = true; }
+    /** Another token begins. */
+    void startToken() { m_tokenStart = m_bytes; }
+    /** Why it could not be read; empty if it could. */
+    QString const& fault() const { return m_fault; }
+
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        // A device may give a few bytes at a time, of which Qt would take the first for all.
+        qint64 count = 0;
+        qint64 piece = 0;
+        do {
+            piece = m_source.read(data + count, size - count);
+            count += std::max<qint64>(piece, 0);
+        } while (piece > 0 && count < size);
+        if (piece < 0)
+            m_fault = m_source.errorString();
+        if (count == 0)
+            return piece;
+        m_bytes += count;
+        if (m_bytes - m_tokenStart > m_mostTokenBytes) {
+            m_fault = QStringLiteral("more than %1 bytes without a tag").arg(m_mostTokenBytes);
+            return -1;
+        }
+        m_references += std::count(data, data + count, '&');
+        return m_areReferencesBounded && hasTooManyReferences() ? -1 : count;
+    }
+
+    qint64 writeData(char const* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    QIODevice& m_source;
+    qint64 const m_mostTokenBytes;
+    qint64 m_bytes = 0;
+    qint64 m_tokenStart = 0;
+    qint64 m_references = 0;
+    bool m_areReferencesBounded = false;
+    QString m_fault;
+};
+
+/** What a reader keeps to its bounds by. */
+class Reader::Bounds
+{
+public:
+    /** What is too much with the token; null if nothing is. */
+    Error excess(QXmlStreamReader const& reader, CountingDevice& device)
+    {
+        if (declaresEntities(reader)) {
+            setError(m_entities, reader, tooManyReferences());
+            device.boundReferences();
+        }
+        if (!m_entities.isNull() && device.hasTooManyReferences())
+            return m_entities;
+        Error error;
+        qint64 const maximumNodes = std::max<qint64>(device.bytes(), smallestNodeLimit);
+        if (QString const fault = m_count.excess(reader, maximumNodes); !fault.isEmpty())
+            setError(error, reader, fault);
+        return error;
+    }
+
+private:
+    TokenCount m_count;
+    Error m_entities; ///< where they are declared, and what is wrong if they are used too often
+};
+
+Reader::Reader(QIODevice& device, qint64 mostTokenBytes)
+    : m_device(std::make_unique<CountingDevice>(device, mostTokenBytes))
+    , m_bounds(std::make_unique<Bounds>())
+    , m_xml(m_device.get())
+{
+    m_xml.setNamespaceProcessing(false);
+}
+
+Reader::~Reader() = default;
+
+bool Reader::readNext()
+{
+    if (!m_error.isNull() || m_xml.atEnd())
+        return false;
+    m_device->startToken();
+    m_xml.readNext();
+    if (!m_device->fault().isEmpty())
+        m_error.message = m_device->fault();
+    else
+        m_error = m_bounds->excess(m_xml, *m_device);
+    if (m_error.isNull() && m_xml.hasError())
+        setError(m_error, m_xml, m_xml.errorString());
+    return m_error.isNull();
+}
+
+qint64 Reader::bytesRead() const
+{
+    return m_device->bytes();
+}
 
 QByteArray read(QIODevice& device, Error& error, Limits const& limits)
 {

@@ -3,9 +3,11 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QXmlStreamReader>
 
 #include <functional>
 #include <limits>
+#include <memory>
 
 class QDomDocument;
 class QIODevice;
@@ -16,7 +18,7 @@ class QIODevice;
  * Qt's DOM recurses over the depth of a document when it is written or destroyed, so a deep
  * enough file overflows the stack; and with a document type that declares entities or default
  * attributes, a small file becomes a tree that fills the memory. These functions refuse such a
- * file before a tree of it exists.
+ * file before a tree of it exists; a Reader, which builds none, as soon as it gets there.
  */
 namespace BoundedXml {
 
@@ -51,6 +53,9 @@ constexpr int maximumReferences = 10000;
  */
 constexpr int smallestNodeLimit = 100000;
 
+/** Bytes of a tag or a text that a Reader reads: Qt keeps them until the end of it. */
+constexpr qint64 maximumTokenBytes = 256LL * 1024 * 1024;
+
 /** What is wrong with a text, and where: line and column count from 1, 0 is "nowhere". */
 struct Error
 {
@@ -81,6 +86,42 @@ using Progress = std::function<void(double)>;
  */
 bool parse(QByteArray const& text, QDomDocument& document, Error& error, Limits const& limits = {},
     Progress const& progress = {});
+
+/**
+ * Reads a document of any size token by token, in memory for the largest of them. Depth, references
+ * and nodes are bounded as in check(), but that a document may have, at each place, as many nodes
+ * as it has bytes up to there.
+ */
+class Reader
+{
+public:
+    /**
+     * @param device open for reading; it must outlive this
+     * @param mostTokenBytes how long a tag or a text may be; a few thousand bytes more pass
+     */
+    explicit Reader(QIODevice& device, qint64 mostTokenBytes = maximumTokenBytes);
+    ~Reader();
+
+    /** Goes on to the next token. False behind the last one, and at a fault. */
+    bool readNext();
+    /** What is wrong; null unless readNext() has met a fault. */
+    Error const& error() const { return m_error; }
+    /** What stands at the token. Namespaces are not resolved: an undeclared prefix is no fault. */
+    QXmlStreamReader const& xml() const { return m_xml; }
+    /** How much of the device has been read; a little more than the tokens so far. */
+    qint64 bytesRead() const;
+
+private:
+    Q_DISABLE_COPY(Reader)
+
+    class CountingDevice;
+    class Bounds;
+
+    std::unique_ptr<CountingDevice> m_device;
+    std::unique_ptr<Bounds> m_bounds;
+    QXmlStreamReader m_xml;
+    Error m_error;
+};
 
 } // namespace BoundedXml
 
