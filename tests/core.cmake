@@ -19,12 +19,14 @@ foreach(name IN ITEMS
     tst_pathdata
     tst_pathdataparser
     tst_pathimport
+    tst_repeatableinput
     tst_rulefit
     tst_sequencealignment
     tst_shapebox
     tst_shapes
     tst_shortlines
     tst_slicing
+    tst_spool
     tst_text
     tst_zipmember)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)

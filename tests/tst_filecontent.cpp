@@ -95,6 +95,8 @@ private Q_SLOTS:
     void writesAndReadsWhole_data();
     void writesAndReadsWhole();
     void writesNothingRatherThanAPart();
+    void piecesAreWrittenAsAWhole();
+    void noPieceIsLost();
     void keepsPermissionsAndLinks();
     void writesIntoDevicesAndPipes();
     void tellsWhyItCannotWrite_data();
@@ -154,6 +156,53 @@ void TestFileContent::writesNothingRatherThanAPart()
         QStringList({file + ": File too large", folder.filePath("b") + ": File too large"}));
     QCOMPARE(contentIn(file), QByteArray("old"));
     QCOMPARE(entriesOf(folder), QStringList("a"));
+}
+
+void TestFileContent::piecesAreWrittenAsAWhole()
+{
+    QTemporaryDir const folder;
+    QString const file = folder.filePath("a");
+    Diagnostics diagnostics;
+    QVERIFY(writeFile(file, "old", diagnostics));
+    {
+        auto const output = OutputFile::open(file, diagnostics);
+        QVERIFY(output);
+        output->device().write("one, ");
+        QCOMPARE(contentIn(file), QByteArray("old"));
+        output->device().write("two");
+        QVERIFY(output->commit(diagnostics));
+    }
+    QCOMPARE(contentIn(file), QByteArray("one, two"));
+    {
+        auto const output = OutputFile::open(file, diagnostics);
+        QVERIFY(output);
+        output->device().write("never");
+    }
+    QCOMPARE(contentIn(file), QByteArray("one, two"));
+    QCOMPARE(entriesOf(folder), QStringList("a"));
+    QCOMPARE(linesOf(diagnostics), QStringList());
+}
+
+void TestFileContent::noPieceIsLost()
+{
+    QTemporaryDir const folder;
+    QString const file = folder.filePath("a");
+    Diagnostics diagnostics;
+    bool isWritten = true;
+    {
+        auto const output = OutputFile::open(file, diagnostics);
+        QVERIFY(output);
+        {
+            SizeLimit const limit(100000);
+            output->device().write(QByteArray(200000, 'x'));
+        }
+        // There is room again, but something is missing.
+        output->device().write("end");
+        isWritten = output->commit(diagnostics);
+    }
+    QVERIFY(!isWritten);
+    QCOMPARE(linesOf(diagnostics), QStringList(file + ": File too large"));
+    QCOMPARE(entriesOf(folder), QStringList());
 }
 
 void TestFileContent::keepsPermissionsAndLinks()

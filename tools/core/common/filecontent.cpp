@@ -1,44 +1,16 @@
 #include "common/filecontent.h"
 
 #include "boundedxml_p.h"
+#include "common/spool.h"
 #include "filereplacement_p.h"
 
+#include <array>
 #include <cerrno>
 
-namespace {
-
-/** Why an operation before which errno was 0 has failed: Qt does not always know. */
 QString reasonOf(QFileDevice const& device)
 {
     return errno == 0 ? device.errorString() : qt_error_string(errno);
 }
-
-/** Why the content could not be written into the place of the file; empty if it was. */
-QString replacementFault(QString const& file, QByteArray const& content)
-{
-    QSaveFile output(file);
-    errno = 0;
-    if (!FileReplacement::open(output))
-        return reasonOf(output);
-    errno = 0;
-    if (!FileReplacement::write(output, content)) {
-        QString reason = reasonOf(output);
-        output.cancelWriting();
-        return reason;
-    }
-    errno = 0;
-    return output.commit() ? QString() : reasonOf(output);
-}
-
-QString deviceFault(QString const& file, QByteArray const& content)
-{
-    QFile device(file);
-    bool const isWritten = device.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-        && FileReplacement::write(device, content);
-    return isWritten ? QString() : device.errorString();
-}
-
-} // namespace
 
 bool isNameExact(QString const& file, Diagnostics& diagnostics)
 {
@@ -71,6 +43,18 @@ std::optional<QByteArray> contentOf(
     return std::nullopt;
 }
 
+bool copyAll(QIODevice& from, QIODevice& to)
+{
+    std::array<char, 65536> chunk;
+    for (;;) {
+        qint64 const size = from.read(chunk.data(), static_cast<qint64>(chunk.size()));
+        if (size <= 0)
+            return size == 0;
+        if (to.write(chunk.data(), size) != size)
+            return false;
+    }
+}
+
 std::optional<QByteArray> readFile(QString const& file, Diagnostics& diagnostics)
 {
     QFile device;
@@ -79,19 +63,117 @@ std::optional<QByteArray> readFile(QString const& file, Diagnostics& diagnostics
     return contentOf(device, file, diagnostics);
 }
 
-bool writeFile(QString const& file, QByteArray const& content, Diagnostics& diagnostics)
+/** What is written into the place of a file. It remembers the first failure. */
+class OutputFile::Replacement : public QIODevice
+{
+public:
+    explicit Replacement(QString const& file)
+        : m_file(file)
+    {
+        errno = 0;
+        if (FileReplacement::open(m_file))
+            open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        else
+            m_fault = reasonOf(m_file);
+    }
+
+    /** Why it cannot be written; empty if it can. */
+    QString const& fault() const { return m_fault; }
+
+    /** Puts all in its place unless anything has failed. */
+    void commit()
+    {
+        errno = 0;
+        if (m_fault.isEmpty() && !FileReplacement::write(m_file, QByteArray()))
+            m_fault = reasonOf(m_file);
+        if (!m_fault.isEmpty())
+            m_file.cancelWriting();
+        else if (!m_file.commit())
+            m_fault = reasonOf(m_file);
+    }
+
+    /** One writes it from start to end. */
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
+
+    qint64 writeData(char const* data, qint64 size) override
+    {
+        errno = 0;
+        if (m_fault.isEmpty() && m_file.write(data, size) == size)
+            return size;
+        if (m_fault.isEmpty())
+            m_fault = reasonOf(m_file);
+        return -1;
+    }
+
+private:
+    QSaveFile m_file;
+    QString m_fault;
+};
+
+OutputFile::OutputFile(QString const& file)
+    : m_file(file)
+{
+}
+
+OutputFile::~OutputFile() = default;
+
+std::unique_ptr<OutputFile> OutputFile::open(QString const& file, Diagnostics& diagnostics)
 {
     if (!isNameExact(file, diagnostics))
-        return false;
+        return nullptr;
     QFileInfo const target(file);
+    if (target.isDir()) {
+        diagnostics.error(file, QStringLiteral("is a directory"));
+        return nullptr;
+    }
+    std::unique_ptr<OutputFile> output(new OutputFile(file));
+    if (FileReplacement::isDeviceOrPipe(target)) {
+        output->m_waiting = std::make_unique<Spool>();
+        return output;
+    }
+    output->m_replacement = std::make_unique<Replacement>(file);
+    if (output->m_replacement->fault().isEmpty())
+        return output;
+    diagnostics.error(file, output->m_replacement->fault());
+    return nullptr;
+}
+
+QIODevice& OutputFile::device()
+{
+    if (m_replacement)
+        return *m_replacement;
+    return *m_waiting;
+}
+
+bool OutputFile::commit(Diagnostics& diagnostics)
+{
     QString fault;
-    if (target.isDir())
-        fault = QStringLiteral("is a directory");
-    else if (FileReplacement::isDeviceOrPipe(target))
-        fault = deviceFault(file, content);
-    else
-        fault = replacementFault(file, content);
+    if (m_replacement) {
+        m_replacement->commit();
+        fault = m_replacement->fault();
+    } else {
+        QFile target(m_file);
+        QIODevice& content = m_waiting->content();
+        if (m_waiting->hasFailed())
+            fault = m_waiting->errorString();
+        else if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+            || !copyAll(content, target))
+            fault = target.errorString();
+    }
     if (!fault.isEmpty())
-        diagnostics.error(file, fault);
+        diagnostics.error(m_file, fault);
     return fault.isEmpty();
+}
+
+bool writeFile(QString const& file, QByteArray const& content, Diagnostics& diagnostics)
+{
+    auto const output = OutputFile::open(file, diagnostics);
+    if (!output)
+        return false;
+    // What fails here, commit() reports.
+    output->device().write(content);
+    return output->commit(diagnostics);
 }
