@@ -15,6 +15,7 @@ foreach(name IN ITEMS
     tst_odfimport
     tst_outlinediff
     tst_outlinefit
+    tst_outlinereader
     tst_overlaysheet
     tst_pathdata
     tst_pathdataparser

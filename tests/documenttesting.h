@@ -1,6 +1,7 @@
 #ifndef DOCUMENTTESTING_H
 #define DOCUMENTTESTING_H
 
+#include "check/outlinecheck.h"
 #include "document/outlinedocument.h"
 #include "outlinetesting.h"
 
@@ -11,10 +12,31 @@ namespace DocumentTesting {
 inline OutlineDocument documentOf(QByteArray const& text, QString const& file = "a.xml")
 {
     Diagnostics diagnostics;
-    auto document = OutlineDocument::read(text, file, diagnostics, [](double) {});
+    auto document = OutlineDocument::read(text, file, diagnostics);
     if (!document)
         qFatal("%s: %s", qPrintable(diagnostics.at(0).text), text.constData());
     return std::move(*document);
+}
+
+/** Calls `visit` with each outline of the document of this text, its markup included. */
+template <class Visit> void forEachOutline(QByteArray const& text, Visit const& visit)
+{
+    auto const device = repeatableInput(text)();
+    OutlineReader reader(*device, "a.xml", OutlineReader::Detail::Markup);
+    for (Outlines group = reader.next(); !group.empty(); group = reader.next()) {
+        for (Outline const& outline : group)
+            visit(outline);
+    }
+}
+
+/** What a check of the document of this text finds. */
+inline Diagnostics findingsIn(QByteArray const& text, CheckScope scope)
+{
+    Diagnostics findings;
+    checkOutlines(
+        repeatableInput(text), "a.xml", scope,
+        [&findings](Diagnostic const& finding) { findings.add(finding); }, findings);
+    return findings;
 }
 
 /** An outline around segments, in an element of this name. */

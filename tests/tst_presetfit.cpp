@@ -286,8 +286,7 @@ void TestPresetFit::presetsOfTheStandard()
             continue;
         ++whole;
         // What is said to be whole is so in any other box, too, and as it is read from a document.
-        auto document =
-            OutlineDocument::read(shapesDocument(preset->shapes), file, diagnostics, [](double) {});
+        auto document = OutlineDocument::read(shapesDocument(preset->shapes), file, diagnostics);
         QVERIFY(document);
         for (int i = 0; i < 20; ++i) {
             double const height = 1000.0 + random.bounded(20000);

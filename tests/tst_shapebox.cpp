@@ -24,8 +24,8 @@ QByteArray const line = "<Geometry Closed=\"1\"><MoveTo><X V=\"1\"/></MoveTo></G
 OutlineDocument documentOf(QByteArray const& content)
 {
     Diagnostics diagnostics;
-    auto document = OutlineDocument::read(
-        "<Shapes>" + content + "</Shapes>", "document", diagnostics, [](double) {});
+    auto document =
+        OutlineDocument::read("<Shapes>" + content + "</Shapes>", "document", diagnostics);
     return std::move(*document);
 }
 

@@ -31,7 +31,7 @@ Shape line()
 std::optional<OutlineDocument> read(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    return OutlineDocument::read(text, "document", diagnostics, [](double) {});
+    return OutlineDocument::read(text, "document", diagnostics);
 }
 
 } // namespace

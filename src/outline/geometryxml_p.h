@@ -26,6 +26,15 @@
  */
 namespace GeometryXml {
 
+/** A flag's text: "1" and, in any letter case, "TRUE" are true; everything else is false. */
+template <class Text> void readFlag(bool& flag, Text const& text)
+{
+    if (XmlAttribute::isGiven(text)) {
+        flag = text == QLatin1String("1")
+            || text.compare(QLatin1String("TRUE"), Qt::CaseInsensitive) == 0;
+    }
+}
+
 /** @param attribute gives the text of an attribute by its name */
 template <class Attribute> void readReal(KpReal& real, Attribute attribute)
 {

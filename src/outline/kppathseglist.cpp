@@ -69,15 +69,6 @@ template <class Entry> void reserveFor(QVector<Entry>& entries, int count)
         entries.reserve(entries.count() + count);
 }
 
-/** A flag's text: "1" and, in any letter case, "TRUE" are true; everything else is false. */
-template <class Text> void readFlag(bool& flag, Text const& text)
-{
-    if (XmlAttribute::isGiven(text)) {
-        flag = text == QLatin1String("1")
-            || text.compare(QLatin1String("TRUE"), Qt::CaseInsensitive) == 0;
-    }
-}
-
 /** Sets the flags' attributes with `setAttribute`, which takes name and text. */
 template <class SetAttribute> void writeFlags(KpPathSegList const& list, SetAttribute setAttribute)
 {
@@ -391,9 +382,9 @@ void KpPathSegList::saveTo(XmlStreamWriter& writer)
 
 bool KpPathSegList::parse(QDomElement const& geometry, unsigned int context)
 {
-    readFlag(closed, geometry.attribute(GeometryFormat::closed()));
-    readFlag(noFill, geometry.attribute(GeometryFormat::noFill()));
-    readFlag(noLine, geometry.attribute(GeometryFormat::noLine()));
+    GeometryXml::readFlag(closed, geometry.attribute(GeometryFormat::closed()));
+    GeometryXml::readFlag(noFill, geometry.attribute(GeometryFormat::noFill()));
+    GeometryXml::readFlag(noLine, geometry.attribute(GeometryFormat::noLine()));
     for (QDomElement child = geometry.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         int const quark = QuarkManager::quarkFromString(child.tagName());
@@ -414,9 +405,9 @@ bool KpPathSegList::parse(QXmlStreamReader& reader, unsigned int context)
         return false;
     // An empty Closed is ignored as in a DOM, an empty NoFill or NoLine is not: deliberate,
     // documents are read this way.
-    readFlag(closed, attributes.value(GeometryFormat::closed()).toString());
-    readFlag(noFill, attributes.value(GeometryFormat::noFill()));
-    readFlag(noLine, attributes.value(GeometryFormat::noLine()));
+    GeometryXml::readFlag(closed, attributes.value(GeometryFormat::closed()).toString());
+    GeometryXml::readFlag(noFill, attributes.value(GeometryFormat::noFill()));
+    GeometryXml::readFlag(noLine, attributes.value(GeometryFormat::noLine()));
     while (reader.readNextStartElement()) {
         auto const* const kind =
             SegmentKind::find([&reader](auto const& k) { return reader.name() == k.name(); });

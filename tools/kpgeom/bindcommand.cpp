@@ -3,7 +3,6 @@
 #include "console.h"
 #include "document/bindingrule.h"
 #include "document/documentrewriter.h"
-#include "document/elementposition.h"
 #include "document/geometrywalker.h"
 #include "document/shapeformat.h"
 #include "document/shapes.h"
@@ -113,14 +112,13 @@ QString inexactText(int outline, InexactBinding const& inexact)
 }
 
 /** The elements of the segments of an outline, in their order. */
-QVector<QDomElement> segmentElements(Outline const& outline)
+QVector<MarkupNode const*> segmentElements(Outline const& outline)
 {
-    QVector<QDomElement> elements;
+    QVector<MarkupNode const*> elements;
     GeometryWalker walker(*outline.list);
-    for (QDomElement child = outline.element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        if (walker.enter(child.tagName()))
-            elements << child;
+    for (MarkupNode const& child : outline.markup->children) {
+        if (child.kind == MarkupNode::Kind::Element && walker.enter(child.name))
+            elements << &child;
     }
     return elements;
 }
@@ -130,32 +128,20 @@ std::optional<QSizeF> boxOf(Outline const& outline, BindOptions const& options)
 {
     if (options.box)
         return options.box;
-    QDomElement const shape = outline.element.parentNode().toElement();
-    QString const width = shape.attribute(ShapeFormat::width());
-    QString const height = shape.attribute(ShapeFormat::height());
-    auto const box = sizeFromText(width + QLatin1Char('x') + height);
+    auto const box = sizeFromText(outline.width + QLatin1Char('x') + outline.height);
     if (box)
         return box;
-    QString const fault = width.isEmpty() || height.isEmpty()
+    QString const fault = outline.width.isEmpty() || outline.height.isEmpty()
         ? QStringLiteral("has no box: its element has no Width and Height")
         : QStringLiteral("has no box: Width '%1' and Height '%2'")
-              .arg(elided(width, 20), elided(height, 20));
-    report({Diagnostic::Severity::Error, options.operand, outline.element.lineNumber(),
-        outline.element.columnNumber(),
+              .arg(elided(outline.width, 20), elided(outline.height, 20));
+    report({Diagnostic::Severity::Error, options.operand, outline.line, outline.column,
         QStringLiteral("outline %1 %2; --size gives one").arg(outline.index).arg(fault)});
     return std::nullopt;
 }
 
-/** Writes what has been bound; `isExact` if every coordinate follows the slices. */
-Outcome written(BindOptions const& options, QByteArray const& document, bool isExact)
-{
-    if (!writeOutput(options.output, document))
-        return Outcome::Failed;
-    return isExact ? Outcome::Done : Outcome::Warned;
-}
-
-Outcome bindDocument(
-    CommandLine const& line, OutlineDocument const& document, BindOptions const& options)
+Outcome bindDocument(CommandLine const& line, QByteArray const& text,
+    OutlineDocument const& document, BindOptions const& options)
 {
     if (document.outlines().empty()) {
         report({Diagnostic::Severity::Error, options.operand, 0, 0,
@@ -174,21 +160,34 @@ Outcome bindDocument(
         boxes << *box;
     }
     Diagnostics diagnostics;
-    for (Outline const& outline : document.outlines()) {
+    QVector<int> lost;
+    auto const bind = [&](Outline& outline) {
         QSizeF const& box = boxes.at(outline.index - 1);
-        QVector<QDomElement> const elements = segmentElements(outline);
+        QVector<MarkupNode const*> const elements = segmentElements(outline);
         for (InexactBinding const& inexact : bindToSlices(*outline.list, box, options.slices)) {
-            diagnostics.add(warningAt(elements.at(inexact.segment), options.operand,
-                inexactText(outline.index, inexact)));
+            MarkupNode const& element = *elements.at(inexact.segment);
+            diagnostics.add({Diagnostic::Severity::Warning, options.operand, element.line,
+                element.column, inexactText(outline.index, inexact)});
         }
+        lost << countLostLines(*outline.list);
+        return true;
+    };
+    Output output(options.output);
+    auto const input = repeatableInput(text)();
+    if (!output.open()
+        || !rewriteDocument(*input, options.operand, output.device(), bind, diagnostics)) {
+        report(diagnostics);
+        return Outcome::Failed;
     }
     bool const isExact = diagnostics.isEmpty();
-    for (Outline const& outline : document.outlines()) {
-        if (int const lost = countLostLines(*outline.list); lost > 0)
-            diagnostics.add(lostLinesIn(boxes.at(outline.index - 1), lost, options.operand));
+    for (int i = 0; i < lost.size(); ++i) {
+        if (lost.at(i) > 0)
+            diagnostics.add(lostLinesIn(boxes.at(i), lost.at(i), options.operand));
     }
     report(diagnostics);
-    return written(options, rewritten(document), isExact);
+    if (!output.commit())
+        return Outcome::Failed;
+    return isExact ? Outcome::Done : Outcome::Warned;
 }
 
 /** The slices in other units, of which `factor` make one. */
@@ -225,7 +224,9 @@ Outcome bindPicture(CommandLine const& line, QByteArray const& svg, BindOptions 
         shapes.push_back({outline.name, picture->size, outline.fillRule, std::move(outline.list)});
     }
     report(inexact);
-    return written(options, shapesDocument(shapes), inexact.isEmpty());
+    if (!writeOutput(options.output, shapesDocument(shapes)))
+        return Outcome::Failed;
+    return inexact.isEmpty() ? Outcome::Done : Outcome::Warned;
 }
 
 } // namespace
@@ -247,7 +248,8 @@ Outcome runBind(Command const& command, QStringList const& arguments)
     if (text && !isPicture) {
         Progress progress({options.operand});
         progress.step();
-        document = OutlineDocument::read(*text, options.operand, diagnostics, progress.ofStep());
+        auto const input = repeatableInput(*text)();
+        document = OutlineDocument::read(*input, options.operand, diagnostics, progress.ofStep());
         isPicture = document && document->isSvgPicture();
     }
     report(diagnostics);
@@ -258,5 +260,6 @@ Outcome runBind(Command const& command, QStringList const& arguments)
             QStringLiteral("--size goes with a document of outlines: a picture has its own")));
     if (!isPicture && options.scale)
         return line.misused(misuse(QStringLiteral("--scale goes with an SVG picture")));
-    return isPicture ? bindPicture(line, *text, options) : bindDocument(line, *document, options);
+    return isPicture ? bindPicture(line, *text, options)
+                     : bindDocument(line, *text, *document, options);
 }

@@ -6,19 +6,43 @@
 
 namespace {
 
-QString toText(OutlineDocument const& document, Diagnostics const& findings)
+QByteArray toText(Diagnostic const& finding)
 {
-    QString const file = displayName(document.file());
-    QString text;
-    for (Diagnostic const& finding : findings) {
-        text += QStringLiteral("%1:%2:%3: %4\n")
-                    .arg(file, QString::number(finding.line), QString::number(finding.column),
-                        finding.text);
+    return QStringLiteral("%1:%2:%3: %4\n")
+        .arg(displayName(finding.file), QString::number(finding.line),
+            QString::number(finding.column), finding.text)
+        .toUtf8();
+}
+
+/** Checks a file and prints what was found; nothing, after a message, if that cannot be printed. */
+std::optional<Outcome> check(QString const& operand, ProgressFunction const& progress)
+{
+    Diagnostics diagnostics;
+    Output output(QStringLiteral("-"));
+    std::optional<CheckResult> result;
+    int findings = 0;
+    auto const input = openRepeatable(operand, diagnostics);
+    if (input && output.open()) {
+        auto const print = [&](Diagnostic const& finding) {
+            output.device().write(toText(finding));
+            ++findings;
+        };
+        result =
+            checkOutlines(*input, operand, CheckScope::Everything, print, diagnostics, progress);
     }
-    return text
-        + QStringLiteral("%1: outlines: %2, warnings: %3\n")
-              .arg(file, QString::number(document.outlines().size()),
-                  QString::number(findings.size()));
+    report(diagnostics);
+    if (!result)
+        return Outcome::Failed;
+    if (result->isSvgPicture)
+        reportSvgPicture(operand);
+    output.device().write(
+        QStringLiteral("%1: outlines: %2, warnings: %3\n")
+            .arg(displayName(operand), QString::number(result->outlines), QString::number(findings))
+            .toUtf8());
+    Progress::clear();
+    if (!output.commit())
+        return std::nullopt;
+    return findings > 0 ? Outcome::Warned : Outcome::Done;
 }
 
 } // namespace
@@ -35,17 +59,10 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
     Progress progress(line.operands());
     for (QString const& file : line.operands()) {
         progress.step();
-        auto const document = loadDocument(file, progress.ofStep());
-        if (!document) {
-            outcome = Outcome::Failed;
-            continue;
-        }
-        Diagnostics const findings = checkOutlines(*document);
-        Progress::clear();
-        if (!printOut(toText(*document, findings)))
+        auto const ofFile = check(file, progress.ofStep());
+        if (!ofFile)
             return Outcome::Failed;
-        if (!findings.isEmpty())
-            outcome = worse(outcome, Outcome::Warned);
+        outcome = worse(outcome, *ofFile);
     }
     return outcome;
 }

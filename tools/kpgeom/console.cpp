@@ -1,6 +1,7 @@
 #include "console.h"
 
 #include "common/filecontent.h"
+#include "common/spool.h"
 #include "common/text.h"
 #include "filereplacement_p.h"
 #include "progress.h"
@@ -24,6 +25,12 @@ bool writeStandardOutput(QByteArray const& content)
             QStringLiteral("cannot be written")});
     }
     return false;
+}
+
+/** By its device, too: a file that standard output goes to may hold more. */
+bool isStandardOutput(QString const& operand)
+{
+    return operand == standardStream || operand == QLatin1String("/dev/stdout");
 }
 
 QString lineOf(Diagnostic const& diagnostic)
@@ -80,10 +87,68 @@ std::optional<QByteArray> readInput(QString const& operand, Diagnostics& diagnos
     return contentOf(input, operand, diagnostics);
 }
 
+std::optional<RepeatableInput> openRepeatable(QString const& operand, Diagnostics& diagnostics)
+{
+    auto input = std::make_unique<QFile>();
+    if (!openInput(*input, operand, diagnostics))
+        return std::nullopt;
+    return repeatableInput(std::move(input));
+}
+
+Output::Output(QString const& operand)
+    : m_operand(operand)
+{
+}
+
+Output::~Output() = default;
+
+bool Output::open()
+{
+    Diagnostics diagnostics;
+    if (isStandardOutput(m_operand))
+        m_waiting = std::make_unique<Spool>();
+    else
+        m_file = OutputFile::open(m_operand, diagnostics);
+    report(diagnostics);
+    return diagnostics.isEmpty();
+}
+
+QIODevice& Output::device()
+{
+    if (m_file)
+        return m_file->device();
+    return *m_waiting;
+}
+
+bool Output::commit()
+{
+    if (m_waiting)
+        return print();
+    Diagnostics diagnostics;
+    bool const isWritten = m_file->commit(diagnostics);
+    report(diagnostics);
+    return isWritten;
+}
+
+bool Output::print()
+{
+    constexpr qint64 manyBytes = 1 << 20;
+    QIODevice& content = m_waiting->content();
+    if (m_waiting->hasFailed()) {
+        report({Diagnostic::Severity::Error, QStringLiteral("<stdout>"), 0, 0,
+            m_waiting->errorString()});
+        return false;
+    }
+    while (!content.atEnd()) {
+        if (!writeStandardOutput(content.read(manyBytes)))
+            return false;
+    }
+    return true;
+}
+
 bool writeOutput(QString const& operand, QByteArray const& content)
 {
-    // By its device, too: a file that standard output goes to may hold more.
-    if (operand == standardStream || operand == QLatin1String("/dev/stdout"))
+    if (isStandardOutput(operand))
         return writeStandardOutput(content);
     Diagnostics diagnostics;
     bool const isWritten = writeFile(operand, content, diagnostics);

@@ -2,13 +2,18 @@
 #define CONSOLE_H
 
 #include "common/diagnostic.h"
+#include "common/repeatableinput.h"
 
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
+class OutputFile;
 class QFile;
+class QIODevice;
+class Spool;
 
 /** The name of an operand in messages, printable: "-" is standard input. */
 QString displayName(QString const& operand);
@@ -35,6 +40,37 @@ bool openInput(QFile& input, QString const& operand, Diagnostics& diagnostics);
  * be read or is larger than the tool takes.
  */
 std::optional<QByteArray> readInput(QString const& operand, Diagnostics& diagnostics);
+
+/**
+ * Opens an operand to be read several times, "-" being standard input; nothing, with a diagnostic, if
+ * that fails.
+ */
+std::optional<RepeatableInput> openRepeatable(QString const& operand, Diagnostics& diagnostics);
+
+/** What goes to an operand piece by piece, and whole or not at all; "-" is standard output. */
+class Output
+{
+public:
+    explicit Output(QString const& operand);
+    /** Unless it was committed, nothing was written. */
+    ~Output();
+
+    /** False, after a message, if it cannot be opened. To be called first. */
+    bool open();
+    /** Takes what is to be written. */
+    QIODevice& device();
+    /** Puts all in its place; false, after a message, if that fails. */
+    bool commit();
+
+private:
+    Q_DISABLE_COPY(Output)
+
+    bool print();
+
+    QString const m_operand;
+    std::unique_ptr<OutputFile> m_file; ///< null for standard output
+    std::unique_ptr<Spool> m_waiting; ///< null for a file
+};
 
 /** Writes the file whole or not at all, "-" being standard output; false, with a message, if not. */
 bool writeOutput(QString const& operand, QByteArray const& content);

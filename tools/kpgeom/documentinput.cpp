@@ -4,6 +4,8 @@
 #include "common/text.h"
 #include "console.h"
 
+#include <QFile>
+
 #include <algorithm>
 
 std::optional<OutlineDocument> loadDocument(
@@ -11,14 +13,19 @@ std::optional<OutlineDocument> loadDocument(
 {
     Diagnostics diagnostics;
     std::optional<OutlineDocument> document;
-    if (auto const text = readInput(operand, diagnostics))
-        document = OutlineDocument::read(*text, operand, diagnostics, progress);
-    if (document && document->isSvgPicture()) {
-        diagnostics.warning(
-            operand, QStringLiteral("an SVG picture: kpgeom convert makes a document of it"));
-    }
+    QFile input;
+    if (openInput(input, operand, diagnostics))
+        document = OutlineDocument::read(input, operand, diagnostics, progress);
     report(diagnostics);
+    if (document && document->isSvgPicture())
+        reportSvgPicture(operand);
     return document;
+}
+
+void reportSvgPicture(QString const& operand)
+{
+    report({Diagnostic::Severity::Warning, operand, 0, 0,
+        QStringLiteral("an SVG picture: kpgeom convert makes a document of it")});
 }
 
 std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices)
@@ -32,15 +39,13 @@ std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& in
     return std::nullopt;
 }
 
-std::optional<OutlineDocument> loadOutlines(
-    QString const& operand, QVector<int> const& indices, ProgressFunction const& progress)
+namespace {
+
+/** Whether there is an outline, and one of each index; says what is missing. */
+bool hasAll(QString const& operand, int count, bool isSvgPicture, QVector<int> const& indices)
 {
-    auto document = loadDocument(operand, progress);
-    if (!document)
-        return std::nullopt;
     Diagnostics diagnostics;
-    int const count = static_cast<int>(document->outlines().size());
-    if (count == 0 && !document->isSvgPicture())
+    if (count == 0 && !isSvgPicture)
         diagnostics.error(operand, QStringLiteral("no outline to draw"));
     for (int const index : indices) {
         if (index > count && count > 0) {
@@ -51,9 +56,48 @@ std::optional<OutlineDocument> loadOutlines(
         }
     }
     report(diagnostics);
-    if (count == 0 || !diagnostics.isEmpty())
+    return count > 0 && diagnostics.isEmpty();
+}
+
+} // namespace
+
+std::optional<OutlineDocument> loadOutlines(
+    QString const& operand, QVector<int> const& indices, ProgressFunction const& progress)
+{
+    auto document = loadDocument(operand, progress);
+    if (!document)
+        return std::nullopt;
+    int const count = static_cast<int>(document->outlines().size());
+    if (!hasAll(operand, count, document->isSvgPicture(), indices))
         return std::nullopt;
     return document;
+}
+
+bool forEachOutline(QString const& operand, QVector<int> const& indices,
+    std::function<bool(Outline&)> const& visit, ProgressFunction const& progress)
+{
+    Diagnostics diagnostics;
+    QFile input;
+    if (!openInput(input, operand, diagnostics)) {
+        report(diagnostics);
+        return false;
+    }
+    OutlineReader reader(input, operand);
+    reader.setProgress(progress);
+    for (Outlines group = reader.next(); !group.empty(); group = reader.next()) {
+        for (Outline& outline : group) {
+            bool const isWanted = indices.isEmpty() || indices.contains(outline.index);
+            if (isWanted && !visit(outline))
+                return false;
+        }
+    }
+    if (reader.fault()) {
+        report(*reader.fault());
+        return false;
+    }
+    if (reader.isSvgPicture())
+        reportSvgPicture(operand);
+    return hasAll(operand, reader.count(), reader.isSvgPicture(), indices);
 }
 
 int countLost(QVector<int> const& undrawnBefore, QVector<int> const& undrawnAfter)

@@ -14,6 +14,9 @@
 std::optional<OutlineDocument> loadDocument(
     QString const& operand, ProgressFunction const& progress);
 
+/** Says what to do with an SVG picture, which is no document of outlines. */
+void reportSvgPicture(QString const& operand);
+
 /** Reads the values of --index; says what is wrong with them, or nothing. */
 std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices);
 
@@ -23,6 +26,13 @@ std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& in
  */
 std::optional<OutlineDocument> loadOutlines(
     QString const& operand, QVector<int> const& indices, ProgressFunction const& progress);
+
+/**
+ * Calls `visit` with each outline of the document, or with those of the indices; one is in memory
+ * at a time. False, after a message, as loadOutlines(), or if `visit` said so.
+ */
+bool forEachOutline(QString const& operand, QVector<int> const& indices,
+    std::function<bool(Outline&)> const& visit, ProgressFunction const& progress);
 
 /** How many lines an outline loses, by the sorted indices of those that are not drawn. */
 int countLost(QVector<int> const& undrawnBefore, QVector<int> const& undrawnAfter);

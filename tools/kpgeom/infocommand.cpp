@@ -1,4 +1,6 @@
 #include "commandline.h"
+#include "common/filecontent.h"
+#include "common/spool.h"
 #include "common/text.h"
 #include "console.h"
 #include "document/outlinesummary.h"
@@ -6,6 +8,7 @@
 #include "progress.h"
 #include "texttable.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -53,28 +56,6 @@ QString rulesText(RuleCounts const& counts)
     return parts.isEmpty() ? QStringLiteral("-") : parts.join(QStringLiteral(", "));
 }
 
-QString toText(OutlineDocument const& document)
-{
-    std::size_t const count = document.outlines().size();
-    QString heading = QStringLiteral("%1: %2\n")
-                          .arg(displayName(document.file()),
-                              countText(static_cast<int>(count), QStringLiteral("outline")));
-    if (count == 0)
-        return heading;
-    TextTable table({QStringLiteral(">#"), QStringLiteral("name"), QStringLiteral("flags"),
-        QStringLiteral(">move"), QStringLiteral(">line"), QStringLiteral(">curve"),
-        QStringLiteral(">ellipse"), QStringLiteral("bounds"), QStringLiteral("direction"),
-        QStringLiteral("coordinates by rule")});
-    for (Outline const& outline : document.outlines()) {
-        OutlineSummary const facts = summaryOf(*outline.list);
-        table.addRow({QString::number(outline.index), shortCaption(outline),
-            flagsText(*outline.list), QString::number(facts.moves), QString::number(facts.lines),
-            QString::number(facts.curves), QString::number(facts.ellipses),
-            boundsText(facts.bounds), facts.direction, rulesText(facts.rules)});
-    }
-    return heading + table.toText();
-}
-
 QJsonValue toJson(QRectF const& bounds)
 {
     if (bounds.isNull())
@@ -102,12 +83,108 @@ QJsonObject toJson(Outline const& outline)
         {QStringLiteral("direction"), facts.direction}, {QStringLiteral("rules"), rules}};
 }
 
-QJsonObject toJson(OutlineDocument const& document)
+TextTable emptyTable()
 {
-    QJsonArray outlines;
-    for (Outline const& outline : document.outlines())
-        outlines.append(toJson(outline));
-    return {{QStringLiteral("file"), document.file()}, {QStringLiteral("outlines"), outlines}};
+    return TextTable({QStringLiteral(">#"), QStringLiteral("name"), QStringLiteral("flags"),
+        QStringLiteral(">move"), QStringLiteral(">line"), QStringLiteral(">curve"),
+        QStringLiteral(">ellipse"), QStringLiteral("bounds"), QStringLiteral("direction"),
+        QStringLiteral("coordinates by rule")});
+}
+
+void addRow(Outline const& outline, TextTable& table)
+{
+    OutlineSummary const facts = summaryOf(*outline.list);
+    table.addRow({QString::number(outline.index), shortCaption(outline), flagsText(*outline.list),
+        QString::number(facts.moves), QString::number(facts.lines), QString::number(facts.curves),
+        QString::number(facts.ellipses), boundsText(facts.bounds), facts.direction,
+        rulesText(facts.rules)});
+}
+
+/** One JSON text in another: without its line feed, each line moved to the right. */
+QByteArray indented(QByteArray const& json, int blanks)
+{
+    QByteArray const indentation(blanks, ' ');
+    return indentation + json.trimmed().replace('\n', '\n' + indentation);
+}
+
+QByteArray jsonString(QString const& text)
+{
+    return QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact).chopped(1).mid(1);
+}
+
+/** What stands before, between and behind the outlines of a document. */
+class Description
+{
+public:
+    Description(QString const& operand, bool isJson, QIODevice& device)
+        : m_operand(operand)
+        , m_isJson(isJson)
+        , m_device(device)
+    {
+    }
+
+    void add(Outline const& outline)
+    {
+        if (!m_isJson) {
+            addRow(outline, m_table);
+            return;
+        }
+        m_outlines.write(m_isEmpty ? "\n" : ",\n");
+        m_isEmpty = false;
+        m_outlines.write(indented(QJsonDocument(toJson(outline)).toJson(), 12));
+    }
+
+    /** Writes all. @param count how many outlines there were */
+    void write(int count)
+    {
+        if (m_isJson) {
+            m_device.write(
+                "    {\n        \"file\": " + jsonString(m_operand) + ",\n        \"outlines\": [");
+            copyAll(m_outlines.content(), m_device);
+            m_device.write("\n        ]\n    }");
+            return;
+        }
+        m_device.write(QStringLiteral("%1: %2\n")
+                           .arg(displayName(m_operand), countText(count, QStringLiteral("outline")))
+                           .toUtf8());
+        if (count > 0)
+            m_table.writeTo(m_device);
+    }
+
+private:
+    QString const m_operand;
+    bool const m_isJson;
+    QIODevice& m_device;
+    TextTable m_table = emptyTable();
+    Spool m_outlines; ///< the JSON of those so far
+    bool m_isEmpty = true;
+};
+
+/** Writes what is told of a document; false, after a message, if it cannot be read. */
+bool describe(
+    QString const& operand, bool isJson, QIODevice& device, ProgressFunction const& progress)
+{
+    Diagnostics diagnostics;
+    QFile input;
+    bool isRead = openInput(input, operand, diagnostics);
+    if (isRead) {
+        Description description(operand, isJson, device);
+        OutlineReader reader(input, operand);
+        reader.setProgress(progress);
+        for (Outlines group = reader.next(); !group.empty(); group = reader.next()) {
+            for (Outline const& outline : group)
+                description.add(outline);
+        }
+        isRead = !reader.fault();
+        if (isRead)
+            description.write(reader.count());
+        else
+            diagnostics.add(*reader.fault());
+        if (isRead && reader.isSvgPicture())
+            reportSvgPicture(operand);
+    }
+    report(diagnostics);
+    return isRead;
 }
 
 } // namespace
@@ -121,23 +198,28 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
 
+    bool const isJson = line.isSet(QStringLiteral("json"));
     Outcome outcome = Outcome::Done;
-    QStringList texts;
-    QJsonArray json;
+    Output output(QStringLiteral("-"));
+    output.open();
+    bool isFirst = true;
     Progress progress(line.operands());
     for (QString const& file : line.operands()) {
         progress.step();
-        auto const document = loadDocument(file, progress.ofStep());
-        if (!document)
+        Spool description;
+        if (!describe(file, isJson, description, progress.ofStep())) {
             outcome = Outcome::Failed;
-        else if (line.isSet(QStringLiteral("json")))
-            json.append(toJson(*document));
-        else
-            texts << toText(*document);
+            continue;
+        }
+        if (isJson)
+            output.device().write(isFirst ? "[\n" : ",\n");
+        else if (!isFirst)
+            output.device().write("\n");
+        isFirst = false;
+        copyAll(description.content(), output.device());
     }
+    if (isJson)
+        output.device().write(isFirst ? "[\n]\n" : "\n]\n");
     Progress::clear();
-    QString const output = line.isSet(QStringLiteral("json"))
-        ? QString::fromUtf8(QJsonDocument(json).toJson())
-        : texts.join(QLatin1Char('\n'));
-    return printOut(output) ? outcome : Outcome::Failed;
+    return output.commit() ? outcome : Outcome::Failed;
 }

@@ -5,6 +5,35 @@
 #include "documentinput.h"
 #include "progress.h"
 
+namespace {
+
+Outcome normalize(QString const& operand, QString const& target)
+{
+    Progress progress({operand});
+    progress.step();
+    Diagnostics diagnostics;
+    Output output(target);
+    auto const input = openRepeatable(operand, diagnostics);
+    std::optional<CheckResult> result;
+    if (input) {
+        result = checkOutlines(
+            *input, operand, CheckScope::Reading,
+            [&diagnostics](Diagnostic const& finding) { diagnostics.add(finding); }, diagnostics,
+            progress.ofStep());
+    }
+    if (result && result->isSvgPicture)
+        reportSvgPicture(operand);
+    bool const isMade =
+        result && output.open() && normalizeDocument(*input, operand, output.device(), diagnostics);
+    report(diagnostics);
+    Progress::clear();
+    if (!isMade || !output.commit())
+        return Outcome::Failed;
+    return diagnostics.isEmpty() && !result->isSvgPicture ? Outcome::Done : Outcome::Warned;
+}
+
+} // namespace
+
 Outcome runNormalize(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
@@ -19,17 +48,5 @@ Outcome runNormalize(Command const& command, QStringList const& arguments)
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("the output file has no name (-o)")));
 
-    QString const operand = line.operands().first();
-    Progress progress({operand});
-    progress.step();
-    auto const document = loadDocument(operand, progress.ofStep());
-    if (!document)
-        return Outcome::Failed;
-    Diagnostics diagnostics = checkReading(*document);
-    auto const text = normalized(*document, diagnostics);
-    report(diagnostics);
-    Progress::clear();
-    if (!text || !writeOutput(output, *text))
-        return Outcome::Failed;
-    return diagnostics.isEmpty() && !document->isSvgPicture() ? Outcome::Done : Outcome::Warned;
+    return normalize(line.operands().first(), output);
 }

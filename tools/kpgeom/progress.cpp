@@ -93,7 +93,7 @@ void Progress::showPart(double partOfStep)
     if (percent == m_percent)
         return;
     m_percent = percent;
-    show(QByteArray::number(percent).rightJustified(3) + " %", share);
+    show(QByteArray::number(percent).rightJustified(3) + " %", percent / 100.0);
 }
 
 void Progress::show(QByteArray const& count, double share)

@@ -6,6 +6,8 @@
 #include "progress.h"
 #include "segmentkind_p.h"
 
+#include <QFile>
+
 #include <cmath>
 
 namespace {
@@ -28,6 +30,44 @@ bool resize(KpPathSegList& list, QSizeF const& from, QSizeF const& to)
     list.updateRate(from.width(), from.height());
     list.updateValue(to.width(), to.height());
     return countNotFinite(list) <= before;
+}
+
+struct Boxes
+{
+    QSizeF from;
+    QSizeF to;
+};
+
+Outcome resizeDocument(QString const& operand, Boxes const& boxes, QString const& target)
+{
+    Diagnostics diagnostics;
+    QFile input;
+    Output output(target);
+    if (!openInput(input, operand, diagnostics)) {
+        report(diagnostics);
+        return Outcome::Failed;
+    }
+    if (!output.open())
+        return Outcome::Failed;
+    Progress progress({operand});
+    progress.step();
+    int lost = 0;
+    auto const edit = [&](Outline& outline) {
+        QVector<int> const undrawn = undrawnLines(*outline.list);
+        if (!resize(*outline.list, boxes.from, boxes.to)) {
+            diagnostics.error(operand,
+                QStringLiteral("a coordinate of outline %1 becomes too large").arg(outline.index));
+            return false;
+        }
+        lost += countLost(undrawn, undrawnLines(*outline.list));
+        return true;
+    };
+    bool const isMade =
+        rewriteDocument(input, operand, output.device(), edit, diagnostics, progress.ofStep());
+    if (isMade && lost > 0)
+        diagnostics.add(lostLinesIn(boxes.to, lost, operand));
+    report(diagnostics);
+    return isMade && output.commit() ? Outcome::Done : Outcome::Failed;
 }
 
 } // namespace
@@ -55,23 +95,5 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    QString const operand = line.operands().first();
-    Progress progress({operand});
-    progress.step();
-    auto const document = loadDocument(operand, progress.ofStep());
-    if (!document)
-        return Outcome::Failed;
-    int lost = 0;
-    for (Outline const& outline : document->outlines()) {
-        QVector<int> const undrawn = undrawnLines(*outline.list);
-        if (!resize(*outline.list, *from, *to)) {
-            report({Diagnostic::Severity::Error, operand, 0, 0,
-                QStringLiteral("a coordinate of outline %1 becomes too large").arg(outline.index)});
-            return Outcome::Failed;
-        }
-        lost += countLost(undrawn, undrawnLines(*outline.list));
-    }
-    if (lost > 0)
-        report(lostLinesIn(*to, lost, operand));
-    return writeOutput(output, rewritten(*document)) ? Outcome::Done : Outcome::Failed;
+    return resizeDocument(line.operands().first(), {*from, *to}, output);
 }

@@ -5,6 +5,8 @@
 #include "export/pathdata.h"
 #include "progress.h"
 
+#include <QIODevice>
+
 namespace {
 
 struct SvgOptions
@@ -66,17 +68,11 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, SvgOptions& optio
     return std::nullopt;
 }
 
-/** A line an outline of the file; nothing, after a message, if one cannot be written. */
-std::optional<QString> linesOf(
-    QString const& operand, SvgOptions const& options, ProgressFunction const& progress)
+/** Writes a line an outline of the file; false, after a message, if one cannot be written. */
+bool writeLines(QString const& operand, SvgOptions const& options, QIODevice& device,
+    ProgressFunction const& progress)
 {
-    auto const document = loadOutlines(operand, options.indices, progress);
-    if (!document)
-        return std::nullopt;
-    QString lines;
-    for (Outline const& outline : document->outlines()) {
-        if (!options.indices.isEmpty() && !options.indices.contains(outline.index))
-            continue;
+    auto const write = [&](Outline& outline) {
         if (options.box)
             outline.list->updateValue(options.box->width(), options.box->height());
         auto const data = pathData(*outline.list, options.form);
@@ -84,13 +80,14 @@ std::optional<QString> linesOf(
             report({Diagnostic::Severity::Error, operand, 0, 0,
                 QStringLiteral("a coordinate of outline %1 is infinite, NaN or too large")
                     .arg(outline.index)});
-            return std::nullopt;
+            return false;
         }
         if (options.hasNames)
-            lines += printable(caption(outline)) + QLatin1Char('\t');
-        lines += *data + QLatin1Char('\n');
-    }
-    return lines;
+            device.write(printable(caption(outline)).toUtf8() + '\t');
+        device.write(data->toUtf8() + '\n');
+        return true;
+    };
+    return forEachOutline(operand, options.indices, write, progress);
 }
 
 } // namespace
@@ -108,17 +105,16 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
 
-    QString lines;
+    Output output(line.value(QStringLiteral("output")));
+    if (!output.open())
+        return Outcome::Failed;
     {
         Progress progress(operands);
         for (QString const& operand : operands) {
             progress.step();
-            auto const ofFile = linesOf(operand, options, progress.ofStep());
-            if (!ofFile)
+            if (!writeLines(operand, options, output.device(), progress.ofStep()))
                 return Outcome::Failed;
-            lines += *ofFile;
         }
     }
-    bool const isWritten = writeOutput(line.value(QStringLiteral("output")), lines.toUtf8());
-    return isWritten ? Outcome::Done : Outcome::Failed;
+    return output.commit() ? Outcome::Done : Outcome::Failed;
 }

@@ -1,5 +1,7 @@
 #include "texttable.h"
 
+#include <QBuffer>
+
 #include <algorithm>
 
 TextTable::TextTable(QStringList const& header)
@@ -10,28 +12,44 @@ TextTable::TextTable(QStringList const& header)
         m_flushRight.append(isFlushRight);
         titles.append(isFlushRight ? title.mid(1) : title);
     }
-    m_rows.append(titles);
+    m_widths.resize(titles.size());
+    addRow(titles);
 }
 
-QString TextTable::toText() const
+void TextTable::addRow(QStringList const& row)
 {
-    QVector<int> widths(m_flushRight.size(), 0);
-    for (QStringList const& row : m_rows) {
-        for (int column = 0; column < row.size(); ++column)
-            widths[column] = std::max(widths.at(column), row.at(column).size());
+    for (int column = 0; column < row.size(); ++column)
+        m_widths[column] = std::max(m_widths.at(column), row.at(column).size());
+    m_rows.write(row.join(QLatin1Char('\t')).toUtf8() + '\n');
+}
+
+QString TextTable::lineOf(QStringList const& row) const
+{
+    QString line;
+    for (int column = 0; column < row.size(); ++column) {
+        int const width = m_widths.at(column);
+        line += m_flushRight.at(column) ? row.at(column).rightJustified(width)
+                                        : row.at(column).leftJustified(width);
+        line += QStringLiteral("  ");
     }
-    QString text;
-    for (QStringList const& row : m_rows) {
-        QString line;
-        for (int column = 0; column < row.size(); ++column) {
-            int const width = widths.at(column);
-            line += m_flushRight.at(column) ? row.at(column).rightJustified(width)
-                                            : row.at(column).leftJustified(width);
-            line += QStringLiteral("  ");
-        }
-        while (line.endsWith(QLatin1Char(' ')))
-            line.chop(1);
-        text += line + QLatin1Char('\n');
+    while (line.endsWith(QLatin1Char(' ')))
+        line.chop(1);
+    return line;
+}
+
+void TextTable::writeTo(QIODevice& device)
+{
+    QIODevice& rows = m_rows.content();
+    while (!rows.atEnd()) {
+        QString const row = QString::fromUtf8(rows.readLine());
+        device.write(lineOf(row.chopped(1).split(QLatin1Char('\t'))).toUtf8() + '\n');
     }
-    return text;
+}
+
+QString TextTable::toText()
+{
+    QBuffer text;
+    text.open(QIODevice::WriteOnly);
+    writeTo(text);
+    return QString::fromUtf8(text.data());
 }

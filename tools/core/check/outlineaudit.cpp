@@ -20,7 +20,7 @@ QString quote(QString const& text)
 
 } // namespace
 
-void OutlineAudit::geometry(QDomElement const& element, KpPathSegList const& list) const
+void OutlineAudit::geometry(MarkupNode const& element, KpPathSegList const& list) const
 {
     QStringList const flags {
         GeometryFormat::closed(), GeometryFormat::noFill(), GeometryFormat::noLine()};
@@ -29,23 +29,25 @@ void OutlineAudit::geometry(QDomElement const& element, KpPathSegList const& lis
         flag(element, name);
     texts(element);
     GeometryWalker walker(list);
-    for (QDomElement child = element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        if (KpPathSeg* const seg = walker.enter(child.tagName()))
+    for (MarkupNode const& child : element.children) {
+        if (child.kind != MarkupNode::Kind::Element)
+            continue;
+        if (KpPathSeg* const seg = walker.enter(child.name))
             segment(child, *seg);
         else
             m_report(Finding::Ignored, child,
-                QStringLiteral("element %1 is ignored").arg(quote(child.tagName())));
+                QStringLiteral("element %1 is ignored").arg(quote(child.name)));
     }
 }
 
-void OutlineAudit::flag(QDomElement const& geometry, QString const& name) const
+void OutlineAudit::flag(MarkupNode const& geometry, QString const& name) const
 {
-    if (!geometry.hasAttribute(name))
+    MarkupAttribute const* const given = geometry.attribute(name);
+    if (!given)
         return;
     static QStringList const plain {
         QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("true"), QStringLiteral("false")};
-    QString const text = geometry.attribute(name);
+    QString const& text = given->value;
     if (text.isEmpty())
         m_report(Finding::Misread, geometry, QStringLiteral("%1 is empty").arg(name));
     else if (!plain.contains(text, Qt::CaseInsensitive))
@@ -53,60 +55,62 @@ void OutlineAudit::flag(QDomElement const& geometry, QString const& name) const
             QStringLiteral("%1=\"%2\" reads as false").arg(name, quote(text)));
 }
 
-void OutlineAudit::segment(QDomElement const& element, KpPathSeg& seg) const
+void OutlineAudit::segment(MarkupNode const& element, KpPathSeg& seg) const
 {
     attributes(element, {});
     texts(element);
     SegmentWalker walker(seg);
-    for (QDomElement child = element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
-        QString const name = child.tagName();
+    for (MarkupNode const& child : element.children) {
+        if (child.kind != MarkupNode::Kind::Element)
+            continue;
+        QString const name = child.name;
         auto const match = walker.enter(name);
         if (!match.real) {
             m_report(Finding::Ignored, child,
-                QStringLiteral("element %1 in %2 is ignored").arg(quote(name), element.tagName()));
+                QStringLiteral("element %1 in %2 is ignored").arg(quote(name), element.name));
             continue;
         }
         if (!match.isFirst)
             m_report(Finding::Misread, child,
-                QStringLiteral("%1 of %2 is given again").arg(name, element.tagName()));
+                QStringLiteral("%1 of %2 is given again").arg(name, element.name));
         coordinate(child);
     }
     for (SegmentWalker::Coordinate const& known : walker.coordinates()) {
         if (!known.isGiven) {
             m_report(Finding::Misread, element,
                 QStringLiteral("%1 of %2 is missing and reads as 0")
-                    .arg(known.letter, element.tagName()));
+                    .arg(known.letter, element.name));
         }
     }
 }
 
-void OutlineAudit::coordinate(QDomElement const& element) const
+void OutlineAudit::coordinate(MarkupNode const& element) const
 {
     attributes(element, {GeometryFormat::value(), GeometryFormat::base(), GeometryFormat::rate()});
     texts(element);
-    for (QDomElement child = element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
+    for (MarkupNode const& child : element.children) {
+        if (child.kind != MarkupNode::Kind::Element)
+            continue;
         m_report(Finding::Ignored, child,
-            QStringLiteral("element %1 in %2 is ignored")
-                .arg(quote(child.tagName()), element.tagName()));
+            QStringLiteral("element %1 in %2 is ignored").arg(quote(child.name), element.name));
     }
     real(element, GeometryFormat::value());
     base(element);
     real(element, GeometryFormat::rate());
 }
 
-void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute) const
+void OutlineAudit::real(MarkupNode const& coordinate, QString const& attribute) const
 {
-    QString const text = coordinate.attribute(attribute);
-    QString const shown =
-        QStringLiteral("%1 %2=\"%3\"").arg(coordinate.tagName(), attribute, quote(text));
-    if (!coordinate.hasAttribute(attribute)) {
+    MarkupAttribute const* const given = coordinate.attribute(attribute);
+    if (!given) {
         if (attribute == GeometryFormat::value())
-            m_report(Finding::Misread, coordinate,
-                QStringLiteral("%1 has no V").arg(coordinate.tagName()));
+            m_report(
+                Finding::Misread, coordinate, QStringLiteral("%1 has no V").arg(coordinate.name));
         return;
     }
+    QString const& text = given->value;
+    QString const shown =
+        QStringLiteral("%1 %2=\"%3\"").arg(coordinate.name, attribute, quote(text));
     bool isNumber = false;
     double const number = text.toDouble(&isNumber);
     if (text.isEmpty())
@@ -118,12 +122,13 @@ void OutlineAudit::real(QDomElement const& coordinate, QString const& attribute)
         m_report(Finding::Ignored, coordinate, QStringLiteral("%1 is not finite").arg(shown));
 }
 
-void OutlineAudit::base(QDomElement const& coordinate) const
+void OutlineAudit::base(MarkupNode const& coordinate) const
 {
-    QString const text = coordinate.attribute(GeometryFormat::base());
-    if (!coordinate.hasAttribute(GeometryFormat::base()))
+    MarkupAttribute const* const given = coordinate.attribute(GeometryFormat::base());
+    if (!given)
         return;
-    QString const shown = QStringLiteral("%1 B=\"%2\"").arg(coordinate.tagName(), quote(text));
+    QString const& text = given->value;
+    QString const shown = QStringLiteral("%1 B=\"%2\"").arg(coordinate.name, quote(text));
     bool isNumber = false;
     int const number = text.toInt(&isNumber);
     qint16 const base = NumberText::toBase(text);
@@ -139,30 +144,29 @@ void OutlineAudit::base(QDomElement const& coordinate) const
         m_report(Finding::Ignored, coordinate, QStringLiteral("%1 is no binding rule").arg(shown));
 }
 
-void OutlineAudit::attributes(QDomElement const& element, QStringList const& known) const
+void OutlineAudit::attributes(MarkupNode const& element, QStringList const& known) const
 {
-    QDomNamedNodeMap const all = element.attributes();
     QStringList ignored;
-    for (int i = 0; i < all.count(); ++i) {
-        QString const name = all.item(i).nodeName();
-        if (!known.contains(name) && !name.startsWith(QLatin1String("xmlns")))
-            ignored << quote(name);
+    for (MarkupAttribute const& attribute : element.attributes) {
+        if (!known.contains(attribute.name) && !attribute.name.startsWith(QLatin1String("xmlns")))
+            ignored << quote(attribute.name);
     }
     ignored.sort();
     for (QString const& name : qAsConst(ignored)) {
         m_report(Finding::Ignored, element,
-            QStringLiteral("attribute %1 of %2 is ignored").arg(name, element.tagName()));
+            QStringLiteral("attribute %1 of %2 is ignored").arg(name, element.name));
     }
 }
 
-void OutlineAudit::texts(QDomElement const& element) const
+void OutlineAudit::texts(MarkupNode const& element) const
 {
-    for (QDomNode child = element.firstChild(); !child.isNull(); child = child.nextSibling()) {
-        // Where a text node stands is not known, so the message names the element around it.
-        if (child.isText() && !child.nodeValue().trimmed().isEmpty()) {
+    for (MarkupNode const& child : element.children) {
+        bool const isText =
+            child.kind == MarkupNode::Kind::Text || child.kind == MarkupNode::Kind::CharacterData;
+        if (isText && !child.text.trimmed().isEmpty()) {
             m_report(Finding::Ignored, element,
                 QStringLiteral("text \"%1\" in %2 is ignored")
-                    .arg(quote(child.nodeValue()), element.tagName()));
+                    .arg(quote(child.text), element.name));
         }
     }
 }

@@ -1,9 +1,9 @@
 #ifndef OUTLINEAUDIT_H
 #define OUTLINEAUDIT_H
 
+#include "document/markup.h"
 #include "kppathseglist.h"
 
-#include <QDomElement>
 #include <QString>
 #include <QStringList>
 
@@ -24,7 +24,7 @@ public:
     };
 
     /** Told each finding: its sort, the element that it is about, and what it is. */
-    using Report = std::function<void(Finding, QDomNode const&, QString const&)>;
+    using Report = std::function<void(Finding, MarkupNode const&, QString const&)>;
 
     /** @param report called for each finding */
     explicit OutlineAudit(Report const& report)
@@ -37,16 +37,16 @@ public:
      *
      * @param list what the DOM reader has made of the element
      */
-    void geometry(QDomElement const& element, KpPathSegList const& list) const;
+    void geometry(MarkupNode const& element, KpPathSegList const& list) const;
 
 private:
-    void flag(QDomElement const& geometry, QString const& name) const;
-    void segment(QDomElement const& element, KpPathSeg& seg) const;
-    void coordinate(QDomElement const& element) const;
-    void real(QDomElement const& coordinate, QString const& attribute) const;
-    void base(QDomElement const& coordinate) const;
-    void attributes(QDomElement const& element, QStringList const& known) const;
-    void texts(QDomElement const& element) const;
+    void flag(MarkupNode const& geometry, QString const& name) const;
+    void segment(MarkupNode const& element, KpPathSeg& seg) const;
+    void coordinate(MarkupNode const& element) const;
+    void real(MarkupNode const& coordinate, QString const& attribute) const;
+    void base(MarkupNode const& coordinate) const;
+    void attributes(MarkupNode const& element, QStringList const& known) const;
+    void texts(MarkupNode const& element) const;
 
     Report m_report;
 };

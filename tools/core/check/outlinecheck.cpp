@@ -1,13 +1,14 @@
 #include "check/outlinecheck.h"
 
 #include "check/outlineaudit.h"
-#include "document/elementposition.h"
 #include "document/exactcopy.h"
 #include "document/shortlines.h"
 #include "geometryformat_p.h"
 #include "segmentkind_p.h"
 #include "xmlstreamwriter.h"
 
+#include <QDomDocument>
+#include <QIODevice>
 #include <QLocale>
 #include <QXmlStreamReader>
 
@@ -96,26 +97,63 @@ QStringList changes(KpPathSegList const& before, KpPathSegList const& after)
     return changes;
 }
 
-/**
- * The outlines as the stream reader reads them, those inside other outlines left out; null for
- * one that it refuses. It may be fewer than there are when the reader meets an error.
- */
-std::vector<ListPointer> readByStream(QByteArray const& text, QXmlStreamReader& reader)
+/** The outlines as the stream reader reads them, one after the other. */
+class StreamedOutlines
 {
-    std::vector<ListPointer> lists;
-    reader.addData(text);
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (!reader.isStartElement() || reader.qualifiedName() != GeometryFormat::geometry())
-            continue;
-        auto list = std::make_unique<KpPathSegList>();
-        if (!list->parse(reader, 0)) {
-            reader.skipCurrentElement();
-            list.reset();
-        }
-        lists.push_back(std::move(list));
+public:
+    explicit StreamedOutlines(QIODevice& device)
+        : m_reader(&device)
+    {
     }
-    return lists;
+
+    /**
+     * Goes on to the next one, those inside others left out. False when there is none, which may
+     * be before the last one if the reader meets an error.
+     */
+    bool next()
+    {
+        while (!m_reader.atEnd()) {
+            m_reader.readNext();
+            if (m_reader.isStartElement()
+                && m_reader.qualifiedName() == GeometryFormat::geometry()) {
+                m_list = std::make_unique<KpPathSegList>();
+                if (!m_list->parse(m_reader, 0)) {
+                    m_reader.skipCurrentElement();
+                    m_list.reset();
+                }
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /** What the reader makes of it; null if it refuses it. */
+    KpPathSegList const* list() const { return m_list.get(); }
+    QXmlStreamReader const& reader() const { return m_reader; }
+
+private:
+    QXmlStreamReader m_reader;
+    ListPointer m_list;
+};
+
+/** As the DOM reader reads the element. */
+ListPointer throughTree(MarkupNode const& markup)
+{
+    QDomDocument document;
+    QDomDocumentFragment const tree = document.createDocumentFragment();
+    QDomNode open = tree;
+    forEachElement(
+        markup,
+        [&](MarkupNode const& element) {
+            QDomElement node = document.createElement(element.name);
+            for (MarkupAttribute const& attribute : element.attributes)
+                node.setAttribute(attribute.name, attribute.value);
+            open = open.appendChild(node);
+        },
+        [&open] { open = open.parentNode(); });
+    auto result = std::make_unique<KpPathSegList>();
+    result->parse(tree.firstChildElement(), 0);
+    return result;
 }
 
 ListPointer throughStream(KpPathSegList& list)
@@ -141,64 +179,66 @@ ListPointer throughDom(KpPathSegList& list)
     return result;
 }
 
-bool isInsideOutline(QDomElement const& element)
-{
-    for (QDomNode node = element.parentNode(); !node.isNull(); node = node.parentNode()) {
-        if (node.nodeName() == GeometryFormat::geometry())
-            return true;
-    }
-    return false;
-}
-
-/** What is looked for. */
-enum class Scope {
-    Everything, ///< as checkOutlines()
-    Reading ///< as checkReading()
-};
-
 /** Collects the findings of one document. */
 class Checker
 {
 public:
-    Checker(OutlineDocument const& document, Scope scope)
-        : m_file(document.file())
+    Checker(QIODevice& device, QIODevice& again, QString const& file, CheckScope scope,
+        std::function<void(Diagnostic const&)> const& found)
+        : m_file(file)
         , m_scope(scope)
-        , m_byStream(readByStream(document.text(), m_reader))
+        , m_found(found)
+        , m_outlines(device, file, OutlineReader::Detail::Markup)
+        , m_streamed(again)
     {
-        for (Outline const& outline : document.outlines())
-            check(outline);
-        if (m_reader.hasError()) {
-            m_diagnostics.add({Diagnostic::Severity::Warning, m_file, m_reader.lineNumber(),
-                m_reader.columnNumber() + 1,
-                QStringLiteral("the stream reader stops here: %1").arg(m_reader.errorString())});
-        }
     }
 
-    Diagnostics const& diagnostics() const { return m_diagnostics; }
+    std::optional<CheckResult> check(Diagnostics& diagnostics, ProgressFunction const& progress)
+    {
+        m_outlines.setProgress(progress);
+        for (Outlines group = m_outlines.next(); !group.empty(); group = m_outlines.next()) {
+            for (Outline const& outline : group)
+                check(outline);
+        }
+        if (m_outlines.fault()) {
+            diagnostics.add(*m_outlines.fault());
+            return std::nullopt;
+        }
+        while (m_streamed.next()) {
+            // An error behind the last outline counts, too.
+        }
+        reportStreamError();
+        return CheckResult {m_outlines.count(), m_outlines.isSvgPicture()};
+    }
 
 private:
-    void report(Outline const& outline, QDomNode const& node, QString const& what)
+    void reportAt(Outline const& outline, qint64 line, qint64 column, QString const& what)
     {
-        m_diagnostics.add(
-            warningAt(node, m_file, QStringLiteral("outline %1: %2").arg(outline.index).arg(what)));
+        m_found({Diagnostic::Severity::Warning, m_file, line, column,
+            QStringLiteral("outline %1: %2").arg(outline.index).arg(what)});
+    }
+
+    void report(Outline const& outline, QString const& what)
+    {
+        reportAt(outline, outline.line, outline.column, what);
     }
 
     void reportChanges(Outline const& outline, QString const& what, QStringList const& changes)
     {
-        if (!changes.isEmpty()) {
-            report(outline, outline.element, QStringLiteral("%1: %2").arg(what, listed(changes)));
-        }
+        if (!changes.isEmpty())
+            report(outline, QStringLiteral("%1: %2").arg(what, listed(changes)));
     }
 
     void check(Outline const& outline)
     {
         using Finding = OutlineAudit::Finding;
-        OutlineAudit([this, &outline](Finding finding, QDomNode const& node, QString const& what) {
-            if (m_scope == Scope::Everything || finding == Finding::Misread)
-                report(outline, node, what);
-        }).geometry(outline.element, *outline.list);
+        OutlineAudit([this, &outline](
+                         Finding finding, MarkupNode const& element, QString const& what) {
+            if (m_scope == CheckScope::Everything || finding == Finding::Misread)
+                reportAt(outline, element.line, element.column, what);
+        }).geometry(*outline.markup, *outline.list);
         checkReaders(outline);
-        if (m_scope == Scope::Everything)
+        if (m_scope == CheckScope::Everything)
             checkTrips(outline);
     }
 
@@ -221,7 +261,7 @@ private:
         for (int const index : undrawnLines(*outline.list))
             numbers << QString::number(index + 1);
         if (!numbers.isEmpty()) {
-            report(outline, outline.element,
+            report(outline,
                 QStringLiteral("lines of less than one unit are not drawn: segment %1")
                     .arg(listed(numbers)));
         }
@@ -229,41 +269,48 @@ private:
 
     void checkReaders(Outline const& outline)
     {
-        if (isInsideOutline(outline.element)) {
-            if (m_scope == Scope::Everything) {
-                report(outline, outline.element,
+        if (outline.isInside) {
+            if (m_scope == CheckScope::Everything) {
+                report(outline,
                     QStringLiteral("it stands inside another outline, whose readers skip it"));
             }
             return;
         }
-        if (m_nextByStream == m_byStream.size())
+        if (!m_streamed.next())
             return;
-        ListPointer const& byStream = m_byStream[m_nextByStream++];
-        if (!byStream) {
-            report(outline, outline.element,
+        if (!m_streamed.list()) {
+            report(outline,
                 QStringLiteral("the stream reader refuses it: Geometry has no attributes"));
             return;
         }
         reportChanges(outline, QStringLiteral("the stream reader reads it otherwise"),
-            changes(*outline.list, *byStream));
+            changes(*throughTree(*outline.markup), *m_streamed.list()));
+    }
+
+    void reportStreamError()
+    {
+        QXmlStreamReader const& reader = m_streamed.reader();
+        if (reader.hasError()) {
+            m_found({Diagnostic::Severity::Warning, m_file, reader.lineNumber(),
+                reader.columnNumber() + 1,
+                QStringLiteral("the stream reader stops here: %1").arg(reader.errorString())});
+        }
     }
 
     QString const m_file;
-    Scope const m_scope;
-    QXmlStreamReader m_reader;
-    std::vector<ListPointer> m_byStream;
-    std::size_t m_nextByStream = 0;
-    Diagnostics m_diagnostics;
+    CheckScope const m_scope;
+    std::function<void(Diagnostic const&)> const& m_found;
+    OutlineReader m_outlines;
+    StreamedOutlines m_streamed;
 };
 
 } // namespace
 
-Diagnostics checkOutlines(OutlineDocument const& document)
+std::optional<CheckResult> checkOutlines(RepeatableInput const& input, QString const& file,
+    CheckScope scope, std::function<void(Diagnostic const&)> const& found, Diagnostics& diagnostics,
+    ProgressFunction const& progress)
 {
-    return Checker(document, Scope::Everything).diagnostics();
-}
-
-Diagnostics checkReading(OutlineDocument const& document)
-{
-    return Checker(document, Scope::Reading).diagnostics();
+    auto const device = input();
+    auto const again = input();
+    return Checker(*device, *again, file, scope, found).check(diagnostics, progress);
 }

@@ -1,9 +1,7 @@
 #include "document/documentnormalizer.h"
 
-#include "boundedxml_p.h"
 #include "common/text.h"
 #include "document/geometrywalker.h"
-#include "document/markup.h"
 #include "document/shapes.h"
 #include "document/writetext.h"
 #include "geometryformat_p.h"
@@ -11,6 +9,7 @@
 #include "segmentkind_p.h"
 #include "xmlstreamwriter.h"
 
+#include <QIODevice>
 #include <QMap>
 
 #include <algorithm>
@@ -35,81 +34,220 @@ bool isBlankText(MarkupNode const& node)
     return node.kind == Kind::Text && isBlank(node.text);
 }
 
-/** Whether the white space in the element is part of what it says. */
-bool isMixed(MarkupNode const& element)
+/**
+ * Finds whether the white space in an element is part of what it says, as one goes through its
+ * content: there is text beside it, it says so, or nothing else is there.
+ */
+class SpaceFinder
 {
-    bool const isPreserved = std::any_of(element.attributes.cbegin(), element.attributes.cend(),
-        [](MarkupAttribute const& attribute) {
-            return attribute.name == QLatin1String("xml:space")
-                && attribute.value == QLatin1String("preserve");
-        });
-    return isPreserved
-        || std::any_of(
-            element.children.cbegin(), element.children.cend(), [](MarkupNode const& child) {
-                return child.kind == Kind::CharacterData || child.kind == Kind::Reference
-                    || (child.kind == Kind::Text && !isBlank(child.text));
-            });
+public:
+    explicit SpaceFinder(MarkupNode const& element)
+    {
+        MarkupAttribute const* const space = element.attribute(QStringLiteral("xml:space"));
+        m_isKept = space && space->value == QLatin1String("preserve");
+    }
+
+    /** Texts in a row are one. */
+    void add(MarkupNode const& child)
+    {
+        bool const isBlankChild = isBlankText(child);
+        m_isKept = m_isKept || child.kind == Kind::CharacterData || child.kind == Kind::Reference
+            || (child.kind == Kind::Text && !isBlankChild);
+        m_isOnlySpace =
+            isBlankChild && (m_isEmpty || m_isOnlySpace) && !child.text.contains(QLatin1Char('\n'));
+        m_isEmpty = false;
+    }
+
+    bool isKept() const { return m_isKept || m_isOnlySpace; }
+
+private:
+    bool m_isKept;
+    bool m_isEmpty = true;
+    bool m_isOnlySpace = false; ///< within a line
+};
+
+bool isSpaceKept(MarkupNode const& element)
+{
+    SpaceFinder finder(element);
+    for (MarkupNode const& child : element.children)
+        finder.add(child);
+    return finder.isKept();
 }
 
-/** Whether it holds nothing but a space, which may be meant. */
-bool isOnlySpace(MarkupNode const& element)
+/** Goes through a document and finds of each element outside outlines whether its space is kept. */
+class SpaceSurvey
 {
-    return element.children.size() == 1 && isBlankText(element.children.front())
-        && !element.children.front().text.contains(QLatin1Char('\n'));
-}
+public:
+    /** Takes the token at which the reader is. */
+    void take(QXmlStreamReader const& reader)
+    {
+        if (reader.isStartElement()) {
+            MarkupNode const element = nodeAt(reader);
+            addChild(element);
+            m_open.push_back({m_isKept.size(), SpaceFinder(element)});
+            m_isKept.push_back(false);
+        } else if (reader.isEndElement()) {
+            m_isKept[m_open.back().index] = m_open.back().finder.isKept();
+            m_open.pop_back();
+        } else if (!m_open.empty()) {
+            addChild(nodeAt(reader));
+        }
+    }
 
-/** Writes one document anew. */
+    /** Takes an element that is not told of otherwise. */
+    void addChild(MarkupNode const& child)
+    {
+        if (!m_open.empty())
+            m_open.back().finder.add(child);
+    }
+
+    /** For each element, in document order. */
+    std::vector<bool> const& isKept() const { return m_isKept; }
+
+private:
+    struct Open
+    {
+        std::size_t index;
+        SpaceFinder finder;
+    };
+
+    std::vector<Open> m_open;
+    std::vector<bool> m_isKept;
+};
+
+/** Writes one document anew, of which it is told piece by piece. */
 class Normalizer
 {
 public:
-    Normalizer(OutlineDocument const& document, qint64 largest, Diagnostics& diagnostics)
-        : m_document(document)
-        , m_largest(largest)
+    /** @param isSpaceKept as SpaceSurvey has found it */
+    Normalizer(QString const& file, std::vector<bool> const& isSpaceKept, QIODevice& output,
+        Diagnostics& diagnostics)
+        : m_file(file)
+        , m_isSpaceKept(isSpaceKept)
         , m_diagnostics(diagnostics)
-        , m_markup(markupOf(document.text()))
-        , m_writer(&m_text)
+        , m_writer(&output)
     {
-        auto next = document.outlines().cbegin();
-        for (MarkupNode const& node : m_markup.nodes)
-            findOutlines(node, next);
     }
 
-    std::optional<QByteArray> make()
+    /** Takes a token outside outlines. */
+    void take(QXmlStreamReader const& reader)
+    {
+        bool const isText = reader.isCharacters() && !reader.isCDATA();
+        if (isText)
+            m_text.text += reader.text();
+        else
+            endText();
+        switch (reader.tokenType()) {
+        case QXmlStreamReader::StartDocument:
+            startDocument(reader.isStandaloneDocument());
+            break;
+        case QXmlStreamReader::StartElement:
+            startElement(nodeAt(reader));
+            break;
+        case QXmlStreamReader::EndElement:
+            endElement();
+            break;
+        case QXmlStreamReader::EndDocument:
+            endDocument();
+            break;
+        default:
+            if (!isText)
+                put(nodeAt(reader));
+            break;
+        }
+    }
+
+    /** Takes an outline with those inside it. */
+    void take(Outlines const& outlines)
+    {
+        endText();
+        m_outlines.clear();
+        for (Outline const& outline : outlines)
+            m_outlines.emplace(outline.markup, &outline);
+        put(*outlines.front().markup);
+    }
+
+    bool hasError() const { return m_writer.hasError(); }
+
+private:
+    /** An element outside outlines whose end is still to come. */
+    struct Open
+    {
+        bool isSpaceKept;
+        bool hasLines;
+    };
+
+    void startDocument(bool isStandalone)
     {
         QString const version = QStringLiteral("1.0");
-        if (m_markup.isStandalone)
+        if (isStandalone)
             m_writer.writeStartDocument(version, true);
         else
             m_writer.writeStartDocument(version);
-        for (MarkupNode const& node : m_markup.nodes) {
-            startLine(0);
-            write(node, 0, false);
-        }
+    }
+
+    void endDocument()
+    {
         startLine(0);
-        if (isTooLarge()) {
-            m_diagnostics.error(m_document.file(),
-                QStringLiteral("normalised, it would be larger than %1 bytes").arg(m_largest));
-            return std::nullopt;
-        }
         if (m_rounded > 0) {
-            m_diagnostics.warning(m_document.file(),
+            m_diagnostics.warning(m_file,
                 QStringLiteral("rounded to six digits: %1")
                     .arg(countText(m_rounded, QStringLiteral("number"))));
         }
-        return m_text;
     }
 
-private:
-    void findOutlines(MarkupNode const& node, std::vector<Outline>::const_iterator& next)
+    void startElement(MarkupNode const& element)
     {
-        if (node.name == GeometryFormat::geometry() && node.kind == Kind::Element)
-            m_outlines.emplace(&node, &*next++);
-        for (MarkupNode const& child : node.children)
-            findOutlines(child, next);
+        bool const isInKept = !m_open.empty() && m_open.back().isSpaceKept;
+        put(element, [&] {
+            m_writer.writeStartElement(element.name);
+            writeAttributes(element, {});
+        });
+        // The document may have changed meanwhile.
+        bool const isKept = m_next < m_isSpaceKept.size() && m_isSpaceKept[m_next];
+        m_open.push_back({isInKept || isKept, false});
+        ++m_next;
     }
 
-    /** Nothing is written from here on: lines of deep elements may be much longer than these. */
-    bool isTooLarge() const { return m_text.size() > m_largest; }
+    void endElement()
+    {
+        Open const element = m_open.back();
+        m_open.pop_back();
+        if (element.hasLines)
+            startLine(depth());
+        m_writer.writeEndElement();
+    }
+
+    /** The text that was gathered is at its end. */
+    void endText()
+    {
+        if (m_text.text.isEmpty())
+            return;
+        put(m_text);
+        m_text.text.clear();
+    }
+
+    /** Puts a part of the open element where it belongs. */
+    template <class Write> void put(MarkupNode const& node, Write const& write)
+    {
+        bool const isSpaceKept = !m_open.empty() && m_open.back().isSpaceKept;
+        if (!isSpaceKept) {
+            if (isBlankText(node))
+                return;
+            startLine(depth());
+            if (!m_open.empty())
+                m_open.back().hasLines = true;
+        }
+        write();
+    }
+
+    void put(MarkupNode const& node)
+    {
+        bool const isSpaceKept = !m_open.empty() && m_open.back().isSpaceKept;
+        put(node, [&] { write(node, depth(), isSpaceKept); });
+    }
+
+    int depth() const { return static_cast<int>(m_open.size()); }
 
     void startLine(int depth)
     {
@@ -128,10 +266,9 @@ private:
     void leaveOut(MarkupNode const& element)
     {
         QString const name = elided(element.name, longestQuote);
-        m_diagnostics.add(
-            {Diagnostic::Severity::Warning, m_document.file(), element.line, element.column,
-                QStringLiteral("element %1 is left out: the stream reader takes it for %2")
-                    .arg(name, localName(name))});
+        m_diagnostics.add({Diagnostic::Severity::Warning, m_file, element.line, element.column,
+            QStringLiteral("element %1 is left out: the stream reader takes it for %2")
+                .arg(name, localName(name))});
     }
 
     // -- What is foreign
@@ -139,8 +276,6 @@ private:
     /** @param isVerbatim whether white space is kept as it is */
     void write(MarkupNode const& node, int depth, bool isVerbatim)
     {
-        if (isTooLarge())
-            return;
         switch (node.kind) {
         case Kind::Element:
             writeElement(node, depth, isVerbatim);
@@ -175,7 +310,7 @@ private:
         }
         m_writer.writeStartElement(element.name);
         writeAttributes(element, {});
-        if (isVerbatim || isMixed(element) || isOnlySpace(element)) {
+        if (isVerbatim || isSpaceKept(element)) {
             for (MarkupNode const& child : element.children)
                 write(child, depth + 1, true);
         } else {
@@ -201,7 +336,7 @@ private:
     {
         bool hasLines = false;
         for (MarkupNode const& child : element.children) {
-            if (isTooLarge() || isBlankText(child))
+            if (isBlankText(child))
                 continue;
             startLine(depth + 1);
             write(child, depth + 1, false);
@@ -225,7 +360,7 @@ private:
         MarkupNode const* previous = nullptr;
         for (MarkupNode const& child : element.children) {
             KpPathSeg* const seg = child.kind == Kind::Element ? walker.enter(child.name) : nullptr;
-            if (isTooLarge() || isBlankText(child) || (!seg && isLeftOut(child)))
+            if (isBlankText(child) || (!seg && isLeftOut(child)))
                 continue;
             startPart(child, previous, depth + 1);
             previous = &child;
@@ -357,26 +492,56 @@ private:
         m_rounded += real.base != KpReal::Absolute && isRounded(real.rate) ? 1 : 0;
     }
 
-    OutlineDocument const& m_document;
-    qint64 const m_largest;
+    QString const m_file;
+    std::vector<bool> const& m_isSpaceKept;
     Diagnostics& m_diagnostics;
-    Markup const m_markup;
-    QByteArray m_text;
     XmlStreamWriter m_writer;
+    std::vector<Open> m_open;
+    std::size_t m_next = 0; ///< index of the next element outside outlines
+    MarkupNode m_text {Kind::Text, {}, {}, {}, {}, 0, 0}; ///< what was gathered of a text
     std::unordered_map<MarkupNode const*, Outline const*> m_outlines;
     bool m_hasDefaults = false; ///< the document type gives elements attributes
     qint64 m_rounded = 0;
 };
 
-} // namespace
-
-std::optional<QByteArray> normalized(OutlineDocument const& document, Diagnostics& diagnostics)
+/**
+ * Reads all of a document: `takeToken` is called with each token outside outlines, `takeOutlines`
+ * with each group of outlines. False, with a diagnostic, if it cannot be read.
+ */
+template <class TakeToken, class TakeOutlines>
+bool readAll(OutlineReader& reader, TakeToken const& takeToken, TakeOutlines const& takeOutlines,
+    Diagnostics& diagnostics)
 {
-    return normalized(document, BoundedXml::Limits().bytes, diagnostics);
+    reader.setVisitor(takeToken);
+    for (Outlines group = reader.next(); !group.empty(); group = reader.next())
+        takeOutlines(group);
+    if (reader.fault())
+        diagnostics.add(*reader.fault());
+    return !reader.fault();
 }
 
-std::optional<QByteArray> normalized(
-    OutlineDocument const& document, qint64 largest, Diagnostics& diagnostics)
+} // namespace
+
+bool normalizeDocument(
+    RepeatableInput const& input, QString const& file, QIODevice& output, Diagnostics& diagnostics)
 {
-    return Normalizer(document, largest, diagnostics).make();
+    SpaceSurvey survey;
+    auto const first = input();
+    OutlineReader surveyed(*first, file);
+    MarkupNode const outline {Kind::Element, GeometryFormat::geometry(), {}, {}, {}, 0, 0};
+    bool const isRead = readAll(
+        surveyed, [&survey](QXmlStreamReader const& xml) { survey.take(xml); },
+        [&](Outlines const& /*group*/) { survey.addChild(outline); }, diagnostics);
+    if (!isRead)
+        return false;
+
+    Normalizer normalizer(file, survey.isKept(), output, diagnostics);
+    auto const second = input();
+    OutlineReader reader(*second, file, OutlineReader::Detail::Markup);
+    bool const isReadAgain = readAll(
+        reader, [&normalizer](QXmlStreamReader const& xml) { normalizer.take(xml); },
+        [&normalizer](Outlines const& group) { normalizer.take(group); }, diagnostics);
+    if (isReadAgain && normalizer.hasError())
+        diagnostics.error(file, QStringLiteral("the copy cannot be written"));
+    return isReadAgain && !normalizer.hasError();
 }

@@ -1,14 +1,11 @@
 #ifndef DOCUMENTNORMALIZER_H
 #define DOCUMENTNORMALIZER_H
 
-#include "document/outlinedocument.h"
-
-#include <QByteArray>
-
-#include <optional>
+#include "common/repeatableinput.h"
+#include "document/outlinereader.h"
 
 /**
- * The document in the one spelling that all documents of its meaning have, in UTF-8: a line for
+ * Writes a document in the one spelling that all documents of its meaning have, in UTF-8: a line for
  * each coordinate, an indentation of one blank a level, attributes in a fixed order. Normalised
  * again it stays as it is, to the byte.
  *
@@ -24,12 +21,12 @@
  * stream reader would take for a segment or a coordinate. Another warning tells how many numbers
  * were rounded. What else is lost to sight by this, checkReading() finds.
  *
- * Nothing, with a diagnostic, if it would be larger than what OutlineDocument reads.
+ * It is read twice, an outline at a time. False, with a diagnostic, if it is no well-formed XML,
+ * goes beyond BoundedXml's bounds or cannot be written; what was written then is of no use.
+ *
+ * @param file its name in diagnostics
  */
-std::optional<QByteArray> normalized(OutlineDocument const& document, Diagnostics& diagnostics);
-
-/** As above. @param largest how many bytes it may have, above 0 and far below 2^31 */
-std::optional<QByteArray> normalized(
-    OutlineDocument const& document, qint64 largest, Diagnostics& diagnostics);
+bool normalizeDocument(
+    RepeatableInput const& input, QString const& file, QIODevice& output, Diagnostics& diagnostics);
 
 #endif // DOCUMENTNORMALIZER_H

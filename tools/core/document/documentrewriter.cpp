@@ -6,117 +6,173 @@
 #include "numbertext_p.h"
 #include "xmlstreamwriter.h"
 
-#include <QXmlStreamReader>
+#include <QIODevice>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
-/**
- * Copies a document token by token, with the coordinates of its outlines as they stand in their
- * lists. Whatever else there is stays: foreign elements and attributes, comments, white space,
- * the document type.
- */
-class DocumentRewriter
+/** The outlines of a group, by their elements. */
+class OutlinesByMarkup
 {
 public:
-    explicit DocumentRewriter(OutlineDocument const& document)
-        : m_reader(document.text())
-        , m_writer(&m_copy)
-        , m_nextOutline(document.outlines().cbegin())
+    explicit OutlinesByMarkup(Outlines const& outlines)
+        : m_outlines(outlines)
     {
-        // As when the outlines were read.
-        m_reader.setNamespaceProcessing(false);
     }
 
-    QByteArray make()
+    /** The outline that the element is, or null. */
+    KpPathSegList const* listOf(MarkupNode const& element) const
     {
-        while (m_reader.readNext() != QXmlStreamReader::EndDocument && !m_reader.atEnd()) {
-            if (m_reader.isStartDocument())
-                startDocument();
-            else if (m_reader.isStartElement())
-                copyElement();
-            else if (m_reader.isDTD())
-                m_writer.writeDTD(m_reader.text().trimmed().toString());
-            else
-                m_writer.writeCurrentToken(m_reader);
-            // White space outside the root element is no token.
-            m_writer.writeCharacters(QStringLiteral("\n"));
-        }
-        return m_copy;
+        if (element.name != GeometryFormat::geometry())
+            return nullptr;
+        auto const found = std::find_if(m_outlines.cbegin(), m_outlines.cend(),
+            [&element](Outline const& outline) { return outline.markup == &element; });
+        return found->list.get();
     }
 
 private:
-    void startDocument()
+    Outlines const& m_outlines;
+};
+
+/** Copies a document token by token, and its outlines as they stand in their lists. */
+class DocumentRewriter
+{
+public:
+    explicit DocumentRewriter(QIODevice& output)
+        : m_writer(&output)
+    {
+    }
+
+    /** Copies a token outside outlines. */
+    void copy(QXmlStreamReader const& reader)
+    {
+        switch (reader.tokenType()) {
+        case QXmlStreamReader::StartDocument:
+            startDocument(reader.isStandaloneDocument());
+            break;
+        case QXmlStreamReader::StartElement:
+            m_writer.writeStartElement(reader.qualifiedName().toString());
+            m_writer.writeAttributes(reader.attributes());
+            ++m_depth;
+            return;
+        case QXmlStreamReader::EndElement:
+            m_writer.writeEndElement();
+            --m_depth;
+            break;
+        case QXmlStreamReader::DTD:
+            m_writer.writeDTD(reader.text().trimmed().toString());
+            break;
+        case QXmlStreamReader::EndDocument:
+            return;
+        default:
+            copyText(reader);
+            break;
+        }
+        endLine();
+    }
+
+    /** Copies an outline and those inside it. */
+    void copy(Outlines const& outlines)
+    {
+        OutlinesByMarkup const byMarkup(outlines);
+        copyElement(*outlines.front().markup, byMarkup);
+        endLine();
+    }
+
+    bool hasError() const { return m_writer.hasError(); }
+
+private:
+    using Kind = MarkupNode::Kind;
+
+    void startDocument(bool isStandalone)
     {
         QString const version = QStringLiteral("1.0");
-        if (m_reader.isStandaloneDocument())
+        if (isStandalone)
             m_writer.writeStartDocument(version, true);
         else
             m_writer.writeStartDocument(version);
     }
 
-    /** From the start tag to the end tag; `copyChild` copies the element at whose start it is. */
-    template <class CopyChild> void copyContent(CopyChild copyChild)
+    /** White space outside the root element is no token. */
+    void endLine()
     {
-        while (m_reader.readNext() != QXmlStreamReader::EndElement && !m_reader.atEnd()) {
-            if (m_reader.isStartElement())
-                copyChild();
-            else
-                copyText();
+        if (m_depth == 0)
+            m_writer.writeCharacters(QStringLiteral("\n"));
+    }
+
+    void copyText(QXmlStreamReader const& reader)
+    {
+        if (reader.isCharacters() && !reader.isCDATA())
+            writeText(m_writer, reader.text().toString());
+        else
+            m_writer.writeCurrentToken(reader);
+    }
+
+    /** @param copyChild copies an element inside */
+    template <class CopyChild> void copyContent(MarkupNode const& element, CopyChild copyChild)
+    {
+        for (MarkupNode const& child : element.children) {
+            switch (child.kind) {
+            case Kind::Element:
+                copyChild(child);
+                break;
+            case Kind::Text:
+                writeText(m_writer, child.text);
+                break;
+            case Kind::CharacterData:
+                m_writer.writeCDATA(child.text);
+                break;
+            case Kind::Reference:
+                m_writer.writeEntityReference(child.name);
+                break;
+            case Kind::Comment:
+                m_writer.writeComment(child.text);
+                break;
+            case Kind::Instruction:
+                m_writer.writeProcessingInstruction(child.name, child.text);
+                break;
+            case Kind::DocumentType:
+                break; // There is none inside an element.
+            }
         }
     }
 
-    void copyText()
+    void startElement(MarkupNode const& element)
     {
-        if (!m_reader.isCharacters() || m_reader.isCDATA()) {
-            m_writer.writeCurrentToken(m_reader);
-            return;
-        }
-        writeText(m_writer, m_reader.text().toString());
+        m_writer.writeStartElement(element.name);
+        for (MarkupAttribute const& attribute : element.attributes)
+            m_writer.writeAttribute(attribute.name, attribute.value);
     }
 
-    /** As writeCurrentToken(), which would leave out a prefix here. */
-    void startElement()
+    void copyElement(MarkupNode const& element, OutlinesByMarkup const& outlines)
     {
-        m_writer.writeStartElement(m_reader.qualifiedName().toString());
-        m_writer.writeAttributes(m_reader.attributes());
-    }
-
-    void copyElement()
-    {
-        if (m_reader.qualifiedName() == GeometryFormat::geometry()) {
-            copyOutline();
-            return;
+        startElement(element);
+        if (KpPathSegList const* const list = outlines.listOf(element)) {
+            GeometryWalker walker(*list);
+            copyContent(element, [&](MarkupNode const& child) {
+                if (KpPathSeg* const seg = walker.enter(child.name))
+                    copySegment(child, *seg, outlines);
+                else
+                    copyElement(child, outlines);
+            });
+        } else {
+            copyContent(element, [&](MarkupNode const& child) { copyElement(child, outlines); });
         }
-        startElement();
-        copyContent([this] { copyElement(); });
         m_writer.writeEndElement();
     }
 
-    void copyOutline()
+    void copySegment(MarkupNode const& element, KpPathSeg& seg, OutlinesByMarkup const& outlines)
     {
-        GeometryWalker walker(*(m_nextOutline++)->list);
-        startElement();
-        copyContent([&] {
-            if (KpPathSeg* const seg = walker.enter(m_reader.qualifiedName().toString()))
-                copySegment(*seg);
-            else
-                copyElement();
-        });
-        m_writer.writeEndElement();
-    }
-
-    void copySegment(KpPathSeg& seg)
-    {
-        startElement();
+        startElement(element);
         SegmentWalker walker(seg);
-        copyContent([&] {
-            auto const match = walker.enter(m_reader.qualifiedName().toString());
+        copyContent(element, [&](MarkupNode const& child) {
+            auto const match = walker.enter(child.name);
             if (match.real)
-                copyCoordinate(*match.real, match.isFirst);
+                copyCoordinate(child, *match.real, match.isFirst, outlines);
             else
-                copyElement();
+                copyElement(child, outlines);
         });
         for (SegmentWalker::Coordinate const& coordinate : walker.coordinates()) {
             if (coordinate.isGiven)
@@ -129,11 +185,12 @@ private:
     }
 
     /** @param isFirst false for a coordinate that its segment has had before */
-    void copyCoordinate(KpReal const& real, bool isFirst)
+    void copyCoordinate(MarkupNode const& element, KpReal const& real, bool isFirst,
+        OutlinesByMarkup const& outlines)
     {
-        m_writer.writeStartElement(m_reader.qualifiedName().toString());
-        writeAttributes(real, m_reader.attributes(), isFirst);
-        copyContent([this] { copyElement(); });
+        m_writer.writeStartElement(element.name);
+        writeAttributes(real, element.attributes, isFirst);
+        copyContent(element, [&](MarkupNode const& child) { copyElement(child, outlines); });
         m_writer.writeEndElement();
     }
 
@@ -143,29 +200,30 @@ private:
      * out: without it it would be read back bound in proportion to the box. What a coordinate
      * that is given again leaves open stands in the first one, to all digits.
      */
-    void writeAttributes(KpReal const& real, QXmlStreamAttributes const& given, bool isFirst)
+    void writeAttributes(KpReal const& real, QVector<MarkupAttribute> const& given, bool isFirst)
     {
-        QXmlStreamAttributes attributes;
-        for (QXmlStreamAttribute const& attribute : given) {
-            QString const name = attribute.qualifiedName().toString();
-            if (readsAs(real, name, attribute.value()))
-                attributes.append(attribute);
-            else if (isFirst || !attribute.value().isEmpty())
-                attributes.append(name, textOf(real, name));
+        for (MarkupAttribute const& attribute : given) {
+            if (readsAs(real, attribute))
+                m_writer.writeAttribute(attribute.name, attribute.value);
+            else if (isFirst || !attribute.value.isEmpty())
+                m_writer.writeAttribute(attribute.name, textOf(real, attribute.name));
         }
         for (QString const& name :
             {GeometryFormat::value(), GeometryFormat::base(), GeometryFormat::rate()}) {
             bool const isNeeded =
                 isFirst && (name != GeometryFormat::rate() || real.base != KpReal::Absolute);
-            if (isNeeded && !given.hasAttribute(name))
-                attributes.append(name, textOf(real, name));
+            bool const isGiven = std::any_of(given.cbegin(), given.cend(),
+                [&name](MarkupAttribute const& attribute) { return attribute.name == name; });
+            if (isNeeded && !isGiven)
+                m_writer.writeAttribute(name, textOf(real, name));
         }
-        m_writer.writeAttributes(attributes);
     }
 
     /** True also for an attribute that is none of a coordinate's. */
-    static bool readsAs(KpReal const& real, QString const& name, QStringRef const& text)
+    static bool readsAs(KpReal const& real, MarkupAttribute const& attribute)
     {
+        QString const& name = attribute.name;
+        QString const& text = attribute.value;
         if (name == GeometryFormat::base())
             return !text.isEmpty() && NumberText::toBase(text) == real.base;
         if (name != GeometryFormat::value() && name != GeometryFormat::rate())
@@ -183,15 +241,27 @@ private:
         return NumberText::fromReal(name == GeometryFormat::value() ? real.value : real.rate);
     }
 
-    QByteArray m_copy;
-    QXmlStreamReader m_reader;
     XmlStreamWriter m_writer;
-    std::vector<Outline>::const_iterator m_nextOutline;
+    int m_depth = 0; ///< how many elements are open, outlines left out
 };
 
 } // namespace
 
-QByteArray rewritten(OutlineDocument const& document)
+bool rewriteDocument(QIODevice& input, QString const& file, QIODevice& output,
+    OutlineEdit const& edit, Diagnostics& diagnostics, ProgressFunction const& progress)
 {
-    return DocumentRewriter(document).make();
+    DocumentRewriter rewriter(output);
+    OutlineReader reader(input, file, OutlineReader::Detail::Markup);
+    reader.setProgress(progress);
+    reader.setVisitor([&rewriter](QXmlStreamReader const& xml) { rewriter.copy(xml); });
+    for (Outlines group = reader.next(); !group.empty(); group = reader.next()) {
+        if (!std::all_of(group.begin(), group.end(), edit))
+            return false;
+        rewriter.copy(group);
+    }
+    if (reader.fault())
+        diagnostics.add(*reader.fault());
+    else if (rewriter.hasError())
+        diagnostics.error(file, QStringLiteral("the copy cannot be written"));
+    return !reader.fault() && !rewriter.hasError();
 }

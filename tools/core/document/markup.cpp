@@ -1,5 +1,7 @@
 #include "document/markup.h"
 
+#include "boundedxml_p.h"
+
 #include <QStringList>
 #include <QXmlStreamReader>
 
@@ -26,69 +28,66 @@ QVector<MarkupAttribute> attributesOf(QXmlStreamReader const& reader)
     return attributes;
 }
 
-MarkupNode nodeOf(QXmlStreamReader const& reader, MarkupNode::Kind kind)
+/** For a token that is part of a tree. */
+MarkupNode::Kind kindAt(QXmlStreamReader const& reader)
 {
-    return {kind, reader.qualifiedName().toString(), reader.text().toString(), {}, {},
-        reader.lineNumber(), reader.columnNumber()};
+    using Kind = MarkupNode::Kind;
+    switch (reader.tokenType()) {
+    case QXmlStreamReader::Characters:
+        return reader.isCDATA() ? Kind::CharacterData : Kind::Text;
+    case QXmlStreamReader::EntityReference:
+        return Kind::Reference;
+    case QXmlStreamReader::Comment:
+        return Kind::Comment;
+    case QXmlStreamReader::ProcessingInstruction:
+        return Kind::Instruction;
+    case QXmlStreamReader::DTD:
+        return Kind::DocumentType;
+    default:
+        return Kind::Element;
+    }
 }
 
-/** Builds the tree. */
+/** Builds the tree of what a reader goes through. */
 class MarkupBuilder
 {
 public:
-    explicit MarkupBuilder(QByteArray const& text)
-        : m_reader(text)
+    /** @param reader one that does not resolve namespaces; it must outlive this */
+    explicit MarkupBuilder(QXmlStreamReader const& reader)
+        : m_reader(reader)
     {
-        // As when the outlines were read.
-        m_reader.setNamespaceProcessing(false);
     }
 
-    Markup build()
+    /** Takes the token at which the reader is. */
+    void take()
     {
-        while (!m_reader.atEnd())
-            take(m_reader.readNext());
-        return {m_isStandalone, std::move(m_root.children)};
-    }
-
-private:
-    using Kind = MarkupNode::Kind;
-
-    void take(QXmlStreamReader::TokenType token)
-    {
-        switch (token) {
-        case QXmlStreamReader::StartDocument:
-            m_isStandalone = m_reader.isStandaloneDocument();
-            break;
+        switch (m_reader.tokenType()) {
         case QXmlStreamReader::StartElement:
-            append(nodeOf(m_reader, Kind::Element));
+            append(nodeAt(m_reader));
             m_open.push_back(&siblings().back());
-            m_open.back()->attributes = attributesOf(m_reader);
             break;
         case QXmlStreamReader::EndElement:
             m_open.pop_back();
             break;
         case QXmlStreamReader::Characters:
-            append(nodeOf(m_reader, m_reader.isCDATA() ? Kind::CharacterData : Kind::Text));
-            break;
         case QXmlStreamReader::EntityReference:
-            append(nodeOf(m_reader, Kind::Reference));
-            siblings().back().name = m_reader.name().toString();
-            break;
         case QXmlStreamReader::Comment:
-            append(nodeOf(m_reader, Kind::Comment));
-            break;
         case QXmlStreamReader::ProcessingInstruction:
-            append(nodeOf(m_reader, Kind::Instruction));
-            siblings().back().name = m_reader.processingInstructionTarget().toString();
-            siblings().back().text = m_reader.processingInstructionData().toString();
-            break;
         case QXmlStreamReader::DTD:
-            append(nodeOf(m_reader, Kind::DocumentType));
+            append(nodeAt(m_reader));
             break;
         default:
             break;
         }
     }
+
+    /** Whether the end tag of an element is still to come. */
+    bool isOpen() const { return m_open.size() > 1; }
+    /** What was taken. */
+    std::vector<MarkupNode> takeNodes() { return std::move(m_root.children); }
+
+private:
+    using Kind = MarkupNode::Kind;
 
     // An element that is open is the last among its siblings, so its address stays.
     std::vector<MarkupNode>& siblings() { return m_open.back()->children; }
@@ -103,17 +102,65 @@ private:
             siblings().push_back(std::move(node));
     }
 
-    QXmlStreamReader m_reader;
+    QXmlStreamReader const& m_reader;
     MarkupNode m_root {Kind::Element, {}, {}, {}, {}, 0, 0};
     std::vector<MarkupNode*> m_open {&m_root};
-    bool m_isStandalone = false;
 };
 
 } // namespace
 
+MarkupNode nodeAt(QXmlStreamReader const& reader)
+{
+    using Kind = MarkupNode::Kind;
+    MarkupNode node {kindAt(reader), {}, {}, {}, {}, reader.lineNumber(), reader.columnNumber()};
+    switch (node.kind) {
+    case Kind::Element:
+        node.name = reader.qualifiedName().toString();
+        node.attributes = attributesOf(reader);
+        break;
+    case Kind::Reference:
+        node.name = reader.name().toString();
+        break;
+    case Kind::Instruction:
+        node.name = reader.processingInstructionTarget().toString();
+        node.text = reader.processingInstructionData().toString();
+        break;
+    default:
+        node.text = reader.text().toString();
+        break;
+    }
+    return node;
+}
+
+MarkupAttribute const* MarkupNode::attribute(QString const& wanted) const
+{
+    auto const found = std::find_if(attributes.cbegin(), attributes.cend(),
+        [&wanted](MarkupAttribute const& known) { return known.name == wanted; });
+    return found == attributes.cend() ? nullptr : &*found;
+}
+
 Markup markupOf(QByteArray const& text)
 {
-    return MarkupBuilder(text).build();
+    QXmlStreamReader reader(text);
+    // As when the outlines were read.
+    reader.setNamespaceProcessing(false);
+    MarkupBuilder builder(reader);
+    bool isStandalone = false;
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartDocument)
+            isStandalone = reader.isStandaloneDocument();
+        builder.take();
+    }
+    return {isStandalone, builder.takeNodes()};
+}
+
+MarkupNode markupOf(BoundedXml::Reader& reader)
+{
+    MarkupBuilder builder(reader.xml());
+    do {
+        builder.take();
+    } while (builder.isOpen() && reader.readNext());
+    return std::move(builder.takeNodes().front());
 }
 
 bool isBlank(QString const& text)

@@ -7,6 +7,12 @@
 
 #include <vector>
 
+class QXmlStreamReader;
+
+namespace BoundedXml {
+class Reader;
+}
+
 /** An attribute of an element. */
 struct MarkupAttribute
 {
@@ -39,6 +45,9 @@ struct MarkupNode
     std::vector<MarkupNode> children; ///< of an element, in the order of the text
     qint64 line; ///< from 1, of the end of an element's start tag
     qint64 column; ///< likewise, from 1
+
+    /** Its attribute of this name, or null. */
+    MarkupAttribute const* attribute(QString const& wanted) const;
 };
 
 /** A whole XML text. */
@@ -54,6 +63,27 @@ struct Markup
  * @param text well-formed and within BoundedXml::Limits; of any other as much as could be read
  */
 Markup markupOf(QByteArray const& text);
+
+/** What stands at the token: an element without its content, a text, a comment, or the like. */
+MarkupNode nodeAt(QXmlStreamReader const& reader);
+
+/**
+ * Takes the element apart at whose start tag the reader is. It reads on to the end tag or, at a
+ * fault, as far as it gets.
+ */
+MarkupNode markupOf(BoundedXml::Reader& reader);
+
+/** Calls `start` for the element and each one within, in document order, and `end` at their ends. */
+template <class Start, class End>
+void forEachElement(MarkupNode const& element, Start const& start, End const& end)
+{
+    start(element);
+    for (MarkupNode const& child : element.children) {
+        if (child.kind == MarkupNode::Kind::Element)
+            forEachElement(child, start, end);
+    }
+    end();
+}
 
 /** Whether it is nothing but what XML counts as white space; true for an empty text. */
 bool isBlank(QString const& text);

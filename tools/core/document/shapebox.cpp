@@ -1,7 +1,6 @@
 #include "document/shapebox.h"
 
 #include "common/text.h"
-#include "document/shapeformat.h"
 #include "kppath.h"
 
 #include <algorithm>
@@ -44,9 +43,7 @@ QSizeF reachOf(Shapes const& shapes)
 
 QSizeF namedBox(Outline const& outline)
 {
-    QDomElement const shape = outline.element.parentNode().toElement();
-    QSizeF const box(sideOf(shape.attribute(ShapeFormat::width()).toDouble()),
-        sideOf(shape.attribute(ShapeFormat::height()).toDouble()));
+    QSizeF const box(sideOf(outline.width.toDouble()), sideOf(outline.height.toDouble()));
     return box.isEmpty() ? QSizeF() : box;
 }
 

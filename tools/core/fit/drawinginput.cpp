@@ -52,8 +52,7 @@ std::optional<SizedDrawing> drawingOf(QByteArray const& content, DrawingSource c
 {
     if (isGzip(content))
         return drawingOfPicture(content, source, takeMessages, diagnostics);
-    auto document =
-        OutlineDocument::read(content, source.file, diagnostics, [](double /*share*/) {});
+    auto document = OutlineDocument::read(content, source.file, diagnostics);
     if (!document)
         return std::nullopt;
     return document->isSvgPicture() ? drawingOfPicture(content, source, takeMessages, diagnostics)
