@@ -6,11 +6,8 @@
 #include "kppathsegellipse.h"
 #include "kppathseglineto.h"
 #include "kppathseglist.h"
-#include "xmlstreamwriter.h"
 
-#include <QDomDocument>
 #include <QPainterPath>
-#include <QXmlStreamReader>
 
 #include <benchmark/benchmark.h>
 
@@ -46,14 +43,6 @@ void segments(benchmark::State& state)
 {
     state.SetItemsProcessed(state.iterations() * state.range(0));
     state.SetComplexityN(state.range(0));
-}
-
-QByteArray saved(KpPathSegList& list)
-{
-    QByteArray text;
-    XmlStreamWriter writer(&text);
-    list.saveTo(writer);
-    return text;
 }
 
 /** As a glyph's outline has them: short steps between whole numbers around a ring, few ellipses. */
@@ -212,127 +201,6 @@ void removeHalf(benchmark::State& state)
         state.PauseTiming();
         list.removeAll(true);
         state.ResumeTiming();
-    }
-    segments(state);
-}
-
-void saveStream(benchmark::State& state)
-{
-    KpPathSegList list;
-    fill(list, countOf(state));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(saved(list));
-    segments(state);
-}
-
-/** A tag as it is handed to a writer: a start tag, or an end tag if it has no name. */
-struct Tag
-{
-    QString name;
-    QXmlStreamAttributes attributes;
-};
-
-std::vector<Tag> tagsOf(QByteArray const& text)
-{
-    std::vector<Tag> tags;
-    QXmlStreamReader reader(text);
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement())
-            tags.push_back({reader.name().toString(), reader.attributes()});
-        else if (reader.isEndElement())
-            tags.emplace_back();
-    }
-    return tags;
-}
-
-/** The same text written by Qt, its numbers being text already. */
-void saveStreamPeerBareWriter(benchmark::State& state)
-{
-    KpPathSegList list;
-    fill(list, countOf(state));
-    std::vector<Tag> const tags = tagsOf(saved(list));
-    for (auto _ : state) {
-        QByteArray copy;
-        QXmlStreamWriter writer(&copy);
-        for (Tag const& tag : tags) {
-            if (tag.name.isEmpty()) {
-                writer.writeEndElement();
-            } else {
-                writer.writeStartElement(tag.name);
-                writer.writeAttributes(tag.attributes);
-            }
-        }
-        benchmark::DoNotOptimize(copy);
-    }
-    segments(state);
-}
-
-void parseStream(benchmark::State& state)
-{
-    KpPathSegList source;
-    fill(source, countOf(state));
-    QByteArray const text = saved(source);
-    for (auto _ : state) {
-        QXmlStreamReader reader(text);
-        reader.readNextStartElement();
-        KpPathSegList list;
-        list.parse(reader, 0);
-        benchmark::DoNotOptimize(list.segs.data());
-    }
-    segments(state);
-}
-
-/** The reader alone, nothing kept. */
-void parseStreamPeerBareReader(benchmark::State& state)
-{
-    KpPathSegList source;
-    fill(source, countOf(state));
-    QByteArray const text = saved(source);
-    for (auto _ : state) {
-        QXmlStreamReader reader(text);
-        while (!reader.atEnd())
-            benchmark::DoNotOptimize(reader.readNext());
-    }
-    segments(state);
-}
-
-void saveDom(benchmark::State& state)
-{
-    KpPathSegList list;
-    fill(list, countOf(state));
-    for (auto _ : state) {
-        QDomDocument document;
-        QDomElement root = document.createElement(QStringLiteral("Root"));
-        document.appendChild(root);
-        list.saveTo(root);
-        benchmark::DoNotOptimize(root.firstChildElement());
-    }
-    segments(state);
-}
-
-/** Qt's own copy of the same tree. */
-void saveDomPeerTreeCopy(benchmark::State& state)
-{
-    KpPathSegList source;
-    fill(source, countOf(state));
-    QDomDocument document;
-    document.setContent(saved(source));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(document.cloneNode(true));
-    segments(state);
-}
-
-void parseDom(benchmark::State& state)
-{
-    KpPathSegList source;
-    fill(source, countOf(state));
-    QDomDocument document;
-    document.setContent(saved(source));
-    for (auto _ : state) {
-        KpPathSegList list;
-        list.parse(document.documentElement(), 0);
-        benchmark::DoNotOptimize(list.segs.data());
     }
     segments(state);
 }
@@ -634,13 +502,6 @@ OUTLINE_BENCHMARK(neighboursWhileTheFrontGoes);
 OUTLINE_BENCHMARK(neighboursWhileTheFrontGoesPeerRemoval);
 OUTLINE_BENCHMARK(startPoints);
 OUTLINE_BENCHMARK(removeHalf);
-OUTLINE_BENCHMARK(saveStream);
-OUTLINE_BENCHMARK(saveStreamPeerBareWriter);
-OUTLINE_BENCHMARK(parseStream);
-OUTLINE_BENCHMARK(parseStreamPeerBareReader);
-OUTLINE_BENCHMARK(saveDom);
-OUTLINE_BENCHMARK(saveDomPeerTreeCopy);
-OUTLINE_BENCHMARK(parseDom);
 OUTLINE_BENCHMARK(toUndo);
 OUTLINE_BENCHMARK(toUndoPeerCopyOfMemory);
 OUTLINE_BENCHMARK(fromUndo);
