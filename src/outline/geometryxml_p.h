@@ -35,6 +35,12 @@ template <class Text> void readFlag(bool& flag, Text const& text)
     }
 }
 
+/** Whether `name` is `letter`, as coordinates and their attributes are called. */
+inline bool isLetter(QStringRef const& name, QString const& letter)
+{
+    return name.size() == 1 && name.at(0) == letter.at(0);
+}
+
 /** @param attribute gives the text of an attribute by its name */
 template <class Attribute> void readReal(KpReal& real, Attribute attribute)
 {
@@ -53,7 +59,13 @@ inline void readReal(KpReal& real, QDomElement const& element)
 
 inline void readReal(KpReal& real, QXmlStreamAttributes const& attributes)
 {
-    readReal(real, [&attributes](QString const& name) { return attributes.value(name); });
+    readReal(real, [&attributes](QString const& letter) {
+        for (QXmlStreamAttribute const& attribute : attributes) {
+            if (isLetter(attribute.qualifiedName(), letter))
+                return attribute.value();
+        }
+        return QStringRef();
+    });
 }
 
 /** @param setAttribute takes the name and the text of one attribute */
@@ -69,9 +81,13 @@ template <class SetAttribute> void writeReal(KpReal const& real, SetAttribute se
 /** Appends the segment's element to `geometry`. */
 template <class Segment> void saveSegment(Segment& segment, QDomElement& geometry)
 {
-    QDomElement element = XmlElement::append(geometry, SegmentKind::elementName<Segment>());
+    if (geometry.isNull())
+        return;
+    QDomDocument document = geometry.ownerDocument();
+    QDomElement element =
+        XmlElement::append(document, geometry, SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        QDomElement child = XmlElement::append(element, coordinate.letter());
+        QDomElement child = XmlElement::append(document, element, coordinate.letter());
         writeReal(
             coordinate.real(segment), [&child](QString const& attribute, QString const& text) {
                 child.setAttribute(attribute, text);
@@ -83,12 +99,11 @@ template <class Segment> void saveSegment(Segment& segment, XmlStreamWriter& wri
 {
     writer.writeStartElement(SegmentKind::elementName<Segment>());
     for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-        writer.writeStartElement(coordinate.letter());
+        writer.writeEmptyElement(coordinate.letter());
         writeReal(
             coordinate.real(segment), [&writer](QString const& attribute, QString const& text) {
                 writer.writeAttribute(attribute, text);
             });
-        writer.writeEndElement();
     }
     writer.writeEndElement();
 }
@@ -116,17 +131,20 @@ template <class Segment> void parseEach(Segment& segment, QDomElement const& ele
 /** Reads the segment on whose start tag the reader stands, to its end tag. */
 template <class Segment> void parseSegment(Segment& segment, QXmlStreamReader& reader)
 {
-    QString const name = SegmentKind::elementName<Segment>();
+    QString const segmentName = SegmentKind::elementName<Segment>();
     reader.readNextStartElement();
     // On a device that promises more than it holds, a reader in error is not at the end.
     while (!reader.atEnd() && !reader.hasError()) {
         if (reader.isStartElement()) {
+            QStringRef const name = reader.name();
             for (auto const& coordinate : SegmentKind::coordinates(segment)) {
-                if (reader.name() == coordinate.letter())
+                if (isLetter(name, coordinate.letter())) {
                     readReal(coordinate.real(segment), reader.attributes());
+                    break;
+                }
             }
             reader.skipCurrentElement();
-        } else if (reader.isEndElement() && reader.name() == name) {
+        } else if (reader.isEndElement() && reader.name() == segmentName) {
             return;
         }
         reader.readNext();
