@@ -57,15 +57,19 @@ inline void readReal(KpReal& real, QDomElement const& element)
     readReal(real, [&element](QString const& name) { return element.attribute(name); });
 }
 
+/** The text of the attribute whose name is `letter`; null if there is none. */
+inline QStringRef textOf(QXmlStreamAttributes const& attributes, QString const& letter)
+{
+    for (QXmlStreamAttribute const& attribute : attributes) {
+        if (isLetter(attribute.qualifiedName(), letter))
+            return attribute.value();
+    }
+    return QStringRef();
+}
+
 inline void readReal(KpReal& real, QXmlStreamAttributes const& attributes)
 {
-    readReal(real, [&attributes](QString const& letter) {
-        for (QXmlStreamAttribute const& attribute : attributes) {
-            if (isLetter(attribute.qualifiedName(), letter))
-                return attribute.value();
-        }
-        return QStringRef();
-    });
+    readReal(real, [&attributes](QString const& letter) { return textOf(attributes, letter); });
 }
 
 /** @param setAttribute takes the name and the text of one attribute */

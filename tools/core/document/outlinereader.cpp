@@ -32,10 +32,20 @@ QStringRef valueOf(QXmlStreamAttributes const& attributes, QString const& name)
     return givenOnly(attributes.value(name));
 }
 
+QStringRef letterOf(QXmlStreamAttributes const& attributes, QString const& letter)
+{
+    return givenOnly(GeometryXml::textOf(attributes, letter));
+}
+
 QStringRef valueOf(MarkupNode const& element, QString const& name)
 {
     MarkupAttribute const* const attribute = element.attribute(name);
     return attribute ? givenOnly(QStringRef(&attribute->value)) : QStringRef();
+}
+
+QStringRef letterOf(MarkupNode const& element, QString const& letter)
+{
+    return valueOf(element, letter);
 }
 
 /** Whether there may be attributes of an element around an outline: most are coordinates. */
@@ -148,10 +158,10 @@ private:
         unsigned int bit = 1;
         SegmentKind::forEachCoordinate(*open.segment, [&](QString const& letter, KpReal& real) {
             bool const isSkipped = isFirstTaken && (open.given & bit) != 0;
-            if (name == letter && !isSkipped) {
+            if (GeometryXml::isLetter(name, letter) && !isSkipped) {
                 open.given |= bit;
                 GeometryXml::readReal(real, [&attributes](QString const& attribute) {
-                    return valueOf(attributes, attribute);
+                    return letterOf(attributes, attribute);
                 });
             }
             bit <<= 1U;
