@@ -40,11 +40,14 @@ public:
      */
     QString excess(QXmlStreamReader const& reader, qint64 maximumNodes)
     {
-        if (reader.isStartElement() && ++m_depth > maximumDepth)
-            return QStringLiteral("more than %1 nested elements").arg(maximumDepth);
-        if (reader.isEndElement())
+        ++m_nodes;
+        if (reader.isStartElement()) {
+            if (++m_depth > maximumDepth)
+                return QStringLiteral("more than %1 nested elements").arg(maximumDepth);
+            m_nodes += reader.attributes().size();
+        } else if (reader.isEndElement()) {
             --m_depth;
-        m_nodes += 1 + reader.attributes().size();
+        }
         if (m_nodes > maximumNodes)
             return QStringLiteral("more than %1 nodes").arg(maximumNodes);
         return QString();
@@ -280,20 +283,18 @@ private:
 class Reader::Bounds
 {
 public:
-    /** What is too much with the token; null if nothing is. */
-    Error excess(QXmlStreamReader const& reader, CountingDevice& device)
+    /** Sets `error` if something is too much with the token. */
+    void check(QXmlStreamReader const& reader, CountingDevice& device, Error& error)
     {
         if (declaresEntities(reader)) {
             setError(m_entities, reader, tooManyReferences());
             device.boundReferences();
         }
-        if (!m_entities.isNull() && device.hasTooManyReferences())
-            return m_entities;
-        Error error;
         qint64 const maximumNodes = std::max<qint64>(device.bytes(), smallestNodeLimit);
         if (QString const fault = m_count.excess(reader, maximumNodes); !fault.isEmpty())
             setError(error, reader, fault);
-        return error;
+        if (!m_entities.isNull() && device.hasTooManyReferences())
+            error = m_entities;
     }
 
 private:
@@ -320,7 +321,7 @@ bool Reader::readNext()
     if (!m_device->fault().isEmpty())
         m_error.message = m_device->fault();
     else
-        m_error = m_bounds->excess(m_xml, *m_device);
+        m_bounds->check(m_xml, *m_device, m_error);
     if (m_error.isNull() && m_xml.hasError())
         setError(m_error, m_xml, m_xml.errorString());
     return m_error.isNull();

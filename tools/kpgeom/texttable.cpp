@@ -20,7 +20,7 @@ void TextTable::addRow(QStringList const& row)
 {
     for (int column = 0; column < row.size(); ++column)
         m_widths[column] = std::max(m_widths.at(column), row.at(column).size());
-    m_rows.write(row.join(QLatin1Char('\t')).toUtf8() + '\n');
+    m_writer << row;
 }
 
 QString TextTable::lineOf(QStringList const& row) const
@@ -39,10 +39,11 @@ QString TextTable::lineOf(QStringList const& row) const
 
 void TextTable::writeTo(QIODevice& device)
 {
-    QIODevice& rows = m_rows.content();
+    QDataStream rows(&m_rows.content());
     while (!rows.atEnd()) {
-        QString const row = QString::fromUtf8(rows.readLine());
-        device.write(lineOf(row.chopped(1).split(QLatin1Char('\t'))).toUtf8() + '\n');
+        QStringList row;
+        rows >> row;
+        device.write(lineOf(row).toUtf8() + '\n');
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "common/spool.h"
 
+#include <QDataStream>
 #include <QStringList>
 #include <QVector>
 
@@ -13,7 +14,7 @@ public:
     /** @param header the titles; one that starts with '>' makes its column flush right */
     explicit TextTable(QStringList const& header);
 
-    /** @param row as many cells as there are columns, without tabs and line feeds */
+    /** @param row as many cells as there are columns */
     void addRow(QStringList const& row);
     /** Writes the table in UTF-8; it takes no more rows then. */
     void writeTo(QIODevice& device);
@@ -25,7 +26,8 @@ private:
 
     QVector<bool> m_flushRight;
     QVector<int> m_widths;
-    Spool m_rows; ///< a line each, a tab between cells
+    Spool m_rows;
+    QDataStream m_writer {&m_rows};
 };
 
 #endif // TEXTTABLE_H
