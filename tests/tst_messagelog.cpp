@@ -3,6 +3,9 @@
 
 #include <QTemporaryFile>
 
+#include <thread>
+#include <vector>
+
 #include <unistd.h>
 
 class TestMessageLog : public QObject
@@ -18,7 +21,9 @@ private Q_SLOTS:
     void countsRepeatedMessagesOnce();
     void forgetsWhatIsTaken();
     void restoresTheHandler();
+    void threadsHaveTheirOwn();
     void quietStandardErrorDropsAndRestores();
+    void errorsAreNeverDropped();
 };
 
 namespace {
@@ -129,6 +134,33 @@ void TestMessageLog::restoresTheHandler()
     QCOMPARE(watch.take(), QStringList("outside"));
 }
 
+void TestMessageLog::threadsHaveTheirOwn()
+{
+    Testing::MessageWatch watch;
+    MessageLog own;
+    std::vector<QStringList> taken(4);
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < taken.size(); ++i) {
+        threads.emplace_back([&taken, i] {
+            for (int round = 0; round < 500; ++round) {
+                MessageLog log;
+                qWarning("thread %d", int(i));
+                taken[i] += log.take();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t i = 0; i < taken.size(); ++i) {
+        QCOMPARE(taken[i].size(), 500);
+        QCOMPARE(taken[i].count(QStringLiteral("thread %1").arg(i)), 500);
+    }
+    QCOMPARE(own.take(), QStringList());
+    std::thread([] { qWarning("without a log"); }).join();
+    QCOMPARE(own.take(), QStringList());
+    QCOMPARE(watch.take(), QStringList("without a log"));
+}
+
 void TestMessageLog::quietStandardErrorDropsAndRestores()
 {
     QTemporaryFile file;
@@ -149,6 +181,33 @@ void TestMessageLog::quietStandardErrorDropsAndRestores()
     QVERIFY(isSaid);
     QVERIFY(file.seek(0));
     QCOMPARE(file.readAll(), QByteArray("before after"));
+}
+
+void TestMessageLog::errorsAreNeverDropped()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    int const usual = dup(STDERR_FILENO);
+    dup2(file.handle(), STDERR_FILENO);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([] {
+            for (int round = 0; round < 200; ++round) {
+                QuietStandardError const quiet;
+                bool const isDropped = write(STDERR_FILENO, "dropped\n", 8) == 8;
+                printError(isDropped ? "kept\n" : "fault\n");
+            }
+        });
+    }
+    for (int i = 0; i < 200; ++i)
+        printError("kept\n");
+    for (std::thread& thread : threads)
+        thread.join();
+    printError("kept\n");
+    dup2(usual, STDERR_FILENO);
+    close(usual);
+    QVERIFY(file.seek(0));
+    QCOMPARE(file.readAll(), QByteArray("kept\n").repeated(1001));
 }
 
 QTEST_GUILESS_MAIN(TestMessageLog)

@@ -1,13 +1,14 @@
 #ifndef MESSAGELOG_H
 #define MESSAGELOG_H
 
+#include <QByteArray>
 #include <QSet>
 #include <QStringList>
 #include <QtGlobal>
 
 /**
- * Takes the messages that Qt logs while it lives, instead of their being printed. It replaces Qt's
- * message handler, so there is one at a time in the process.
+ * Takes the messages that Qt logs in this thread while it lives, instead of their being printed.
+ * Threads may have one each at the same time; those of other threads go where they went before.
  */
 class MessageLog
 {
@@ -27,15 +28,15 @@ private:
     static void note(QtMsgType type, QMessageLogContext const& context, QString const& message);
     void add(QString const& message);
 
-    static MessageLog* s_current;
-    QtMessageHandler m_handler;
+    static thread_local MessageLog* s_current;
+    MessageLog* m_outer;
     QStringList m_messages;
     QSet<QString> m_leftOut;
 };
 
 /**
- * While it lives, what the libraries behind Qt say on standard error of their own is dropped: the
- * descriptor of the whole process leads nowhere.
+ * While one lives in any thread, what the libraries behind Qt say on standard error of their own is
+ * dropped: the descriptor of the whole process leads nowhere.
  */
 class QuietStandardError
 {
@@ -45,8 +46,9 @@ public:
 
 private:
     Q_DISABLE_COPY(QuietStandardError)
-
-    int const m_standardError;
 };
+
+/** Prints on standard error, also while that is quiet: nothing of the tool's own is dropped. */
+void printError(QByteArray const& text);
 
 #endif // MESSAGELOG_H
