@@ -29,6 +29,7 @@ foreach(name IN ITEMS
     tst_slicing
     tst_spool
     tst_text
+    tst_unfinishedfile
     tst_zipmember)
   kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()

@@ -5,6 +5,7 @@
 #include "common/text.h"
 #include "filereplacement_p.h"
 #include "progress.h"
+#include "termination.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -107,8 +108,10 @@ bool Output::open()
     Diagnostics diagnostics;
     if (isStandardOutput(m_operand))
         m_waiting = std::make_unique<Spool>();
-    else
+    else {
+        endTidily();
         m_file = OutputFile::open(m_operand, diagnostics);
+    }
     report(diagnostics);
     return diagnostics.isEmpty();
 }
@@ -150,6 +153,7 @@ bool writeOutput(QString const& operand, QByteArray const& content)
 {
     if (isStandardOutput(operand))
         return writeStandardOutput(content);
+    endTidily();
     Diagnostics diagnostics;
     bool const isWritten = writeFile(operand, content, diagnostics);
     report(diagnostics);

@@ -72,7 +72,10 @@ private:
     std::unique_ptr<Spool> m_waiting; ///< null for a file
 };
 
-/** Writes the file whole or not at all, "-" being standard output; false, with a message, if not. */
+/**
+ * Writes the file whole or not at all, "-" being standard output; false, with a message, if not. A
+ * signal that ends the process leaves no temporary file behind.
+ */
 bool writeOutput(QString const& operand, QByteArray const& content);
 
 #endif // CONSOLE_H

@@ -2,10 +2,27 @@
 
 #include "boundedxml_p.h"
 #include "common/spool.h"
+#include "common/unfinishedfile.h"
 #include "filereplacement_p.h"
 
 #include <array>
 #include <cerrno>
+#include <optional>
+
+#include <sys/stat.h>
+
+namespace {
+
+/** Whether an open file has a name; without one, nothing of it stays when the process ends. */
+bool isNamed(QFileDevice const& file)
+{
+    struct stat status
+    {
+    };
+    return fstat(file.handle(), &status) != 0 || status.st_nlink > 0;
+}
+
+} // namespace
 
 QString reasonOf(QFileDevice const& device)
 {
@@ -70,11 +87,14 @@ public:
     explicit Replacement(QString const& file)
         : m_file(file)
     {
+        m_unfinished.emplace();
         errno = 0;
         if (FileReplacement::open(m_file))
             open(QIODevice::WriteOnly | QIODevice::Unbuffered);
         else
             m_fault = reasonOf(m_file);
+        if (!m_file.isOpen() || !isNamed(m_file))
+            m_unfinished.reset();
     }
 
     /** Why it cannot be written; empty if it can. */
@@ -83,6 +103,8 @@ public:
     /** Puts all in its place unless anything has failed. */
     void commit()
     {
+        if (!m_unfinished)
+            m_unfinished.emplace(); // it is about to have a name
         errno = 0;
         if (m_fault.isEmpty() && !FileReplacement::write(m_file, QByteArray()))
             m_fault = reasonOf(m_file);
@@ -90,6 +112,7 @@ public:
             m_file.cancelWriting();
         else if (!m_file.commit())
             m_fault = reasonOf(m_file);
+        m_unfinished.reset();
     }
 
     /** One writes it from start to end. */
@@ -109,6 +132,7 @@ protected:
     }
 
 private:
+    std::optional<UnfinishedFile> m_unfinished; ///< while the new file has a name, or may get one
     QSaveFile m_file;
     QString m_fault;
 };
