@@ -38,6 +38,10 @@ kpgeometry_add_test(tst_messagelog
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
   LIBRARIES kpgeomcore)
 target_include_directories(tst_messagelog PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+kpgeometry_add_test(tst_outputname
+  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
+  LIBRARIES kpgeomcore)
+target_include_directories(tst_outputname PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
 # The library as its object files show it; the tool beside it for comparison.
 kpgeometry_add_test(tst_kpgeomcore
   DEFINITIONS
