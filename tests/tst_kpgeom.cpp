@@ -222,19 +222,19 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
     QTest::newRow("render") << QByteArray(
         "Usage: kpgeom render [options] FILE... -o OUT.{svg,png,pdf}\n");
     QTest::newRow("resize") << QByteArray(
-        "Usage: kpgeom resize [options] FILE --from WxH --to WxH -o OUT.xml\n");
-    QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN -o OUT.xml\n");
+        "Usage: kpgeom resize [options] FILE... --from WxH --to WxH -o OUT.xml\n");
+    QTest::newRow("convert") << QByteArray("Usage: kpgeom convert [options] IN... -o OUT.xml\n");
     QTest::newRow("bind") << QByteArray(
-        "Usage: kpgeom bind [options] FILE --slices L,T,R,B -o OUT.xml\n");
+        "Usage: kpgeom bind [options] FILE... --slices L,T,R,B -o OUT.xml\n");
     QTest::newRow("svg") << QByteArray("Usage: kpgeom svg [options] FILE...\n");
     QTest::newRow("check") << QByteArray("Usage: kpgeom check [options] FILE...\n");
     QTest::newRow("diff") << QByteArray("Usage: kpgeom diff [options] A B\n");
-    QTest::newRow("normalize") << QByteArray("Usage: kpgeom normalize [options] FILE\n");
+    QTest::newRow("normalize") << QByteArray("Usage: kpgeom normalize [options] FILE...\n");
     QTest::newRow("colour") << QByteArray(
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");
     QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options]\n");
-    QTest::newRow("blur") << QByteArray("Usage: kpgeom blur [options] IN -o OUT -r RADIUS\n");
+    QTest::newRow("blur") << QByteArray("Usage: kpgeom blur [options] IN... -o OUT -r RADIUS\n");
     QTest::newRow("digest") << QByteArray("Usage: kpgeom digest [options] FILE...\n");
     QTest::newRow("recent") << QByteArray("Usage: kpgeom recent [options] ACTION [OPERAND...]\n");
 }

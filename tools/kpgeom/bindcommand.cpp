@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
@@ -61,7 +62,9 @@ void addOptions(CommandLine& line)
         QStringLiteral("Outline units a unit of an SVG picture, by default 1."),
         QStringLiteral("FACTOR")});
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
+        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
+        QStringLiteral("OUT")});
+    addBatchOptions(line);
 }
 
 /** What is wrong with the options, or nothing. */
@@ -89,10 +92,10 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, BindOptions& opti
         if (!options.scale)
             return misuse(QStringLiteral("--scale takes a number greater than 0"));
     }
-    if (line.operands().size() != 1)
-        return misuse(QStringLiteral("exactly one file is needed"));
-    options.operand = line.operands().first();
     options.output = line.value(QStringLiteral("output"));
+    int const count = line.operands().size();
+    if (count == 0 || (count > 1 && !isBatch(line, options.output)))
+        return misuse(QStringLiteral("exactly one file is needed"));
     if (options.output.isEmpty())
         return misuse(QStringLiteral("no output file given (-o)"));
     return std::nullopt;
@@ -229,18 +232,10 @@ Outcome bindPicture(CommandLine const& line, QByteArray const& svg, BindOptions 
     return inexact.isEmpty() ? Outcome::Done : Outcome::Warned;
 }
 
-} // namespace
-
-Outcome runBind(Command const& command, QStringList const& arguments)
+Outcome bindFile(CommandLine const& line, BindOptions options, BatchJob const& job)
 {
-    CommandLine line(command);
-    addOptions(line);
-    if (auto const end = line.parse(arguments))
-        return *end;
-    BindOptions options;
-    if (auto const fault = readOptions(line, options))
-        return line.misused(*fault);
-
+    options.operand = job.input;
+    options.output = job.outputs.first();
     Diagnostics diagnostics;
     std::optional<OutlineDocument> document;
     auto const text = readInput(options.operand, diagnostics);
@@ -262,4 +257,21 @@ Outcome runBind(Command const& command, QStringList const& arguments)
         return line.misused(misuse(QStringLiteral("--scale goes with an SVG picture")));
     return isPicture ? bindPicture(line, *text, options)
                      : bindDocument(line, *text, *document, options);
+}
+
+} // namespace
+
+Outcome runBind(Command const& command, QStringList const& arguments)
+{
+    CommandLine line(command);
+    addOptions(line);
+    if (auto const end = line.parse(arguments))
+        return *end;
+    BindOptions options;
+    if (auto const fault = readOptions(line, options))
+        return line.misused(*fault);
+    return runBatch(line,
+        {{QStringLiteral("xml"), QStringLiteral("svg"), QStringLiteral("svgz")}, options.output,
+            QStringLiteral("xml"), {},
+            [&](BatchJob const& job) { return bindFile(line, options, job); }});
 }

@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "console.h"
 #include "gaussianblur.h"
@@ -10,6 +11,7 @@
 #include "stackblur_p.h"
 
 #include <QFileInfo>
+#include <QImageReader>
 
 namespace {
 
@@ -40,19 +42,31 @@ std::optional<DropShadow> shadowFromText(QString const& text)
     return shadow;
 }
 
+/** What is wrong with where the pictures go, or nothing. */
+std::optional<Diagnostic> readOutput(CommandLine const& line, BlurOptions& options)
+{
+    options.output = line.value(QStringLiteral("output"));
+    bool const isMany = isBatch(line, options.output);
+    int const count = line.operands().size();
+    if (count == 0 || (count > 1 && !isMany))
+        return misuse(QStringLiteral("one picture is taken"));
+    if (options.output.isEmpty())
+        return misuse(QStringLiteral("no output file given (-o)"));
+    bool const isGiven = line.isSet(QStringLiteral("format"));
+    options.format =
+        isGiven ? line.value(QStringLiteral("format")) : QFileInfo(options.output).suffix();
+    // In a folder each picture keeps its own.
+    if (!isWritableFormat(options.format) && (isGiven || !isMany || !options.format.isEmpty()))
+        return misuse(
+            QStringLiteral("pictures of the format '%1' are not written").arg(options.format));
+    return std::nullopt;
+}
+
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, BlurOptions& options)
 {
-    if (line.operands().size() != 1)
-        return misuse(QStringLiteral("one picture is taken"));
-    options.output = line.value(QStringLiteral("output"));
-    if (options.output.isEmpty())
-        return misuse(QStringLiteral("no output file given (-o)"));
-    options.format = line.isSet(QStringLiteral("format")) ? line.value(QStringLiteral("format"))
-                                                          : QFileInfo(options.output).suffix();
-    if (!isWritableFormat(options.format))
-        return misuse(
-            QStringLiteral("pictures of the format '%1' are not written").arg(options.format));
+    if (auto fault = readOutput(line, options))
+        return fault;
     bool isNumber = false;
     options.kernel.radius = line.value(QStringLiteral("radius")).toUInt(&isNumber);
     if (!isNumber || options.kernel.radius > StackBlur::greatestRadius)
@@ -109,13 +123,34 @@ QByteArray blurredFile(QString const& operand, BlurOptions const& options, Diagn
     return file;
 }
 
+/** What pictures that can be read are called. */
+QStringList pictureSuffixes()
+{
+    QStringList result;
+    for (QByteArray const& format : QImageReader::supportedImageFormats())
+        result << QString::fromLatin1(format);
+    return result;
+}
+
+Outcome blurFile(BlurOptions options, BatchJob const& job)
+{
+    QString const& output = job.outputs.first();
+    Diagnostics diagnostics;
+    if (options.format.isEmpty())
+        options.format = QFileInfo(output).suffix();
+    QByteArray const file = blurredFile(job.input, options, diagnostics);
+    report(diagnostics);
+    return diagnostics.isEmpty() && writeOutput(output, file) ? Outcome::Done : Outcome::Failed;
+}
+
 } // namespace
 
 Outcome runBlur(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the picture to <OUT>; its suffix is the format."),
+        QStringLiteral("Write the picture to <OUT>; its suffix is the format. %1")
+            .arg(manyOutputsHelp()),
         QStringLiteral("OUT")});
     line.addOption({QStringLiteral("format"),
         QStringLiteral("The format, like png. Needed with -o -."), QStringLiteral("NAME")});
@@ -131,6 +166,7 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
         QStringLiteral("Leave the picture sharp and blur a shadow of it, moved to the right and "
                        "down. The result grows to hold both."),
         QStringLiteral("DX,DY,COLOUR")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     BlurOptions options;
@@ -138,9 +174,7 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
         return line.misused(*fault);
     // For pixmaps, and for pictures in which there is text.
     needGuiApplication();
-    Diagnostics diagnostics;
-    QByteArray const file = blurredFile(line.operands().first(), options, diagnostics);
-    report(diagnostics);
-    return diagnostics.isEmpty() && writeOutput(options.output, file) ? Outcome::Done
-                                                                      : Outcome::Failed;
+    return runBatch(line,
+        {pictureSuffixes(), options.output, options.format.toLower(), {},
+            [&](BatchJob const& job) { return blurFile(options, job); }});
 }

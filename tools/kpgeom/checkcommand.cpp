@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "check/outlinecheck.h"
 #include "commandline.h"
 #include "console.h"
@@ -14,8 +15,8 @@ QByteArray toText(Diagnostic const& finding)
         .toUtf8();
 }
 
-/** Checks a file and prints what was found; nothing, after a message, if that cannot be printed. */
-std::optional<Outcome> check(QString const& operand, ProgressFunction const& progress)
+/** Checks a file and prints what was found. */
+Outcome check(QString const& operand, ProgressFunction const& progress)
 {
     Diagnostics diagnostics;
     Output output(QStringLiteral("-"));
@@ -41,7 +42,7 @@ std::optional<Outcome> check(QString const& operand, ProgressFunction const& pro
             .toUtf8());
     Progress::clear();
     if (!output.commit())
-        return std::nullopt;
+        return Outcome::Failed;
     return findings > 0 ? Outcome::Warned : Outcome::Done;
 }
 
@@ -50,19 +51,15 @@ std::optional<Outcome> check(QString const& operand, ProgressFunction const& pro
 Outcome runCheck(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
 
-    Outcome outcome = Outcome::Done;
-    Progress progress(line.operands());
-    for (QString const& file : line.operands()) {
-        progress.step();
-        auto const ofFile = check(file, progress.ofStep());
-        if (!ofFile)
-            return Outcome::Failed;
-        outcome = worse(outcome, *ofFile);
-    }
-    return outcome;
+    return runBatch(line, {documentSuffixes(), {}, {}, {}, [](BatchJob const& job) {
+                               Progress progress({job.input});
+                               progress.step();
+                               return check(job.input, progress.ofStep());
+                           }});
 }

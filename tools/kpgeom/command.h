@@ -12,12 +12,14 @@ enum class Outcome {
     Warned = 3 ///< done, with warnings
 };
 
-/** The worse of two outcomes: a failure outweighs warnings, these outweigh success. */
+/** The worse of two outcomes: a failure outweighs misuse, that warnings, and these success. */
 inline Outcome worse(Outcome left, Outcome right)
 {
-    if (left == Outcome::Failed || right == Outcome::Failed)
-        return Outcome::Failed;
-    return left == Outcome::Done ? right : left;
+    for (Outcome const outcome : {Outcome::Failed, Outcome::Misused, Outcome::Warned}) {
+        if (left == outcome || right == outcome)
+            return outcome;
+    }
+    return Outcome::Done;
 }
 
 /** A subcommand. */

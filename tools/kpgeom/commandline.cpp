@@ -41,8 +41,10 @@ QString CommandLine::helpText() const
 
 Outcome CommandLine::misused(Diagnostic const& fault) const
 {
+    HeldOutput const* const held = HeldOutput::ofThread();
+    QString const input = held ? displayName(held->input()) + QStringLiteral(": ") : QString();
     report(misuse(QStringLiteral("kpgeom %1: %2 (see kpgeom %1 --help)")
-                      .arg(QString::fromUtf8(m_command.name), fault.text)));
+                      .arg(QString::fromUtf8(m_command.name), input + fault.text)));
     return Outcome::Misused;
 }
 

@@ -4,6 +4,8 @@
 #include "common/spool.h"
 #include "common/text.h"
 #include "filereplacement_p.h"
+#include "messagelog.h"
+#include "orderedjobs.h"
 #include "progress.h"
 #include "termination.h"
 
@@ -16,6 +18,10 @@ QString const standardStream = QStringLiteral("-");
 
 bool writeStandardOutput(QByteArray const& content)
 {
+    if (HeldOutput* const held = HeldOutput::ofThread()) {
+        held->add({HeldOutput::Stream::Output, content});
+        return true;
+    }
     QFile output;
     errno = 0;
     if (output.open(stdout, QIODevice::WriteOnly) && FileReplacement::write(output, content))
@@ -47,6 +53,31 @@ QString lineOf(Diagnostic const& diagnostic)
 
 } // namespace
 
+thread_local HeldOutput* HeldOutput::s_ofThread = nullptr;
+
+HeldOutput::HeldOutput(QString input)
+    : m_input(std::move(input))
+{
+    s_ofThread = this;
+}
+
+HeldOutput::~HeldOutput()
+{
+    s_ofThread = nullptr;
+}
+
+bool printHeld(HeldOutput::Pieces const& pieces)
+{
+    bool isPrinted = true;
+    for (HeldOutput::Piece const& piece : pieces) {
+        if (piece.stream == HeldOutput::Stream::Error)
+            printError(piece.text);
+        else
+            isPrinted = writeStandardOutput(piece.text) && isPrinted;
+    }
+    return isPrinted;
+}
+
 QString displayName(QString const& operand)
 {
     return operand == standardStream ? QStringLiteral("<stdin>") : printable(operand);
@@ -54,9 +85,13 @@ QString displayName(QString const& operand)
 
 void report(Diagnostic const& diagnostic)
 {
-    Progress::clear();
     QByteArray const text = printable(lineOf(diagnostic)).toUtf8() + '\n';
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
+    if (HeldOutput* const held = HeldOutput::ofThread()) {
+        held->add({HeldOutput::Stream::Error, text});
+        return;
+    }
+    Progress::clear();
+    printError(text);
 }
 
 void report(Diagnostics const& diagnostics)
@@ -128,7 +163,11 @@ bool Output::commit()
     if (m_waiting)
         return print();
     Diagnostics diagnostics;
-    bool const isWritten = m_file->commit(diagnostics);
+    bool isWritten = false;
+    {
+        WaitingJob const waiting;
+        isWritten = m_file->commit(diagnostics);
+    }
     report(diagnostics);
     return isWritten;
 }
@@ -154,8 +193,14 @@ bool writeOutput(QString const& operand, QByteArray const& content)
     if (isStandardOutput(operand))
         return writeStandardOutput(content);
     endTidily();
+    // Of a large one the work before it takes memory that others could not have.
+    constexpr int largeContent = 1 << 20;
+    std::optional<WaitingJob> waiting;
+    if (content.size() < largeContent)
+        waiting.emplace();
     Diagnostics diagnostics;
     bool const isWritten = writeFile(operand, content, diagnostics);
+    waiting.reset();
     report(diagnostics);
     return isWritten;
 }

@@ -9,11 +9,53 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class OutputFile;
 class QFile;
 class QIODevice;
 class Spool;
+
+/**
+ * While it lives, what its thread prints is held back: the output of one file of many, which has to
+ * wait for its turn. There is at most one in a thread.
+ */
+class HeldOutput
+{
+public:
+    /** Where something is to be printed. */
+    enum class Stream { Output, Error };
+
+    /** What is to be printed at once. */
+    struct Piece
+    {
+        Stream stream;
+        QByteArray text;
+    };
+
+    using Pieces = std::vector<Piece>;
+
+    /** @param input the file that messages are about unless they say so themselves */
+    explicit HeldOutput(QString input);
+    ~HeldOutput();
+
+    /** That of the calling thread, or null. */
+    static HeldOutput* ofThread() { return s_ofThread; }
+
+    QString const& input() const { return m_input; }
+    void add(Piece const& piece) { m_pieces.push_back(piece); }
+    Pieces const& pieces() const { return m_pieces; }
+
+private:
+    Q_DISABLE_COPY(HeldOutput)
+
+    QString const m_input;
+    Pieces m_pieces;
+    static thread_local HeldOutput* s_ofThread;
+};
+
+/** Prints what was held; false if standard output cannot be written, as printOut(). */
+bool printHeld(HeldOutput::Pieces const& pieces);
 
 /** The name of an operand in messages, printable: "-" is standard input. */
 QString displayName(QString const& operand);

@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
@@ -84,6 +85,24 @@ std::optional<Diagnostic> readPathOptions(CommandLine const& line, ConvertOption
                       .arg(line.value(QStringLiteral("size"))));
 }
 
+/** What is wrong with the number of input files, or nothing. */
+std::optional<Diagnostic> readInputs(CommandLine const& line, ConvertOptions const& options)
+{
+    bool const hasInput = !options.isText && !options.isPath;
+    int const count = line.operands().size();
+    if (options.isPath && count > 0)
+        return misuse(QStringLiteral("--path takes no input file"));
+    if (options.isText && count > 0)
+        return misuse(QStringLiteral("--font and --text take no input file"));
+    bool const areMany = count > 1 && isBatch(line, line.value(QStringLiteral("output")));
+    if (hasInput && count != 1 && !areMany)
+        return misuse(QStringLiteral("exactly one input file is needed"));
+    if (hasInput)
+        return std::nullopt;
+    return batchOptionFault(
+        line, options.isPath ? QStringLiteral("--path") : QStringLiteral("--font and --text"));
+}
+
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& options)
 {
@@ -97,13 +116,8 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
         return misuse(QStringLiteral("--font and --text go together"));
     if (auto fault = readPathOptions(line, options))
         return fault;
-    if (options.isPath && !line.operands().isEmpty())
-        return misuse(QStringLiteral("--path takes no input file"));
-    if (line.operands().size() != (isText || options.isPath ? 0 : 1)) {
-        return misuse(isText ? QStringLiteral("--font and --text take no input file")
-                             : QStringLiteral("exactly one input file is needed"));
-    }
-    options.input = line.operands().value(0);
+    if (auto fault = readInputs(line, options))
+        return fault;
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale || isText)
@@ -203,6 +217,8 @@ Outcome runPresets(CommandLine const& line)
 {
     if (auto const fault = pictureOptionFault(line, QStringLiteral("--presets")))
         return line.misused(*fault);
+    if (auto const fault = batchOptionFault(line, QStringLiteral("--presets")))
+        return line.misused(*fault);
     if (!line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("--presets takes no input file beside its own")));
     QString const folder = line.value(QStringLiteral("output"));
@@ -215,13 +231,50 @@ Outcome runPresets(CommandLine const& line)
     return convertPresets({line.value(QStringLiteral("presets")), folder, *adjustments});
 }
 
+/** What pictures are called, beside SVG those of importAny(). */
+QStringList const& pictureSuffixes()
+{
+    static QStringList const all {QStringLiteral("svg"), QStringLiteral("svgz"),
+        QStringLiteral("odg"), QStringLiteral("fodg"), QStringLiteral("shape")};
+    return all;
+}
+
+/** Writes the document of what the options name. */
+Outcome writeDocument(ConvertOptions const& options, QString const& output)
+{
+    Shapes const shapes = importedShapes(options);
+    if (shapes.empty())
+        return Outcome::Failed;
+    bool const isWritten =
+        writeOutput(output, options.usesDom ? domDocument(shapes) : shapesDocument(shapes));
+    return isWritten ? Outcome::Done : Outcome::Failed;
+}
+
+Outcome convertFile(CommandLine const& line, ConvertOptions options, BatchJob const& job)
+{
+    Diagnostics diagnostics;
+    auto const content = readInput(job.input, diagnostics);
+    report(diagnostics);
+    if (!content)
+        return Outcome::Failed;
+    options.input = job.input;
+    options.content = *content;
+    QString const& output = job.outputs.first();
+    if (!holdsCustomShapes(options.content))
+        return writeDocument(options, output);
+    if (auto const fault = pictureOptionFault(line, QStringLiteral("custom shapes")))
+        return line.misused(*fault);
+    return convertCustomShapes(options.content, options.input, output);
+}
+
 } // namespace
 
 Outcome runConvert(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
+        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
+        QStringLiteral("OUT")});
     line.addOption({QStringLiteral("font"),
         QStringLiteral("Make outlines of glyphs of the font in <FILE>."), QStringLiteral("FILE")});
     line.addOption({QStringLiteral("text"), QStringLiteral("The text whose glyphs are taken."),
@@ -254,6 +307,7 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
         QStringLiteral("The value of an adjustment of the preset shapes, instead of the one that "
                        "is defined; may be repeated."),
         QStringLiteral("NAME=VALUE")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.isSet(QStringLiteral("presets")))
@@ -265,23 +319,9 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    if (!options.isText && !options.isPath) {
-        Diagnostics diagnostics;
-        auto const content = readInput(options.input, diagnostics);
-        report(diagnostics);
-        if (!content)
-            return Outcome::Failed;
-        options.content = *content;
-        if (holdsCustomShapes(options.content)) {
-            if (auto const fault = pictureOptionFault(line, QStringLiteral("custom shapes")))
-                return line.misused(*fault);
-            return convertCustomShapes(options.content, options.input, output);
-        }
-    }
-    Shapes const shapes = importedShapes(options);
-    if (shapes.empty())
-        return Outcome::Failed;
-    bool const isWritten =
-        writeOutput(output, options.usesDom ? domDocument(shapes) : shapesDocument(shapes));
-    return isWritten ? Outcome::Done : Outcome::Failed;
+    if (options.isText || options.isPath)
+        return writeDocument(options, output);
+    return runBatch(line,
+        {pictureSuffixes(), output, QStringLiteral("xml"), {},
+            [&](BatchJob const& job) { return convertFile(line, options, job); }});
 }

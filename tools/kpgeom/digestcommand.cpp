@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
@@ -116,19 +117,14 @@ std::optional<Entry> entryFromLine(QString line)
     return Entry {digest, *file};
 }
 
-Outcome printDigests(QStringList const& files)
+Outcome printDigest(QString const& file)
 {
-    Outcome outcome = Outcome::Done;
-    Progress progress(stepsOf(files));
-    for (QString const& file : files) {
-        auto const digest = digestOf(file, progress);
-        Progress::clear();
-        if (!digest)
-            outcome = Outcome::Failed;
-        else if (!printOut(lineOf({*digest, file})))
-            return Outcome::Failed;
+    std::optional<QString> digest;
+    {
+        Progress progress(stepsOf(file));
+        digest = digestOf(file, progress);
     }
-    return outcome;
+    return digest && printOut(lineOf({*digest, file})) ? Outcome::Done : Outcome::Failed;
 }
 
 /** What checking the lines of lists came to. */
@@ -238,10 +234,16 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
     line.addOption({{QStringLiteral("c"), QStringLiteral("check")},
         QStringLiteral("Read such lines from the files, and say which of the files that they name "
                        "are still the same.")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
-    return line.isSet(QStringLiteral("check")) ? checkLists(line.operands())
-                                               : printDigests(line.operands());
+    if (!line.isSet(QStringLiteral("check"))) {
+        return runBatch(
+            line, {{}, {}, {}, {}, [](BatchJob const& job) { return printDigest(job.input); }});
+    }
+    if (auto const fault = batchOptionFault(line, QStringLiteral("--check")))
+        return line.misused(*fault);
+    return checkLists(line.operands());
 }

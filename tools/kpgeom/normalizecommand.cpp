@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "check/outlinecheck.h"
 #include "commandline.h"
 #include "console.h"
@@ -38,15 +39,20 @@ Outcome runNormalize(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>, by default to standard output."),
+        QStringLiteral("Write the document to <OUT>, by default to standard output. %1")
+            .arg(manyOutputsHelp()),
         QStringLiteral("OUT"), QStringLiteral("-")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    if (line.operands().size() != 1)
-        return line.misused(misuse(QStringLiteral("exactly one file is needed")));
     QString const output = line.value(QStringLiteral("output"));
+    int const count = line.operands().size();
+    if (count == 0 || (count > 1 && !isBatch(line, output)))
+        return line.misused(misuse(QStringLiteral("exactly one file is needed")));
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("the output file has no name (-o)")));
 
-    return normalize(line.operands().first(), output);
+    return runBatch(line,
+        {documentSuffixes(), output, QStringLiteral("xml"), {},
+            [](BatchJob const& job) { return normalize(job.input, job.outputs.first()); }});
 }

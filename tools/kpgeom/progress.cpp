@@ -1,10 +1,12 @@
 #include "progress.h"
 
+#include "console.h"
+#include "messagelog.h"
+
 #include <QByteArray>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cstdio>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -16,9 +18,10 @@ constexpr int widestBar = 40;
 /** From this size on, reading a file takes a time that is noticed. */
 constexpr qint64 largeFile = 4 << 20;
 
+/** Whether standard error is a terminal, and this thread's to print on. */
 bool isTerminal()
 {
-    return isatty(STDERR_FILENO) != 0;
+    return !HeldOutput::ofThread() && isatty(STDERR_FILENO) != 0;
 }
 
 bool isAnyLarge(QStringList const& files)
@@ -101,14 +104,15 @@ void Progress::show(QByteArray const& count, double share)
     if (!m_isShown)
         return;
     QByteArray const bar = barBefore(count, share);
-    std::fprintf(stderr, "\r%s%s", bar.constData(), count.constData());
-    std::fflush(stderr);
+    printError('\r' + bar + count);
     s_isOnScreen = true;
 }
 
 void Progress::clear()
 {
+    if (HeldOutput::ofThread())
+        return;
     if (s_isOnScreen)
-        std::fputs("\r\033[K", stderr);
+        printError("\r\033[K");
     s_isOnScreen = false;
 }

@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "common/text.h"
 #include "console.h"
 #include "document/shapebox.h"
@@ -11,6 +12,8 @@
 #include "renderoptions.h"
 
 #include <QFileInfo>
+
+#include <utility>
 
 namespace {
 
@@ -122,6 +125,83 @@ bool writeCustomShapes(std::vector<CustomShape> const& shapes, RenderOptions con
     return content && writeOutput(options.output, *content);
 }
 
+/** Reads files and makes one thing of all. */
+class Rendering
+{
+public:
+    explicit Rendering(RenderOptions options)
+        : m_options(std::move(options))
+    {
+    }
+
+    /** False, after a message, if one cannot be read. */
+    bool read(QStringList const& operands)
+    {
+        m_operands = operands;
+        Progress progress(operands);
+        for (QString const& operand : operands) {
+            progress.step();
+            auto document = loadOutlines(operand, m_options.indices, progress.ofStep());
+            if (!document)
+                return false;
+            if (m_options.target == RenderTarget::Picture)
+                appendFigures(*document, m_options, operand, m_figures);
+            else
+                m_shapes.push_back(customShapeOf(*document, m_options, operand));
+        }
+        return true;
+    }
+
+    bool write() const
+    {
+        switch (m_options.target) {
+        case RenderTarget::Picture:
+            return drawPicture(m_figures, m_options, m_operands);
+        case RenderTarget::Page:
+            return writePage(m_shapes, m_options, m_operands);
+        case RenderTarget::CustomShapes:
+            return writeCustomShapes(m_shapes, m_options);
+        }
+        return false;
+    }
+
+    /** Draws it as large as an option says, by its number. */
+    bool write(int size, QString const& output)
+    {
+        m_options.output = output;
+        if (!m_options.isSheet && !m_options.boxes.isEmpty())
+            m_options.layout.box = m_options.boxes.at(size);
+        return write();
+    }
+
+private:
+    RenderOptions m_options;
+    QStringList m_operands;
+    std::vector<Figure> m_figures;
+    std::vector<CustomShape> m_shapes;
+};
+
+Outcome renderFile(RenderOptions const& options, BatchJob const& job)
+{
+    Rendering rendering(options);
+    if (!rendering.read({job.input}))
+        return Outcome::Failed;
+    for (int i = 0; i < job.outputs.size(); ++i) {
+        if (!rendering.write(i, job.outputs.at(i)))
+            return Outcome::Failed;
+    }
+    return Outcome::Done;
+}
+
+/** What outputs in a folder are called: as --format says, or else the folder itself. */
+QString suffixOf(CommandLine const& line, RenderOptions const& options)
+{
+    if (options.target == RenderTarget::CustomShapes)
+        return QStringLiteral("custgeom.xml");
+    QString const format = line.value(QStringLiteral("format"));
+    return format.isEmpty() ? QFileInfo(options.output).suffix() : format.toLower();
+}
+
 } // namespace
 
 Outcome runRender(Command const& command, QStringList const& arguments)
@@ -130,39 +210,20 @@ Outcome runRender(Command const& command, QStringList const& arguments)
     addRenderOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    QStringList const operands = line.operands();
-    if (operands.isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
     RenderOptions options;
     if (auto const fault = readRenderOptions(line, options))
         return line.misused(*fault);
-
-    std::vector<Figure> figures;
-    std::vector<CustomShape> shapes;
-    {
-        Progress progress(operands);
-        for (QString const& operand : operands) {
-            progress.step();
-            auto document = loadOutlines(operand, options.indices, progress.ofStep());
-            if (!document)
-                return Outcome::Failed;
-            if (options.target == RenderTarget::Picture)
-                appendFigures(*document, options, operand, figures);
-            else
-                shapes.push_back(customShapeOf(*document, options, operand));
-        }
+    if (options.isEach) {
+        return runBatch(line,
+            {documentSuffixes(), options.output, suffixOf(line, options),
+                options.isSheet ? QVector<QSizeF>() : options.boxes,
+                [&](BatchJob const& job) { return renderFile(options, job); }});
     }
-    bool isWritten = false;
-    switch (options.target) {
-    case RenderTarget::Picture:
-        isWritten = drawPicture(figures, options, operands);
-        break;
-    case RenderTarget::Page:
-        isWritten = writePage(shapes, options, operands);
-        break;
-    case RenderTarget::CustomShapes:
-        isWritten = writeCustomShapes(shapes, options);
-        break;
-    }
-    return isWritten ? Outcome::Done : Outcome::Failed;
+    QStringList operands;
+    if (auto const end = readOperands(line, documentSuffixes(), operands))
+        return *end;
+    Rendering rendering(options);
+    return rendering.read(operands) && rendering.write() ? Outcome::Done : Outcome::Failed;
 }

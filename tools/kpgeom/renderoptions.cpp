@@ -1,7 +1,9 @@
 #include "renderoptions.h"
 
+#include "batch.h"
 #include "document/outlinedocument.h"
 #include "documentinput.h"
+#include "outputname.h"
 #include "paint/colourtext.h"
 
 #include <QFileInfo>
@@ -176,7 +178,10 @@ std::optional<Diagnostic> conflictOf(RenderOptions const& options)
     DrawingLayout const& layout = options.layout;
     if (options.isWholeFiles && !options.isSheet)
         return misuse(QStringLiteral("--whole-files goes with --sheet"));
-    if (options.boxes.size() > 1 && !options.isSheet)
+    if (options.boxes.size() > 1 && !options.isSheet && isOutputPattern(options.output)
+        && !options.output.contains(QLatin1String("{size}")))
+        return misuse(QStringLiteral("several sizes need {size} in -o, or --sheet"));
+    if (options.boxes.size() > 1 && !options.isSheet && !options.isEach)
         return misuse(QStringLiteral("several sizes need --sheet"));
     if (layout.scale && options.isSheet)
         return misuse(QStringLiteral("--scale does not go with --sheet: figures fill their cells"));
@@ -195,7 +200,9 @@ void addRenderOptions(CommandLine& line)
 {
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
         QStringLiteral("Write to <OUT>; its suffix is the format: a picture (svg, png, pdf), a "
-                       "page with a box to drag (html), or DrawingML (custgeom.xml)."),
+                       "page with a box to drag (html), or DrawingML (custgeom.xml). For a file a "
+                       "picture a folder, \"DIR/\", or a pattern with \"{name}\", \"{path}\" or "
+                       "\"{size}\"."),
         QStringLiteral("OUT")});
     line.addOption({QStringLiteral("format"),
         QStringLiteral("The format: svg, png, pdf, html or custgeom. Needed with -o -."),
@@ -205,7 +212,8 @@ void addRenderOptions(CommandLine& line)
         QStringLiteral("N")});
     line.addOption({QStringLiteral("size"),
         QStringLiteral(
-            "Resize the outlines to this box, a page's at first. Repeatable with --sheet."),
+            "Resize the outlines to this box, a page's at first. Repeatable with --sheet, or for a "
+            "picture a size."),
         QStringLiteral("WxH")});
     line.addOption({QStringLiteral("scale"),
         QStringLiteral("Pixels of 1/96 inch a unit. By default 1, or less for a large drawing."),
@@ -235,6 +243,7 @@ void addRenderOptions(CommandLine& line)
         QStringLiteral("Show all points, control points and binding rules; a page, at first.")});
     line.addOption({QStringLiteral("fill-rule"),
         QStringLiteral("nonzero (the default) or evenodd."), QStringLiteral("RULE")});
+    addBatchOptions(line);
 }
 
 std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptions& options)
@@ -242,6 +251,7 @@ std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptio
     options.output = line.value(QStringLiteral("output"));
     if (options.output.isEmpty())
         return misuse(QStringLiteral("no output file given (-o)"));
+    options.isEach = isBatch(line, options.output);
     std::optional<double> dotsPerInch;
     if (auto fault = readMeasures(line, options.layout, dotsPerInch))
         return fault;

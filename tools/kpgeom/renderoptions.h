@@ -24,6 +24,7 @@ struct RenderOptions
     DrawingLayout layout;
     bool isSheet = false;
     bool isWholeFiles = false;
+    bool isEach = false; ///< an output for each file, and without a sheet for each size
 };
 
 /** Declares the options of `render`. */

@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "console.h"
 #include "document/documentrewriter.h"
@@ -82,18 +83,24 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     line.addOption({QStringLiteral("to"),
         QStringLiteral("The box that their values are recomputed for."), box});
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
+        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
+        QStringLiteral("OUT")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     auto const from = sizeFromText(line.value(QStringLiteral("from")));
     auto const to = sizeFromText(line.value(QStringLiteral("to")));
     if (!from || !to)
         return line.misused(misuse(QStringLiteral("--from and --to take a box like 240x160")));
-    if (line.operands().size() != 1)
-        return line.misused(misuse(QStringLiteral("exactly one file is needed")));
     QString const output = line.value(QStringLiteral("output"));
+    int const count = line.operands().size();
+    if (count == 0 || (count > 1 && !isBatch(line, output)))
+        return line.misused(misuse(QStringLiteral("exactly one file is needed")));
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
-    return resizeDocument(line.operands().first(), {*from, *to}, output);
+    return runBatch(
+        line, {documentSuffixes(), output, QStringLiteral("xml"), {}, [&](BatchJob const& job) {
+                   return resizeDocument(job.input, {*from, *to}, job.outputs.first());
+               }});
 }

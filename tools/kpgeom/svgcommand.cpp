@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
@@ -20,7 +21,8 @@ struct SvgOptions
 void addOptions(CommandLine& line)
 {
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the lines to <OUT> instead of standard output."),
+        QStringLiteral("Write the lines to <OUT> instead of standard output. For a file a file "
+                       "of lines a folder, \"DIR/\", or a pattern with \"{name}\" or \"{path}\"."),
         QStringLiteral("OUT"), QStringLiteral("-")});
     line.addOption({QStringLiteral("names"),
         QStringLiteral("Put the name of each outline, or its number, and a tab before it.")});
@@ -34,6 +36,7 @@ void addOptions(CommandLine& line)
     line.addOption({QStringLiteral("precision"),
         QStringLiteral("Round to <N> decimals, by default to six significant digits."),
         QStringLiteral("N")});
+    addBatchOptions(line);
 }
 
 /** What is wrong with the options, or nothing. */
@@ -90,6 +93,22 @@ bool writeLines(QString const& operand, SvgOptions const& options, QIODevice& de
     return forEachOutline(operand, options.indices, write, progress);
 }
 
+/** Writes the lines of each file to one of its own. */
+Outcome writeEach(CommandLine const& line, SvgOptions const& options)
+{
+    return runBatch(line,
+        {documentSuffixes(), line.value(QStringLiteral("output")), QStringLiteral("txt"), {},
+            [&](BatchJob const& job) {
+                Progress progress({job.input});
+                progress.step();
+                Output output(job.outputs.first());
+                bool const isWritten = output.open()
+                    && writeLines(job.input, options, output.device(), progress.ofStep())
+                    && output.commit();
+                return isWritten ? Outcome::Done : Outcome::Failed;
+            }});
+}
+
 } // namespace
 
 Outcome runSvg(Command const& command, QStringList const& arguments)
@@ -98,19 +117,23 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     addOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    QStringList const operands = line.operands();
-    if (operands.isEmpty())
+    if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
     SvgOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
+    if (isBatch(line, line.value(QStringLiteral("output"))))
+        return writeEach(line, options);
+    QStringList operands;
+    if (auto const end = readOperands(line, documentSuffixes(), operands))
+        return *end;
 
     Output output(line.value(QStringLiteral("output")));
     if (!output.open())
         return Outcome::Failed;
     {
         Progress progress(operands);
-        for (QString const& operand : operands) {
+        for (QString const& operand : qAsConst(operands)) {
             progress.step();
             if (!writeLines(operand, options, output.device(), progress.ofStep()))
                 return Outcome::Failed;
