@@ -2,6 +2,8 @@
 #include "testing.h"
 
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -613,6 +615,19 @@ void TestKpgeomBatch::documentsAreTakenToo()
     QCOMPARE(checked.err, message);
     QCOMPARE(checked.out,
         place.run({"check", "in/b.xml"}).out + place.run({"check", "in/deep/c.xml"}).out);
+    QByteArray const one = place.run({"info", "in/b.xml"}).out;
+    QByteArray const other = place.run({"info", "in/deep/c.xml"}).out;
+    for (QString const& jobs : {QString("1"), QString("3")}) {
+        Result const told = place.run({"info", "-R", "in", "-j", jobs});
+        COMPARE_EXIT(told, 1);
+        QCOMPARE(told.err, message);
+        QCOMPARE(told.out, one + '\n' + other);
+        Result const json = place.run({"info", "--json", "-R", "in", "-j", jobs});
+        QCOMPARE(json.err, message);
+        QCOMPARE(
+            json.out, place.run({"info", "--json", "in/b.xml", "in/bad.xml", "in/deep/c.xml"}).out);
+        QCOMPARE(QJsonDocument::fromJson(json.out).array().size(), 2);
+    }
 }
 
 void TestKpgeomBatch::fullDiskLeavesWholeFiles()

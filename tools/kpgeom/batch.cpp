@@ -371,6 +371,13 @@ std::optional<Outcome> readOperands(
     return std::nullopt;
 }
 
+int jobLimit(CommandLine const& line)
+{
+    BatchOptions options;
+    readBatchOptions(line, options);
+    return options.threads;
+}
+
 QStringList documentSuffixes()
 {
     return {QStringLiteral("xml")};

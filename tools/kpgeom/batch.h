@@ -54,6 +54,9 @@ Outcome runBatch(CommandLine const& line, BatchTask const& task);
 std::optional<Outcome> readOperands(
     CommandLine const& line, QStringList const& suffixes, QStringList& operands);
 
+/** How many files a command works on at a time, of options that readOperands() has taken. */
+int jobLimit(CommandLine const& line);
+
 /** What documents of outlines are called. */
 QStringList documentSuffixes();
 

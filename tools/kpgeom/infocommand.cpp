@@ -1,3 +1,4 @@
+#include "batch.h"
 #include "commandline.h"
 #include "common/filecontent.h"
 #include "common/spool.h"
@@ -5,6 +6,7 @@
 #include "console.h"
 #include "document/outlinesummary.h"
 #include "documentinput.h"
+#include "orderedjobs.h"
 #include "progress.h"
 #include "texttable.h"
 
@@ -187,39 +189,72 @@ bool describe(
     return isRead;
 }
 
+/** What is told of each file, or null for one that cannot be read. */
+using Descriptions = std::vector<std::unique_ptr<Spool>>;
+
+/** Describes all of the files; the worst outcome. */
+Outcome describeAll(QStringList const& operands, bool isJson, int limit, Descriptions& descriptions)
+{
+    descriptions.resize(static_cast<std::size_t>(operands.size()));
+    auto const describeOne = [&](int index, ProgressFunction const& progress) {
+        auto description = std::make_unique<Spool>();
+        if (!describe(operands.at(index), isJson, *description, progress))
+            return Outcome::Failed;
+        descriptions[static_cast<std::size_t>(index)] = std::move(description);
+        return Outcome::Done;
+    };
+    if (limit > 1 && operands.size() > 1) {
+        return runInOrder(
+            {operands.size(), limit, [&operands](int index) { return operands.at(index); },
+                [&describeOne](int index) { return describeOne(index, {}); }});
+    }
+    Outcome outcome = Outcome::Done;
+    Progress progress(operands);
+    for (int index = 0; index < operands.size(); ++index) {
+        progress.step();
+        outcome = worse(outcome, describeOne(index, progress.ofStep()));
+    }
+    return outcome;
+}
+
+void writeAll(Descriptions const& descriptions, bool isJson, QIODevice& device)
+{
+    bool isFirst = true;
+    for (auto const& description : descriptions) {
+        if (!description)
+            continue;
+        if (isJson)
+            device.write(isFirst ? "[\n" : ",\n");
+        else if (!isFirst)
+            device.write("\n");
+        isFirst = false;
+        copyAll(description->content(), device);
+    }
+    if (isJson)
+        device.write(isFirst ? "[\n]\n" : "\n]\n");
+}
+
 } // namespace
 
 Outcome runInfo(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
     line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of tables.")});
+    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
+    QStringList operands;
+    if (auto const end = readOperands(line, documentSuffixes(), operands))
+        return *end;
 
     bool const isJson = line.isSet(QStringLiteral("json"));
-    Outcome outcome = Outcome::Done;
+    Descriptions descriptions;
+    Outcome const outcome = describeAll(operands, isJson, jobLimit(line), descriptions);
     Output output(QStringLiteral("-"));
     output.open();
-    bool isFirst = true;
-    Progress progress(line.operands());
-    for (QString const& file : line.operands()) {
-        progress.step();
-        Spool description;
-        if (!describe(file, isJson, description, progress.ofStep())) {
-            outcome = Outcome::Failed;
-            continue;
-        }
-        if (isJson)
-            output.device().write(isFirst ? "[\n" : ",\n");
-        else if (!isFirst)
-            output.device().write("\n");
-        isFirst = false;
-        copyAll(description.content(), output.device());
-    }
-    if (isJson)
-        output.device().write(isFirst ? "[\n]\n" : "\n]\n");
+    writeAll(descriptions, isJson, output.device());
     Progress::clear();
     return output.commit() ? outcome : Outcome::Failed;
 }
