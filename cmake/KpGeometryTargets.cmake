@@ -80,6 +80,8 @@ function(kpgeometry_add_library target)
     $<BUILD_INTERFACE:${include_dir}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry>)
   target_compile_features(${target} INTERFACE cxx_std_11)
+  # Who calls its own functions gets its own: only a program that interposes them could tell.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   target_link_libraries(${target}
     PUBLIC ${arg_PUBLIC}
     PRIVATE $<BUILD_INTERFACE:kpgeometry_settings> ${arg_PRIVATE})
