@@ -283,21 +283,12 @@ private:
         case Kind::Text:
             writeText(m_writer, isVerbatim ? node.text : collapsed(node.text));
             break;
-        case Kind::CharacterData:
-            m_writer.writeCDATA(node.text);
-            break;
-        case Kind::Reference:
-            m_writer.writeEntityReference(node.name);
-            break;
-        case Kind::Comment:
-            m_writer.writeComment(node.text);
-            break;
-        case Kind::Instruction:
-            m_writer.writeProcessingInstruction(node.name, node.text);
-            break;
         case Kind::DocumentType:
             m_hasDefaults = node.text.contains(QLatin1String("<!ATTLIST"));
-            m_writer.writeDTD(node.text.trimmed());
+            writeLeaf(m_writer, node);
+            break;
+        default:
+            writeLeaf(m_writer, node);
             break;
         }
     }

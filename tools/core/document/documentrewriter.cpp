@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace {
 
@@ -18,22 +19,20 @@ class OutlinesByMarkup
 {
 public:
     explicit OutlinesByMarkup(Outlines const& outlines)
-        : m_outlines(outlines)
     {
+        for (Outline const& outline : outlines)
+            m_lists.emplace(outline.markup, outline.list.get());
     }
 
     /** The outline that the element is, or null. */
     KpPathSegList const* listOf(MarkupNode const& element) const
     {
-        if (element.name != GeometryFormat::geometry())
-            return nullptr;
-        auto const found = std::find_if(m_outlines.cbegin(), m_outlines.cend(),
-            [&element](Outline const& outline) { return outline.markup == &element; });
-        return found->list.get();
+        auto const found = m_lists.find(&element);
+        return found == m_lists.cend() ? nullptr : found->second;
     }
 
 private:
-    Outlines const& m_outlines;
+    std::unordered_map<MarkupNode const*, KpPathSegList const*> m_lists;
 };
 
 /** Copies a document token by token, and its outlines as they stand in their lists. */
@@ -61,13 +60,10 @@ public:
             m_writer.writeEndElement();
             --m_depth;
             break;
-        case QXmlStreamReader::DTD:
-            m_writer.writeDTD(reader.text().trimmed().toString());
-            break;
         case QXmlStreamReader::EndDocument:
             return;
         default:
-            copyText(reader);
+            writeLeaf(m_writer, nodeAt(reader));
             break;
         }
         endLine();
@@ -84,8 +80,6 @@ public:
     bool hasError() const { return m_writer.hasError(); }
 
 private:
-    using Kind = MarkupNode::Kind;
-
     void startDocument(bool isStandalone)
     {
         QString const version = QStringLiteral("1.0");
@@ -102,40 +96,14 @@ private:
             m_writer.writeCharacters(QStringLiteral("\n"));
     }
 
-    void copyText(QXmlStreamReader const& reader)
-    {
-        if (reader.isCharacters() && !reader.isCDATA())
-            writeText(m_writer, reader.text().toString());
-        else
-            m_writer.writeCurrentToken(reader);
-    }
-
     /** @param copyChild copies an element inside */
     template <class CopyChild> void copyContent(MarkupNode const& element, CopyChild copyChild)
     {
         for (MarkupNode const& child : element.children) {
-            switch (child.kind) {
-            case Kind::Element:
+            if (child.kind == MarkupNode::Kind::Element)
                 copyChild(child);
-                break;
-            case Kind::Text:
-                writeText(m_writer, child.text);
-                break;
-            case Kind::CharacterData:
-                m_writer.writeCDATA(child.text);
-                break;
-            case Kind::Reference:
-                m_writer.writeEntityReference(child.name);
-                break;
-            case Kind::Comment:
-                m_writer.writeComment(child.text);
-                break;
-            case Kind::Instruction:
-                m_writer.writeProcessingInstruction(child.name, child.text);
-                break;
-            case Kind::DocumentType:
-                break; // There is none inside an element.
-            }
+            else
+                writeLeaf(m_writer, child);
         }
     }
 

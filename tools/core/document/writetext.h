@@ -1,6 +1,8 @@
 #ifndef WRITETEXT_H
 #define WRITETEXT_H
 
+#include "document/markup.h"
+
 #include <QStringList>
 #include <QXmlStreamWriter>
 
@@ -14,6 +16,33 @@ inline void writeText(QXmlStreamWriter& writer, QString const& text)
         if (i > 0)
             writer.writeEntityReference(QStringLiteral("#13"));
         writer.writeCharacters(parts.at(i));
+    }
+}
+
+/** Writes a node that holds no other, so that it is read back as it is; nothing for an element. */
+inline void writeLeaf(QXmlStreamWriter& writer, MarkupNode const& node)
+{
+    switch (node.kind) {
+    case MarkupNode::Kind::Element:
+        break;
+    case MarkupNode::Kind::Text:
+        writeText(writer, node.text);
+        break;
+    case MarkupNode::Kind::CharacterData:
+        writer.writeCDATA(node.text);
+        break;
+    case MarkupNode::Kind::Reference:
+        writer.writeEntityReference(node.name);
+        break;
+    case MarkupNode::Kind::Comment:
+        writer.writeComment(node.text);
+        break;
+    case MarkupNode::Kind::Instruction:
+        writer.writeProcessingInstruction(node.name, node.text);
+        break;
+    case MarkupNode::Kind::DocumentType:
+        writer.writeDTD(node.text.trimmed());
+        break;
     }
 }
 
