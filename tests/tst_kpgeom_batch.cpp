@@ -8,6 +8,7 @@
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace KpgeomTesting;
 
@@ -39,6 +40,8 @@ private Q_SLOTS:
     void renderMakesOnePictureOfAFolder();
     void svgWritesFiles();
     void documentsAreTakenToo();
+    void linksDoNotHideAClash();
+    void failedWriteIsToldOfTheOutput();
     void fullDiskLeavesWholeFiles();
     void signalLeavesWholeFiles_data();
     void signalLeavesWholeFiles();
@@ -177,9 +180,9 @@ void TestKpgeomBatch::wrongUsageIsToldInOneLine_data()
     row("convert a.svg b.svg -o x{{{path}{{.xml -j 1 a.svg",
         "a.svg and a.svg would both become x{a{.xml");
     row("convert a.svg b.svg -o ./{name}.svg --watch",
-        "./a.svg is an input and would become an output");
+        "./a.svg is an input and would become an output (see kpgeom resize --help)");
     row("convert a.svg b.svg -o b.svg/../{name}b.svg -j 2",
-        "b.svg/../ab.svg is an input and would become an output");
+        "b.svg/../ab.svg is an input and would become an output (see kpgeom resize --help)");
     row("convert --path M0 -o a.xml -R", "--recursive does not go with --path");
     row("convert --font a --text b -o a.xml -j 1", "--jobs does not go with --font and --text");
     row("convert --presets a -o b --watch", "--watch does not go with --presets");
@@ -627,6 +630,46 @@ void TestKpgeomBatch::documentsAreTakenToo()
         QCOMPARE(
             json.out, place.run({"info", "--json", "in/b.xml", "in/bad.xml", "in/deep/c.xml"}).out);
         QCOMPARE(QJsonDocument::fromJson(json.out).array().size(), 2);
+    }
+}
+
+void TestKpgeomBatch::linksDoNotHideAClash()
+{
+    Workplace const place;
+    QVERIFY(QDir(place.path()).mkdir("in") && QDir(place.path()).mkdir("one"));
+    place.write("in/a.xml", "<D>" + boxGeometry() + "</D>");
+    place.write("in/a-9x9.xml", "<D>" + boxGeometry() + "</D>");
+    QCOMPARE(symlink("in", QFile::encodeName(place.path("link")).constData()), 0);
+    COMPARE_FAILURE(place.run({"resize", "in/a.xml", "in/a-9x9.xml", "--from", "9x9", "--to", "4x4",
+                        "-o", "link/{name}-9x9.xml"}),
+        2,
+        "kpgeom resize: link/a-9x9.xml is an input and would become an output (see kpgeom resize "
+        "--help)");
+    place.write("one/z.xml", "");
+    QCOMPARE(symlink("one", QFile::encodeName(place.path("two")).constData()), 0);
+    place.write("one.xml", "<D/>");
+    place.write("two.xml", "<D/>");
+    COMPARE_FAILURE(place.run({"normalize", "one.xml", "two.xml", "-o", "{name}/z.xml"}), 2,
+        "kpgeom normalize: one.xml and two.xml would both become two/z.xml (see kpgeom normalize "
+        "--help)");
+    QCOMPARE(place.read("one/z.xml"), QByteArray());
+}
+
+void TestKpgeomBatch::failedWriteIsToldOfTheOutput()
+{
+    Workplace const place;
+    place.write("in.xml", "<D>" + boxGeometry().repeated(500) + "</D>");
+    Workplace::Start start;
+    start.setUp = [] {
+        rlimit const room {20000, 20000};
+        setrlimit(RLIMIT_FSIZE, &room);
+    };
+    for (QStringList const& command :
+        {QStringList {"normalize"}, QStringList {"resize", "--from", "100x60", "--to", "10x6"}}) {
+        Result const result = place.run(command + QStringList {"in.xml", "-o", "out.xml"}, start);
+        COMPARE_EXIT(result, 1);
+        QVERIFY2(result.err.endsWith("out.xml: File too large\n"), result.err.constData());
+        QCOMPARE(place.entries(), QStringList("in.xml"));
     }
 }
 

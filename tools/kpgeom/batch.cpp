@@ -79,10 +79,15 @@ FileState stateOf(QString const& file)
     return {status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-/** Where a file is, however it is named. */
+/** Where a file is or would be, however it is named and whatever links lead there. */
 QString placeOf(QString const& file)
 {
-    return QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+    QFileInfo const info(file);
+    if (QString const place = info.canonicalFilePath(); !place.isEmpty())
+        return place;
+    QString const folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    return folder.isEmpty() ? QDir::cleanPath(info.absoluteFilePath())
+                            : folder + QLatin1Char('/') + info.fileName();
 }
 
 /** What there is to be done. */
@@ -224,8 +229,9 @@ private:
 
     Outcome run(QVector<BatchJob> const& jobs)
     {
-        // Any thread may need fonts, and their application belongs to this one.
-        needGuiApplication();
+        // Any thread may need them, and their application belongs to this one.
+        if (m_task.needsFonts)
+            needGuiApplication();
         return runInOrder(
             {jobs.size(), m_options.threads, [&](int index) { return jobs.at(index).input; },
                 [&](int index) { return run(jobs.at(index)); }});

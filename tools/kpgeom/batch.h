@@ -23,6 +23,7 @@ struct BatchTask
     QString suffix; ///< of outputs in a folder; that of the input if empty
     QVector<QSizeF> sizes; ///< for each of which there is an output; none for one without a size
     std::function<Outcome(BatchJob const&)> run; ///< called in any thread
+    bool needsFonts = false; ///< or pixmaps
 };
 
 /** Declares the options that all commands of many files have: --recursive, --jobs and --watch. */

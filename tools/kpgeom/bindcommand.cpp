@@ -273,5 +273,5 @@ Outcome runBind(Command const& command, QStringList const& arguments)
     return runBatch(line,
         {{QStringLiteral("xml"), QStringLiteral("svg"), QStringLiteral("svgz")}, options.output,
             QStringLiteral("xml"), {},
-            [&](BatchJob const& job) { return bindFile(line, options, job); }});
+            [&](BatchJob const& job) { return bindFile(line, options, job); }, true});
 }

@@ -176,5 +176,5 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     needGuiApplication();
     return runBatch(line,
         {pictureSuffixes(), options.output, options.format.toLower(), {},
-            [&](BatchJob const& job) { return blurFile(options, job); }});
+            [&](BatchJob const& job) { return blurFile(options, job); }, true});
 }

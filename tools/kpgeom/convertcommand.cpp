@@ -323,5 +323,5 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
         return writeDocument(options, output);
     return runBatch(line,
         {pictureSuffixes(), output, QStringLiteral("xml"), {},
-            [&](BatchJob const& job) { return convertFile(line, options, job); }});
+            [&](BatchJob const& job) { return convertFile(line, options, job); }, true});
 }

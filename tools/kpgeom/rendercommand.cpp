@@ -219,7 +219,7 @@ Outcome runRender(Command const& command, QStringList const& arguments)
         return runBatch(line,
             {documentSuffixes(), options.output, suffixOf(line, options),
                 options.isSheet ? QVector<QSizeF>() : options.boxes,
-                [&](BatchJob const& job) { return renderFile(options, job); }});
+                [&](BatchJob const& job) { return renderFile(options, job); }, true});
     }
     QStringList operands;
     if (auto const end = readOperands(line, documentSuffixes(), operands))

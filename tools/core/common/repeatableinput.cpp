@@ -1,5 +1,7 @@
 #include "common/repeatableinput.h"
 
+#include "common/filecontent.h"
+
 #include <QBuffer>
 #include <QFile>
 #include <QTemporaryFile>
@@ -55,10 +57,11 @@ private:
             fault = m_file->errorString();
         if (count <= 0)
             return count;
+        errno = 0;
         bool const isKept = (m_copy.isOpen() || m_copy.open()) && m_copy.write(data, count) == count
             && m_copy.flush();
         if (!isKept) {
-            fault = m_copy.errorString();
+            fault = QStringLiteral("cannot be kept to be read again: %1").arg(reasonOf(m_copy));
             return -1;
         }
         m_copied += count;

@@ -167,8 +167,6 @@ public:
         put(*outlines.front().markup);
     }
 
-    bool hasError() const { return m_writer.hasError(); }
-
 private:
     /** An element outside outlines whose end is still to come. */
     struct Open
@@ -529,10 +527,7 @@ bool normalizeDocument(
     Normalizer normalizer(file, survey.isKept(), output, diagnostics);
     auto const second = input();
     OutlineReader reader(*second, file, OutlineReader::Detail::Markup);
-    bool const isReadAgain = readAll(
+    return readAll(
         reader, [&normalizer](QXmlStreamReader const& xml) { normalizer.take(xml); },
         [&normalizer](Outlines const& group) { normalizer.take(group); }, diagnostics);
-    if (isReadAgain && normalizer.hasError())
-        diagnostics.error(file, QStringLiteral("the copy cannot be written"));
-    return isReadAgain && !normalizer.hasError();
 }

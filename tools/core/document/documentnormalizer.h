@@ -21,10 +21,11 @@
  * stream reader would take for a segment or a coordinate. Another warning tells how many numbers
  * were rounded. What else is lost to sight by this, checkReading() finds.
  *
- * It is read twice, an outline at a time. False, with a diagnostic, if it is no well-formed XML,
- * goes beyond BoundedXml's bounds or cannot be written; what was written then is of no use.
+ * It is read twice, an outline at a time. False, with a diagnostic, if it is no well-formed XML or
+ * goes beyond BoundedXml's bounds; what was written then is of no use.
  *
  * @param file its name in diagnostics
+ * @param output it must remember itself whether anything could not be written
  */
 bool normalizeDocument(
     RepeatableInput const& input, QString const& file, QIODevice& output, Diagnostics& diagnostics);

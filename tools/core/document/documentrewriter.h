@@ -14,9 +14,10 @@ using OutlineEdit = std::function<bool(Outline&)>;
  * document type, the spelling of numbers that are the same. Rules and coordinates that are left
  * to the readers are written down.
  *
- * False, with a diagnostic, if it is no well-formed XML, goes beyond BoundedXml's bounds or cannot
- * be written; and, without one, if `edit` said so. What was written then is of no use.
+ * False, with a diagnostic, if it is no well-formed XML or goes beyond BoundedXml's bounds; and,
+ * without one, if `edit` said so. What was written then is of no use.
  *
+ * @param output it must remember itself whether anything could not be written
  * @param file the name of the input in diagnostics
  * @param edit called with each outline in document order
  * @param progress called now and then; may be empty
