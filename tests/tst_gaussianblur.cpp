@@ -1,4 +1,5 @@
 #include "gaussianblur.h"
+#include "largepages_p.h"
 #include "stackblur_p.h"
 #include "testing.h"
 
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -105,6 +107,43 @@ QVector<QRgb> blurred(QImage const& image, int radius, quint32 flatness)
     return pixelsOf(GaussianBlur::blurBitmap(image, unsigned(radius), flatness).toImage());
 }
 
+/** By radius 1, of an image over the pixels of another, and with all that belongs to that. */
+QPixmap blurredFromForeignMemory(QImage image)
+{
+    QImage over(image.bits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    over.setDevicePixelRatio(image.devicePixelRatio());
+    over.setDotsPerMeterX(image.dotsPerMeterX());
+    over.setDotsPerMeterY(image.dotsPerMeterY());
+    over.setOffset(image.offset());
+    over.setColorSpace(image.colorSpace());
+    for (QString const& key : image.textKeys())
+        over.setText(key, image.text(key));
+    return GaussianBlur::blurBitmap(std::move(over), 1, 0);
+}
+
+/** What a blur makes of an image, in place or in a new one. */
+QVector<QRgb> blurredBy(void (*blur)(StackBlur::Pixels const&, Kernel const&), QImage const& image,
+    Kernel const& kernel, bool isInPlace)
+{
+    QImage result = isInPlace ? image.copy() : QImage(image.size(), image.format());
+    quint8* const data = result.bits();
+    blur({isInPlace ? data : image.constBits(), image.bytesPerLine(), data, result.bytesPerLine(),
+             image.width(), image.height()},
+        kernel);
+    return pixelsOf(result);
+}
+
+/** The pixels of a picture that is white beyond a line in its middle. */
+QImage blackAndWhite(int width, int height)
+{
+    QVector<QRgb> pixels;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            pixels << (x > width / 2 || y > height / 2 ? 0xFFFFFFFFU : 0U);
+    }
+    return imageOf(pixels, width);
+}
+
 /** Of the first pixel that differs, or empty. */
 QString difference(QVector<QRgb> const& actual, QVector<QRgb> const& expected, int width)
 {
@@ -150,6 +189,7 @@ private Q_SLOTS:
     void imageOfTheCallerStays();
     void whoeverOwnsTheMemoryItIsOnlyRead_data();
     void whoeverOwnsTheMemoryItIsOnlyRead();
+    void pixelsOfNobodyElseAreBlurredWhereTheyAre();
     void otherFormatsAreConverted_data();
     void otherFormatsAreConverted();
     void formatsOf32BitsAreBlurredAsTheyAre_data();
@@ -163,6 +203,8 @@ private Q_SLOTS:
     void agreesWithTheDefinition();
     void everySetOfInstructionsGivesTheSameBytes_data();
     void everySetOfInstructionsGivesTheSameBytes();
+    void sumsAreExactUpToTheirBounds_data();
+    void sumsAreExactUpToTheirBounds();
     void processorsGetNoInstructionsThatTheyLack();
     void featuresAreThoseThatTheSystemNames_data();
     void featuresAreThoseThatTheSystemNames();
@@ -170,6 +212,10 @@ private Q_SLOTS:
     void kernelsThatWrapAreLeftToThePlainBlur();
     void quotientsAreExactAtEveryStep();
     void quotientsAreExactForEverySum();
+    void shortQuotientsAreExactForEverySum();
+    void floatQuotientsAreExactAtEveryStep();
+    void largePicturesAreBlurredAlike();
+    void adviceLeavesTheMemoryAsItIs();
 };
 
 void TestGaussianBlur::tableHoldsTheSquares()
@@ -349,6 +395,25 @@ void TestGaussianBlur::whoeverOwnsTheMemoryItIsOnlyRead()
     }
 }
 
+void TestGaussianBlur::pixelsOfNobodyElseAreBlurredWhereTheyAre()
+{
+    QRandomGenerator random = seededRandom(13);
+    for (QSize const& size : {QSize(1, 1), QSize(1, 9), QSize(9, 1), QSize(37, 53), QSize(64, 3)}) {
+        QImage image = randomImage(size.width(), size.height(), random);
+        for (int const radius : {1, 15, 16, 200}) {
+            QVector<QRgb> const expected = plainlyBlurred(image, kernelOf(radius, 0));
+            QImage own = image.copy();
+            uchar const* const memory = own.constBits();
+            QPixmap const pixmap = GaussianBlur::blurBitmap(std::move(own), unsigned(radius), 0);
+            QCOMPARE(pixmap.toImage().constBits(), memory);
+            QCOMPARE(pixelsOf(pixmap.toImage()), expected);
+        }
+        QImage const shared = image;
+        QPixmap const pixmap = GaussianBlur::blurBitmap(std::move(image), 1, 0);
+        QVERIFY(pixmap.toImage().constBits() != shared.constBits());
+    }
+}
+
 void TestGaussianBlur::otherFormatsAreConverted_data()
 {
     QTest::addColumn<QImage::Format>("format");
@@ -419,15 +484,18 @@ void TestGaussianBlur::whatBelongsToThePictureStays()
     image.setOffset(QPoint(3, 4));
     image.setText("Author", "A B");
     image.setColorSpace(QColorSpace::SRgb);
-    QPixmap const pixmap = GaussianBlur::blurBitmap(image, 1, 0);
-    QCOMPARE(pixmap.devicePixelRatio(), 2.0);
     QImage const plain = QPixmap::fromImage(image).toImage();
-    QImage const result = pixmap.toImage();
-    QCOMPARE(result.dotsPerMeterX(), plain.dotsPerMeterX());
-    QCOMPARE(result.dotsPerMeterY(), plain.dotsPerMeterY());
-    QCOMPARE(result.offset(), plain.offset());
-    QCOMPARE(result.text("Author"), plain.text("Author"));
-    QCOMPARE(result.colorSpace(), plain.colorSpace());
+    for (QPixmap const& pixmap : {GaussianBlur::blurBitmap(image, 1, 0),
+             GaussianBlur::blurBitmap(image.copy(), 1, 0), blurredFromForeignMemory(image)}) {
+        QCOMPARE(pixmap.devicePixelRatio(), 2.0);
+        QImage const result = pixmap.toImage();
+        QCOMPARE(result.format(), plain.format());
+        QCOMPARE(result.dotsPerMeterX(), plain.dotsPerMeterX());
+        QCOMPARE(result.dotsPerMeterY(), plain.dotsPerMeterY());
+        QCOMPARE(result.offset(), plain.offset());
+        QCOMPARE(result.text("Author"), plain.text("Author"));
+        QCOMPARE(result.colorSpace(), plain.colorSpace());
+    }
 }
 
 void TestGaussianBlur::tableIsReadAtEachCall()
@@ -523,19 +591,60 @@ void TestGaussianBlur::everySetOfInstructionsGivesTheSameBytes()
         if (!StackBlur::isWideKernel(kernel))
             continue;
         QImage const image = randomImage(width, height, random);
-        QImage plain(width, height, image.format());
-        QImage wide(width, height, image.format());
-        auto const into = [&image](QImage& result) {
-            return StackBlur::Pixels {image.constBits(), image.bytesPerLine(), result.bits(),
-                result.bytesPerLine(), result.width(), result.height()};
-        };
-        StackBlur::blurPlain(into(plain), kernel);
-        blur(into(wide), kernel);
-        QString const what = difference(pixelsOf(wide), pixelsOf(plain), width);
+        QString const what = difference(blurredBy(blur, image, kernel, i % 2 == 0),
+            blurredBy(StackBlur::blurPlain, image, kernel, false), width);
         QVERIFY2(what.isEmpty(),
             qPrintable(QStringLiteral("%1 by %2, radius %3, flatness %4: %5")
                            .arg(QString::number(width), QString::number(height),
                                QString::number(radius), QString::number(flatness), what)));
+    }
+}
+
+void TestGaussianBlur::sumsAreExactUpToTheirBounds_data()
+{
+    QTest::addColumn<int>("radius");
+    QTest::addColumn<quint32>("flatness");
+    // A divisor up to 256 leaves sums of 16 bits.
+    QTest::newRow("divisor 256") << 15 << 0U;
+    QTest::newRow("divisor 289") << 16 << 0U;
+    QTest::newRow("divisor 256, flat") << 1 << 84U;
+    QTest::newRow("divisor 259, flat") << 1 << 85U;
+    // Radius + 1 + flatness up to 128 leaves steps of 16 bits.
+    QTest::newRow("short steps") << 127 << 0U;
+    QTest::newRow("long steps") << 128 << 0U;
+    QTest::newRow("short steps, flat") << 63 << 64U;
+    QTest::newRow("long steps, flat") << 63 << 65U;
+    // A divisor up to 2^15 or 2^16 leaves sums that a float keeps.
+    QTest::newRow("divisor below 2^15") << 180 << 0U;
+    QTest::newRow("divisor above 2^15") << 181 << 0U;
+    QTest::newRow("divisor below 2^16") << 254 << 1U;
+    QTest::newRow("divisor above 2^16") << 254 << 2U;
+    // So does a flatness that has 15 bits when doubled.
+    QTest::newRow("flatness 16383") << 1 << 16383U;
+    QTest::newRow("flatness 16384") << 1 << 16384U;
+    QTest::newRow("greatest flatness") << 1 << 32767U;
+    QTest::newRow("greatest divisor") << 127 << 32767U;
+}
+
+void TestGaussianBlur::sumsAreExactUpToTheirBounds()
+{
+    QFETCH(int, radius);
+    QFETCH(quint32, flatness);
+    Kernel const kernel = kernelOf(radius, flatness);
+    QVERIFY(StackBlur::isWideKernel(kernel));
+    QRandomGenerator random = seededRandom(14);
+    QVector<QImage> const images {blackAndWhite(600, 70), blackAndWhite(70, 600),
+        randomImage(300, 200, random), randomImage(1, 700, random), randomImage(700, 1, random)};
+    for (QImage const& image : images) {
+        QVector<QRgb> const expected = blurredBy(StackBlur::blurPlain, image, kernel, false);
+        for (auto const& wide : StackBlur::wideBlurs(ProcessorFeatures::isPresent)) {
+            for (bool const isInPlace : {false, true}) {
+                QString const what = difference(
+                    blurredBy(wide.blur, image, kernel, isInPlace), expected, image.width());
+                QVERIFY2(what.isEmpty(),
+                    qPrintable(QLatin1String(wide.instructions) + QStringLiteral(": ") + what));
+            }
+        }
     }
 }
 
@@ -682,12 +791,82 @@ void TestGaussianBlur::quotientsAreExactForEverySum()
     for (int const radius : radii) {
         quint32 const value = kernelOf(radius, 0).divisor;
         StackBlur::Divisor const divisor(value);
-        QVERIFY(divisor.isShort());
         for (quint32 sum = 0; sum <= 255 * value; ++sum) {
             if (divisor.quotient(sum) != sum / value)
                 QFAIL(qPrintable(QStringLiteral("%1 by %2").arg(sum).arg(value)));
         }
     }
+}
+
+void TestGaussianBlur::shortQuotientsAreExactForEverySum()
+{
+    for (quint32 value = 2; value <= StackBlur::ShortDivisor::greatest; ++value) {
+        StackBlur::ShortDivisor const divisor(value);
+        QVERIFY(divisor.multiplier() <= 0xFFFF);
+        QVERIFY(255 * value + divisor.offset() <= 0xFFFF);
+        for (quint32 sum = 0; sum <= 255 * value; ++sum) {
+            if (divisor.quotient(sum) != sum / value)
+                QFAIL(qPrintable(QStringLiteral("%1 by %2").arg(sum).arg(value)));
+        }
+    }
+}
+
+void TestGaussianBlur::floatQuotientsAreExactAtEveryStep()
+{
+    using StackBlur::FloatDivisor;
+    auto const lowerWord = [](float number) {
+        quint32 bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        return bits & 0xFFFF;
+    };
+    for (quint32 value = 1; value <= FloatDivisor::greatestFused; ++value) {
+        FloatDivisor const divisor(value);
+        for (quint32 quotient = 0; quotient < 256; ++quotient) {
+            for (quint32 const sum : {quotient * value, quotient * value + value - 1}) {
+                if (sum > 255 * value)
+                    continue;
+                int const scaled = 2 * int(sum) + divisor.offset();
+                auto const exact = float(scaled);
+                QVERIFY(int(exact) == scaled);
+                bool const isExact =
+                    lowerWord(std::fma(exact, divisor.reciprocal(), FloatDivisor::whole))
+                    == quotient;
+                float const product = exact * divisor.reciprocal();
+                bool const isExactIfRounded = value > FloatDivisor::greatest
+                    || lowerWord(product + FloatDivisor::whole) == quotient;
+                if (!isExact || !isExactIfRounded)
+                    QFAIL(qPrintable(QStringLiteral("%1 by %2").arg(sum).arg(value)));
+            }
+        }
+        // A sanitizer takes its time.
+        if (Testing::sanitized)
+            value += value / 64;
+    }
+}
+
+void TestGaussianBlur::largePicturesAreBlurredAlike()
+{
+    // Several of the pages that are asked for, and one line of pixels more than whole vectors.
+    QRandomGenerator random = seededRandom(15);
+    QImage const image = randomImage(1601, 1500, random);
+    for (int const radius : {3, 30}) {
+        QVector<QRgb> const expected =
+            blurredBy(StackBlur::blurPlain, image, kernelOf(radius, 0), false);
+        QCOMPARE(difference(blurred(image, radius, 0), expected, 1601), QString());
+        QPixmap const moved = GaussianBlur::blurBitmap(image.copy(), unsigned(radius), 0);
+        QCOMPARE(difference(pixelsOf(moved.toImage()), expected, 1601), QString());
+    }
+}
+
+void TestGaussianBlur::adviceLeavesTheMemoryAsItIs()
+{
+    std::vector<char> memory(5 << 20, 'a');
+    std::vector<char> const before = memory;
+    for (std::size_t const offset : {0U, 1U, 4096U, 3000000U}) {
+        for (std::size_t const size : {std::size_t(0), std::size_t(1), memory.size() - offset})
+            LargePages::adviseFor(memory.data() + offset, size);
+    }
+    QVERIFY(memory == before);
 }
 
 QTEST_MAIN(TestGaussianBlur)

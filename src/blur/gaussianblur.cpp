@@ -1,11 +1,13 @@
 #include "gaussianblur.h"
 
+#include "largepages_p.h"
 #include "stackblur_p.h"
 
 #include <QColorSpace>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 // clang-format off
 unsigned int GaussianBlur::g_gus_blur_scale[255] = {
@@ -40,6 +42,7 @@ static_assert(std::size(GaussianBlur::g_gus_blur_scale) == StackBlur::greatestRa
     "the table ends with the greatest radius");
 
 constexpr int blurredDepth = 32;
+constexpr int bytesPerPixel = 4;
 
 QImage::Format convertedFormat(QImage const& image)
 {
@@ -60,6 +63,26 @@ QImage withoutPixels(QImage const& image)
     return result;
 }
 
+/** Whether the pixels may belong to the image, and to no other: then no row ends with padding. */
+bool mayOwnPixels(QImage const& image)
+{
+    return image.isDetached() && image.bytesPerLine() == image.width() * bytesPerPixel;
+}
+
+/**
+ * The same picture in memory of its own. No function tells whether an image was made over the memory
+ * of somebody else; but Qt converts in place only pixels that the image owns and copies all others,
+ * and between these two formats nothing is converted but the name.
+ */
+QImage inOwnMemory(QImage&& image)
+{
+    QImage::Format const format = image.format();
+    image.reinterpretAsFormat(QImage::Format_RGBX8888);
+    QImage result = std::move(image).convertToFormat(QImage::Format_RGBA8888);
+    result.reinterpretAsFormat(format);
+    return result;
+}
+
 void blurInto(QImage& result, QImage const& source, StackBlur::Kernel const& kernel)
 {
     quint8* const data = result.bits();
@@ -72,16 +95,30 @@ void blurInto(QImage& result, QImage const& source, StackBlur::Kernel const& ker
 }
 
 /** Null where there is no memory for another image. */
-QImage blurred(QImage const& image, StackBlur::Kernel const& kernel)
+QImage blurredInPlace(QImage image, StackBlur::Kernel const& kernel)
 {
-    bool const isBlurredAsItIs = image.depth() == blurredDepth;
-    QImage result =
-        isBlurredAsItIs ? withoutPixels(image) : image.convertToFormat(convertedFormat(image));
-    // The pixels are not copied first, so that nothing is written but the result, whoever owns
-    // the memory of the image.
-    if (!result.isNull())
-        blurInto(result, isBlurredAsItIs ? image : result, kernel);
+    if (!image.isNull())
+        blurInto(image, image, kernel);
+    return image;
+}
+
+QImage blurredApart(QImage const& image, StackBlur::Kernel const& kernel)
+{
+    QImage result = withoutPixels(image);
+    if (!result.isNull()) {
+        LargePages::adviseFor(result.bits(), std::size_t(result.sizeInBytes()));
+        blurInto(result, image, kernel);
+    }
     return result;
+}
+
+QImage blurred(QImage&& image, StackBlur::Kernel const& kernel)
+{
+    if (image.depth() != blurredDepth)
+        return blurredInPlace(image.convertToFormat(convertedFormat(image)), kernel);
+    if (mayOwnPixels(image))
+        return blurredInPlace(inOwnMemory(std::move(image)), kernel);
+    return blurredApart(image, kernel);
 }
 
 } // namespace
@@ -92,5 +129,6 @@ QPixmap GaussianBlur::blurBitmap(QImage image, unsigned int radius, unsigned int
     unsigned int const divisor = flatness * (2 * used + 1) + g_gus_blur_scale[used];
     if (image.isNull() || radius == 0 || divisor == 0)
         return QPixmap::fromImage(image);
-    return QPixmap::fromImage(blurred(image, {static_cast<int>(used), flatness, divisor}));
+    return QPixmap::fromImage(
+        blurred(std::move(image), {static_cast<int>(used), flatness, divisor}));
 }

@@ -31,8 +31,9 @@ KPGEOMETRY_EXPORT extern unsigned int g_gus_blur_scale[255];
  * should be premultiplied: in any other format the colour that is hidden in transparent pixels
  * comes out as a dark or light halo.
  *
- * @param image of any size; its pixels are only read, whoever owns their memory. If it has not 32
- * bits per pixel it is converted first, to QImage::Format_ARGB32_Premultiplied if it has an alpha
+ * @param image of any size. A picture that is moved in, and that shares its pixels with nobody, is
+ * blurred where it is; all others are only read, whoever owns their memory. If it has not 32 bits per
+ * pixel it is converted first, to QImage::Format_ARGB32_Premultiplied if it has an alpha
  * channel, else to QImage::Format_RGB32.
  * @param radius in pixels; 0 returns the image as it is, more than 254 counts as 254
  * @param flatness is added to every weight: 0 gives a triangle, a large one comes close to a box.

@@ -25,7 +25,8 @@ namespace StackBlur {
 
 /**
  * Where the pixels are that are blurred, and where the result goes: to the same place, or one that
- * does not overlap. A pixel has four bytes, each a channel of its own.
+ * does not overlap. A pixel has four bytes, each a channel of its own. Bytes between two rows may be
+ * read, but are never written.
  */
 struct Pixels
 {
@@ -56,17 +57,14 @@ struct Kernel
  * Multiplication", PLDI 1994: a reciprocal scaled by a power of 2 and rounded up. Theirs serves all
  * numbers of a word; that sums end at 255 times the divisor leaves a multiplier of 32 bits.
  *
- * Sum and divisor are scaled by the same power of 2, to a divisor S above 256. Let M be 2^(32+k) / S,
- * rounded up, so that M * S = 2^(32+k) + e with 0 <= e < S. Then
+ * Of a divisor S let k be the number with 2^k < S <= 2^(k+1), and M be 2^(32+k) / S, rounded up, so
+ * that M * S = 2^(32+k) + e with 0 <= e < S. Then
  *
  *     sum * M / 2^(32+k) = sum / S + (sum / S) * (e / 2^(32+k)),
  *
  * whose integer part is that of sum / S as long as the second term is less than 1 / S, that is
- * sum * e < 2^(32+k). With k = 8 the product, less its lower 32 bits, has 16 bits, which is short.
- * M < 2^32 because S > 256; the condition is 255 * S * e < 2^40 and holds for all S up to 65,664,
- * and for many beyond. Where it does not, k is the number with 2^k < S <= 2^(k+1). Then
- * 255 * S * e < 2^8 * 2^23 * 2^(k+1) = 2^(32+k), and M < 2^32, because S >= 2^k + 1 and k <= 22
- * leave 2^32 - M at least 2^9 - 1.
+ * sum * e < 2^(32+k). It is, as sum * e <= 255 * S * e < 2^8 * 2^23 * 2^(k+1). And M < 2^32, because
+ * S >= 2^k + 1 and k <= 22 leave 2^32 - M at least 2^9 - 1.
  */
 class Divisor
 {
@@ -75,41 +73,106 @@ public:
 
     explicit constexpr Divisor(quint32 divisor) noexcept
     {
-        while (divisor * m_scale <= 256)
-            m_scale *= 2;
-        quint64 const scaled = quint64(divisor) * m_scale;
-        m_multiplier = multiplierFor(scaled);
-        quint64 const error = m_multiplier * scaled - power();
-        if (255 * scaled * error < power())
-            return;
-        while (scaled > 2ULL << m_shift)
+        while (divisor > 2U << m_shift)
             ++m_shift;
-        m_multiplier = multiplierFor(scaled);
+        m_multiplier = static_cast<quint32>(((1ULL << (32 + m_shift)) + divisor - 1) / divisor);
     }
 
-    /** What sums have to be multiplied by first. */
-    constexpr int scale() const noexcept { return static_cast<int>(m_scale); }
-    constexpr quint32 multiplier() const noexcept { return static_cast<quint32>(m_multiplier); }
+    constexpr quint32 multiplier() const noexcept { return m_multiplier; }
     /** Of the product, less its lower 32 bits. */
     constexpr int shift() const noexcept { return m_shift; }
-    /** Whether what is shifted has 16 bits, of which the quotient is the upper byte. */
-    constexpr bool isShort() const noexcept { return m_shift == 8; }
 
     constexpr quint32 quotient(quint32 sum) const noexcept
     {
-        return static_cast<quint32>((quint64(sum) * m_scale * m_multiplier) >> 32) >> m_shift;
+        return static_cast<quint32>((quint64(sum) * m_multiplier) >> 32) >> m_shift;
     }
 
 private:
-    constexpr quint64 power() const noexcept { return 1ULL << (32 + m_shift); }
-    constexpr quint64 multiplierFor(quint64 divisor) const noexcept
+    int m_shift = 0;
+    quint32 m_multiplier = 0;
+};
+
+/**
+ * The same with 16 bits, for divisors from 2 to 2^8.
+ *
+ * Here M is 2^(16+k) / S, rounded to the nearest. If that is up, the condition is that of Divisor:
+ * sum * e < 2^(16+k), and holds as e <= S / 2 and k <= 7 leave sum * e <= 255 * S * S / 2 <=
+ * 255 * 2^(2k+1) < 2^(16+k). If it is down, M * S = 2^(16+k) - e, 1 is added to each sum first. Then
+ *
+ *     (sum + 1) * M / 2^(16+k) = (sum + 1) / S - ((sum + 1) / S) * (e / 2^(16+k)),
+ *
+ * which is below the next integer, and not below sum / S where S divides that as long as the second
+ * term is 1 / S at most, that is (sum + 1) * e <= 2^(16+k). A sum that S divides is 255 * S at most,
+ * and (255 * S + 1) * e <= 256 * S * S / 2 <= 2^(2k+9) <= 2^(16+k).
+ */
+class ShortDivisor
+{
+public:
+    static constexpr quint32 greatest = 1U << 8;
+
+    explicit constexpr ShortDivisor(quint32 divisor) noexcept
     {
-        return (power() + divisor - 1) / divisor;
+        while (divisor > 2U << m_shift)
+            ++m_shift;
+        quint32 const power = 1U << (16 + m_shift);
+        m_multiplier = (power + divisor / 2) / divisor;
+        m_offset = m_multiplier * divisor < power ? 1 : 0;
     }
 
-    quint32 m_scale = 1;
-    int m_shift = 8;
-    quint64 m_multiplier = 0;
+    constexpr quint32 multiplier() const noexcept { return m_multiplier; }
+    /** What has to be added to each sum. */
+    constexpr quint32 offset() const noexcept { return m_offset; }
+    /** Of the product, less its lower 16 bits. */
+    constexpr int shift() const noexcept { return m_shift; }
+
+    constexpr quint32 quotient(quint32 sum) const noexcept
+    {
+        return (((sum + m_offset) * m_multiplier) >> 16) >> m_shift;
+    }
+
+private:
+    int m_shift = 0;
+    quint32 m_multiplier = 0;
+    quint32 m_offset = 0;
+};
+
+/**
+ * The same by numbers of the type float, for divisors up to 2^16 if a product is not rounded before
+ * it is added to, or up to 2^15.
+ *
+ * Of a divisor S and a sum, the number 2 * sum + 1 - 255 * S is not above 2^24 in either direction:
+ * a float keeps it exactly. Divided by 2 * S it is
+ *
+ *     sum / S - 127 - 1 / 2 + 1 / (2 * S),
+ *
+ * at least 1 / (2 * S) from the middle between two integers, and so rounds to the quotient less 127.
+ * It is rounded by adding a number so large that no bits are left behind the point.
+ *
+ * What is rounded is less than 128 in either direction, and wrong by less than 2^-17, as the
+ * reciprocal is by 2^-24 of itself at most; and by 2^-18 more if the product was rounded before. The
+ * former is less than 1 / (2 * S) for S up to 2^16, both together are for S up to 2^15.
+ */
+class FloatDivisor
+{
+public:
+    static constexpr quint32 greatest = 1U << 15;
+    static constexpr quint32 greatestFused = 1U << 16;
+    /** What has to be added: the lower word of the sum is the quotient then. */
+    static constexpr float whole = (3U << 22) + 127;
+
+    explicit constexpr FloatDivisor(quint32 divisor) noexcept
+        : m_offset(1 - 255 * static_cast<int>(divisor))
+        , m_reciprocal(static_cast<float>(0.5 / divisor))
+    {
+    }
+
+    /** What has to be added to each sum after that was doubled. */
+    constexpr int offset() const noexcept { return m_offset; }
+    constexpr float reciprocal() const noexcept { return m_reciprocal; }
+
+private:
+    int m_offset;
+    float m_reciprocal;
 };
 
 /** Whether blurWide() takes the kernel: no sum wraps, and each quotient is a byte. */
@@ -118,7 +181,11 @@ bool isWideKernel(Kernel const& kernel) noexcept;
 /** A pixel at a time, with the sums modulo 2^32: any kernel, on any machine. */
 void blurPlain(Pixels const& pixels, Kernel const& kernel);
 
-/** The same bytes with the widest vectors that the processor has, for a kernel that it takes. */
+/**
+ * The same bytes with the widest vectors that the processor has, for a kernel that it takes.
+ *
+ * @throws std::bad_alloc before anything is written, if there is no memory for what lies between
+ */
 void blurWide(Pixels const& pixels, Kernel const& kernel);
 
 /** blurWide() for one set of instructions. */

@@ -19,6 +19,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
 
@@ -42,10 +43,13 @@ using SignedWords = hn::Repartition<qint16, Bytes>;
 using Numbers = hn::Repartition<quint32, Bytes>;
 using SignedNumbers = hn::Repartition<qint32, Bytes>;
 using Products = hn::Repartition<std::uint64_t, Bytes>;
+using Floats = hn::Repartition<float, Bytes>;
 
 using ByteVector = hn::VFromD<Bytes>;
 using WordVector = hn::VFromD<Words>;
+using SignedWordVector = hn::VFromD<SignedWords>;
 using NumberVector = hn::VFromD<Numbers>;
+using FloatVector = hn::VFromD<Floats>;
 
 constexpr int lineBytes = int(hn::MaxLanes(Bytes()));
 constexpr int pixelBytes = 4;
@@ -56,145 +60,155 @@ constexpr int blockBytes = 16; ///< within which Highway interleaves
 struct alignas(lineBytes) LineMemory
 {
     quint8 bytes[lineBytes];
+
+    HWY_INLINE ByteVector line() const { return hn::Load(Bytes(), bytes); }
+    HWY_INLINE void setLine(ByteVector line) { hn::Store(line, Bytes(), bytes); }
 };
 
 /** The channels of a line as words: those in even places, and those in odd ones. */
 struct WideLine
 {
-    WordVector even;
-    WordVector odd;
+    WordVector channels[2];
 
     HWY_INLINE explicit WideLine(ByteVector line)
-        : even(hn::And(hn::BitCast(Words(), line), hn::Set(Words(), 0x00FF)))
-        , odd(hn::ShiftRight<8>(hn::BitCast(Words(), line)))
+        : channels {hn::And(hn::BitCast(Words(), line), hn::Set(Words(), 0x00FF)),
+            hn::ShiftRight<8>(hn::BitCast(Words(), line))}
     {
     }
 };
 
-/** Two words that lie side by side, each times one of two factors, added up. */
-class PairSum
+/** How much more the sum of the triangle grows than in the step before. */
+HWY_INLINE WordVector changeOf(
+    WideLine const& arriving, WideLine const& middle, WordVector const (&left)[2], int i)
 {
-public:
-    HWY_INLINE PairSum(int first, int second)
-        : m_factors(hn::BitCast(SignedWords(),
-            hn::Set(Numbers(), (quint32(first) & 0xFFFFU) | (quint32(second) << 16))))
-    {
-    }
-
-    HWY_INLINE NumberVector operator()(WordVector pairs) const
-    {
-        auto rest = hn::Zero(SignedNumbers());
-        auto const sums = hn::ReorderWidenMulAccumulate(
-            SignedNumbers(), hn::BitCast(SignedWords(), pairs), m_factors, rest, rest);
-        return hn::BitCast(Numbers(), hn::RearrangeToOddPlusEven(sums, rest));
-    }
-
-private:
-    hn::VFromD<SignedWords> m_factors;
-};
+    auto const gain = hn::Sub(arriving.channels[i], middle.channels[i]);
+    auto const loss = hn::Sub(middle.channels[i], left[i]);
+    return hn::Sub(gain, loss);
+}
 
 /**
- * The sums of a whole line of channels; a line goes through each step at once.
+ * Sums of 16 bits, for divisors up to ShortDivisor::greatest.
  *
  * @tparam hasFlatness whether there is a flatness
- * @tparam isShort whether quotients are the upper bytes of 16 bits, see Divisor
  */
-template <bool hasFlatness, bool isShort> class Sums
+template <bool hasFlatness> class ShortSums
 {
 public:
-    HWY_INLINE explicit Sums(Kernel const& kernel)
-        : Sums(int(kernel.flatness), Divisor(kernel.divisor))
+    /** The sums at one line, and what has to be known of the lines before. */
+    struct At
+    {
+        WordVector step[2]; ///< what the triangle's sum grows by
+        WordVector weighted[2];
+        WordVector left[2]; ///< the line that left last
+    };
+
+    HWY_INLINE explicit ShortSums(Kernel const& kernel)
+        : ShortSums(kernel, ShortDivisor(kernel.divisor))
     {
     }
 
-    /** Puts `count` lines up to the middle, of this weight in all. */
-    HWY_INLINE void addOutgoing(ByteVector line, int count, quint32 weight)
+    /** Where all lines are the same. */
+    HWY_INLINE At amid(ByteVector line) const
     {
-        addTo(m_outgoing, WideLine(line), count);
-        addWeighted(WideLine(line), weight);
+        At sums;
+        WideLine const wide(line);
+        for (int i = 0; i < 2; ++i) {
+            sums.step[i] = hn::Zero(Words());
+            sums.weighted[i] = hn::Add(hn::Mul(wide.channels[i], m_divisor), m_offset);
+            sums.left[i] = wide.channels[i];
+        }
+        return sums;
     }
 
-    /** Puts `count` lines behind the middle, of this weight in all. */
-    HWY_INLINE void addIncoming(ByteVector line, int count, quint32 weight)
-    {
-        addTo(m_incoming, WideLine(line), count);
-        addWeighted(WideLine(line), weight);
-    }
-
-    /** What the middle becomes. */
-    HWY_INLINE ByteVector mean() const
-    {
-        auto const even = pairOf(quotients(m_weighted[0][0]), quotients(m_weighted[0][1]));
-        auto const odd = pairOf(quotients(m_weighted[1][0]), quotients(m_weighted[1][1]));
-        auto const evenBytes = hn::BitCast(Bytes(), isShort ? hn::ShiftRight<8>(even) : even);
-        auto const oddBytes = hn::BitCast(Bytes(), isShort ? odd : hn::ShiftLeft<8>(odd));
-        return inOrder(hn::OddEven(oddBytes, evenBytes));
-    }
-
-    /** Moves on by one: a line arrives, one becomes the middle, and one leaves. */
-    HWY_INLINE void advance(ByteVector arrivingLine, ByteVector passingLine, ByteVector leavingLine)
+    /** Moves on by one: a line arrives, one was in the middle, and one leaves. */
+    HWY_INLINE void advance(
+        At& sums, ByteVector arrivingLine, ByteVector middleLine, ByteVector leavingLine) const
     {
         WideLine const arriving(arrivingLine);
-        WideLine const passing(passingLine);
+        WideLine const middle(middleLine);
         WideLine const leaving(leavingLine);
-        advanceHalf(0, arriving.even, passing.even, leaving.even);
-        advanceHalf(1, arriving.odd, passing.odd, leaving.odd);
+        for (int i = 0; i < 2; ++i) {
+            sums.step[i] = hn::Add(sums.step[i], changeOf(arriving, middle, sums.left, i));
+            sums.weighted[i] = hn::Add(sums.weighted[i], sums.step[i]);
+            if (hasFlatness)
+                sums.weighted[i] = hn::Add(sums.weighted[i],
+                    hn::Mul(hn::Sub(arriving.channels[i], leaving.channels[i]), m_flatness));
+            sums.left[i] = leaving.channels[i];
+        }
+    }
+
+    /** What the line in the middle becomes. */
+    HWY_INLINE ByteVector mean(At const& sums) const
+    {
+        auto const even = hn::MulHigh(sums.weighted[0], m_multiplier);
+        auto const odd = hn::MulHigh(sums.weighted[1], m_multiplier);
+        return hn::BitCast(Bytes(),
+            hn::OrAnd(hn::ShiftRightSame(even, m_shift), hn::ShiftLeftSame(odd, 8 - m_shift),
+                hn::Set(Words(), 0xFF00)));
     }
 
 private:
-    HWY_INLINE Sums(int flatness, Divisor const& divisor)
-        : m_triangle(divisor.scale(), -divisor.scale())
-        , m_box(flatness * divisor.scale(), -flatness * divisor.scale())
-        , m_scale(quint32(divisor.scale()))
-        , m_multiplier(hn::Set(Numbers(), divisor.multiplier()))
+    HWY_INLINE ShortSums(Kernel const& kernel, ShortDivisor const& divisor)
+        : m_flatness(hn::Set(Words(), quint16(kernel.flatness)))
+        , m_divisor(hn::Set(Words(), quint16(kernel.divisor)))
+        , m_multiplier(hn::Set(Words(), quint16(divisor.multiplier())))
+        , m_offset(hn::Set(Words(), quint16(divisor.offset())))
         , m_shift(divisor.shift())
     {
     }
 
-    HWY_INLINE void addTo(WordVector (&sums)[2], WideLine const& line, int count)
+    WordVector const m_flatness;
+    WordVector const m_divisor;
+    WordVector const m_multiplier;
+    WordVector const m_offset;
+    int const m_shift;
+};
+
+/** The quotients of doubled sums in the lower words of numbers, see FloatDivisor. */
+class FloatDivision
+{
+public:
+    static constexpr int factor = 2; ///< of the sums
+    static constexpr bool isFused = HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX2;
+    static constexpr quint32 greatest =
+        isFused ? FloatDivisor::greatestFused : FloatDivisor::greatest;
+
+    HWY_INLINE explicit FloatDivision(quint32 divisor)
+        : m_offset(FloatDivisor(divisor).offset())
+        , m_reciprocal(hn::Set(Floats(), FloatDivisor(divisor).reciprocal()))
     {
-        auto const factor = hn::Set(Words(), quint16(count));
-        sums[0] = hn::Add(sums[0], hn::Mul(line.even, factor));
-        sums[1] = hn::Add(sums[1], hn::Mul(line.odd, factor));
     }
 
-    HWY_INLINE void addWeighted(WideLine const& line, quint32 weight)
+    /** What a sum has to begin with. */
+    HWY_INLINE int offset() const { return m_offset; }
+
+    HWY_INLINE NumberVector operator()(NumberVector sums) const
     {
-        addWeightedHalf(0, line.even, weight);
-        addWeightedHalf(1, line.odd, weight);
+        auto const exact = hn::ConvertTo(Floats(), hn::BitCast(SignedNumbers(), sums));
+        return hn::BitCast(
+            Numbers(), hn::MulAdd(exact, m_reciprocal, hn::Set(Floats(), FloatDivisor::whole)));
     }
 
-    HWY_INLINE void addWeightedHalf(int half, WordVector line, quint32 weight)
+private:
+    int m_offset;
+    FloatVector m_reciprocal;
+};
+
+/** The quotients in the lower words of numbers, see Divisor. */
+class IntegerDivision
+{
+public:
+    static constexpr int factor = 1;
+
+    HWY_INLINE explicit IntegerDivision(quint32 divisor)
+        : m_multiplier(hn::Set(Numbers(), Divisor(divisor).multiplier()))
+        , m_shift(Divisor(divisor).shift())
     {
-        auto const factor = hn::Set(Numbers(), weight * m_scale);
-        auto const zero = hn::Zero(Words());
-        NumberVector* const weighted = m_weighted[half];
-        auto const lower = hn::BitCast(Numbers(), hn::InterleaveLower(Words(), line, zero));
-        auto const upper = hn::BitCast(Numbers(), hn::InterleaveUpper(Words(), line, zero));
-        weighted[0] = hn::Add(weighted[0], hn::Mul(lower, factor));
-        weighted[1] = hn::Add(weighted[1], hn::Mul(upper, factor));
     }
 
-    HWY_INLINE void advanceHalf(
-        int half, WordVector arriving, WordVector passing, WordVector leaving)
-    {
-        auto const incoming = hn::Add(m_incoming[half], arriving);
-        addPairs(half, m_triangle, incoming, m_outgoing[half]);
-        if (hasFlatness)
-            addPairs(half, m_box, arriving, leaving);
-        m_incoming[half] = hn::Sub(incoming, passing);
-        m_outgoing[half] = hn::Add(m_outgoing[half], hn::Sub(passing, leaving));
-    }
+    HWY_INLINE int offset() const { return 0; }
 
-    HWY_INLINE void addPairs(int half, PairSum const& sum, WordVector first, WordVector second)
-    {
-        NumberVector* const weighted = m_weighted[half];
-        weighted[0] = hn::Add(weighted[0], sum(hn::InterleaveLower(Words(), first, second)));
-        weighted[1] = hn::Add(weighted[1], sum(hn::InterleaveUpper(Words(), first, second)));
-    }
-
-    /** The quotients, or what they are the upper bytes of. */
-    HWY_INLINE NumberVector quotients(NumberVector sums) const
+    HWY_INLINE NumberVector operator()(NumberVector sums) const
     {
         auto const oddSums =
             hn::BitCast(Numbers(), hn::ShiftRight<32>(hn::BitCast(Products(), sums)));
@@ -202,218 +216,159 @@ private:
         auto const odd = hn::MulEven(oddSums, m_multiplier);
         auto const upper = hn::OddEven(
             hn::BitCast(Numbers(), odd), hn::BitCast(Numbers(), hn::ShiftRight<32>(even)));
-        return isShort ? upper : hn::ShiftRightSame(upper, m_shift);
+        return hn::ShiftRightSame(upper, m_shift);
     }
 
-    /** Two numbers of 16 bits in the place of one of 32. */
-    HWY_INLINE static WordVector pairOf(NumberVector first, NumberVector second)
-    {
-        return hn::BitCast(Words(), hn::Or(first, hn::ShiftLeft<16>(second)));
-    }
-
-    /** Undoes the interleaving: a block of 16 bytes came apart into four numbers of each sum. */
-    HWY_INLINE static ByteVector inOrder(ByteVector line)
-    {
-        HWY_ALIGN static constexpr quint8 places[16] = {
-            0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15};
-        return hn::TableLookupBytes(line, hn::LoadDup128(Bytes(), places));
-    }
-
-    // The difference of two sums of 16 bits has 17. Both start at half of their range below 0, so
-    // that as words with a sign they can be multiplied and added up.
-    WordVector m_incoming[2] = {hn::Set(Words(), 0x8000), hn::Set(Words(), 0x8000)};
-    WordVector m_outgoing[2] = {hn::Set(Words(), 0x8000), hn::Set(Words(), 0x8000)};
-    /** Of the even channels and of the odd ones, the lower and the upper half of each block. */
-    NumberVector m_weighted[2][2] = {
-        {hn::Zero(Numbers()), hn::Zero(Numbers())}, {hn::Zero(Numbers()), hn::Zero(Numbers())}};
-    PairSum const m_triangle;
-    PairSum const m_box;
-    quint32 const m_scale;
-    NumberVector const m_multiplier;
-    int const m_shift;
+private:
+    NumberVector m_multiplier;
+    int m_shift;
 };
 
-/** The sums around the first of `count` lines. @param lineAt gives the line of an index */
-template <class LineSums, class LineAt>
-HWY_INLINE LineSums sumsAroundFirst(Kernel const& kernel, int count, LineAt const& lineAt)
+/** What the even one of two words that lie side by side is multiplied by, the other by 0. */
+HWY_INLINE SignedWordVector evenFactor(int factor)
 {
-    quint32 const radius = quint32(kernel.radius);
-    auto const weightOfAll = [&](quint32 distances, quint32 shortest) {
-        // The mean weight of so many distances in a row is that in their middle.
-        quint32 const twice = 2 * (radius + 1 + kernel.flatness - shortest) - (distances - 1);
-        return distances * twice / 2;
-    };
-    LineSums sums(kernel);
-    sums.addOutgoing(lineAt(0), kernel.radius + 1, weightOfAll(radius + 1, 0));
-    int const last = std::min(kernel.radius, count - 1);
-    for (int i = 1; i < last; ++i)
-        sums.addIncoming(lineAt(i), 1, weightOfAll(1, quint32(i)));
-    // From the last line on it is repeated.
-    int const nearest = std::max(last, 1);
-    int const repeated = kernel.radius - nearest + 1;
-    sums.addIncoming(lineAt(last), repeated, weightOfAll(quint32(repeated), quint32(nearest)));
-    return sums;
+    return hn::BitCast(SignedWords(), hn::Set(Numbers(), quint32(factor)));
+}
+
+HWY_INLINE SignedWordVector oddFactor(int factor)
+{
+    return hn::BitCast(SignedWords(), hn::Set(Numbers(), quint32(factor) << 16));
+}
+
+/** Two words that lie side by side, with a sign, each times its factor, added up. */
+HWY_INLINE NumberVector pairSums(WordVector pairs, SignedWordVector factors)
+{
+    auto rest = hn::Zero(SignedNumbers());
+    auto const sums = hn::ReorderWidenMulAccumulate(
+        SignedNumbers(), hn::BitCast(SignedWords(), pairs), factors, rest, rest);
+    return hn::BitCast(Numbers(), hn::RearrangeToOddPlusEven(sums, rest));
 }
 
 /**
- * A column of lines that lie below each other in the image.
+ * Sums of 32 bits.
  *
- * @tparam isWhole whether the image is wide enough for a whole line
+ * @tparam hasFlatness whether there is a flatness
+ * @tparam hasShortSteps whether a word with a sign has room for what the sum grows by in a step
+ * @tparam Division how sums are divided
  */
-template <bool isWhole> class Strip
+template <bool hasFlatness, bool hasShortSteps, class Division> class LongSums
 {
-public:
-    HWY_INLINE Strip(Pixels const& pixels, int left, int width)
-        : m_first(pixels.data + std::ptrdiff_t(left) * pixelBytes)
-        , m_stride(pixels.stride)
-        , m_last(pixels.height - 1)
-        , m_bytes(width * pixelBytes)
+    struct LongStep
     {
-    }
-
-    HWY_INLINE int height() const { return m_last + 1; }
-
-    /** Beyond the end it is the last one. */
-    HWY_INLINE ByteVector line(int y) const
-    {
-        quint8 const* const place = m_first + std::min(y, m_last) * m_stride;
-        if (isWhole)
-            return hn::LoadU(Bytes(), place);
-        HWY_ALIGN quint8 padded[lineBytes] = {};
-        std::memcpy(padded, place, std::size_t(m_bytes));
-        return hn::Load(Bytes(), padded);
-    }
-
-    HWY_INLINE void setLine(int y, ByteVector line) const
-    {
-        quint8* const place = m_first + y * m_stride;
-        if (isWhole) {
-            hn::StoreU(line, Bytes(), place);
-            return;
-        }
-        HWY_ALIGN quint8 padded[lineBytes];
-        hn::Store(line, Bytes(), padded);
-        std::memcpy(place, padded, std::size_t(m_bytes));
-    }
-
-private:
-    quint8* m_first;
-    std::ptrdiff_t m_stride;
-    int m_last;
-    int m_bytes;
-};
-
-/** A strip with the sums at one of its lines. */
-template <class LineSums, bool isWhole> class StripBlur
-{
-public:
-    /** @param ring for radius + 1 lines: those that leave have been written over in the image */
-    HWY_INLINE StripBlur(Strip<isWhole> const& strip, Kernel const& kernel, quint8* ring)
-        : m_strip(strip)
-        , m_radius(kernel.radius)
-        , m_sums(sumsAroundFirst<LineSums>(
-              kernel, strip.height(), [&strip](int y) HWY_ATTR { return strip.line(y); }))
-        , m_ring(ring)
-    {
-        for (int i = 0; i <= kernel.radius; ++i)
-            hn::Store(strip.line(0), Bytes(), ring + std::ptrdiff_t(i) * lineBytes);
-    }
-
-    /** @param offset of the line in the ring that leaves */
-    HWY_INLINE void blurLine(int y, int offset)
-    {
-        auto const leaving = hn::Load(Bytes(), m_ring + offset);
-        auto const passing = m_strip.line(y + 1);
-        auto const arriving = m_strip.line(y + m_radius + 1);
-        m_strip.setLine(y, m_sums.mean());
-        m_sums.advance(arriving, passing, leaving);
-        hn::Store(passing, Bytes(), m_ring + offset);
-    }
-
-private:
-    Strip<isWhole> const m_strip;
-    int const m_radius;
-    LineSums m_sums;
-    quint8* const m_ring;
-};
-
-/** Strips side by side, a line of each in turn: that keeps more of the processor busy. */
-template <class... StripBlurs>
-HWY_NOINLINE void blurTogether(int height, int radius, StripBlurs... strips)
-{
-    int const end = (radius + 1) * lineBytes;
-    int offset = 0;
-    for (int y = 0; y < height; ++y) {
-        (strips.blurLine(y, offset), ...);
-        offset += lineBytes;
-        if (offset == end)
-            offset = 0;
-    }
-}
-
-template <class LineSums> void blurColumns(Pixels const& pixels, Kernel const& kernel)
-{
-    int const ringLines = kernel.radius + 1;
-    std::unique_ptr<LineMemory[]> const memory(new LineMemory[std::size_t(2 * ringLines)]);
-    quint8* const firstRing = memory[0].bytes;
-    quint8* const secondRing = memory[std::size_t(ringLines)].bytes;
-    auto const wholeStrip = [&](int left, quint8* ring) HWY_ATTR {
-        return StripBlur<LineSums, true>(Strip<true>(pixels, left, linePixels), kernel, ring);
+        NumberVector numbers[2];
     };
-    // Two have room in the registers where these are wide, for there are more of them.
-    constexpr int together = lineBytes >= 64 ? 2 * linePixels : linePixels;
-    int left = 0;
-    for (; together > linePixels && left + together <= pixels.width; left += together) {
-        blurTogether(pixels.height, kernel.radius, wholeStrip(left, firstRing),
-            wholeStrip(left + linePixels, secondRing));
-    }
-    for (; left + linePixels <= pixels.width; left += linePixels)
-        blurTogether(pixels.height, kernel.radius, wholeStrip(left, firstRing));
-    if (left < pixels.width) {
-        Strip<false> const rest(pixels, left, pixels.width - left);
-        blurTogether(
-            pixels.height, kernel.radius, StripBlur<LineSums, false>(rest, kernel, firstRing));
-    }
-}
+    struct ShortStep
+    {
+        WordVector words;
+    };
+    using Step = std::conditional_t<hasShortSteps, ShortStep, LongStep>;
 
-/** 16 bytes of every fourth row, from the offset on: block i of the result is of row 4 * i. */
-template <class D>
-HWY_INLINE hn::VFromD<D> blocksOfRows(D tag, quint8 const* const* rows, std::ptrdiff_t offset)
-{
-    if constexpr (hn::MaxLanes(D()) <= blockBytes) {
-        return hn::LoadU(tag, *rows + offset);
-    } else {
-        hn::Half<D> const half;
-        quint8 const* const* const middle = rows + hn::MaxLanes(half) / pixelBytes;
-        return hn::Combine(
-            tag, blocksOfRows(half, middle, offset), blocksOfRows(half, rows, offset));
-    }
-}
+public:
+    /** The sums at one line, and what has to be known of the lines before. */
+    struct At
+    {
+        Step step[2]; ///< what the triangle's sum grows by
+        NumberVector weighted[2][2];
+        WordVector left[2]; ///< the line that left last
+    };
 
-template <class D>
-HWY_INLINE void setBlocksOfRows(
-    D tag, hn::VFromD<D> blocks, quint8* const* rows, std::ptrdiff_t offset)
-{
-    if constexpr (hn::MaxLanes(D()) <= blockBytes) {
-        hn::StoreU(blocks, tag, *rows + offset);
-    } else {
-        hn::Half<D> const half;
-        quint8* const* const middle = rows + hn::MaxLanes(half) / pixelBytes;
-        setBlocksOfRows(half, hn::LowerHalf(half, blocks), rows, offset);
-        setBlocksOfRows(half, hn::UpperHalf(half, blocks), middle, offset);
+    HWY_INLINE explicit LongSums(Kernel const& kernel)
+        : m_division(kernel.divisor)
+        , m_divisor(hn::Set(Numbers(), kernel.divisor * Division::factor))
+        , m_flatness(hn::Set(Words(), quint16(kernel.flatness)))
+        , m_unit {evenFactor(Division::factor), oddFactor(Division::factor)}
+        , m_box {evenFactor(int(kernel.flatness) * Division::factor),
+              oddFactor(int(kernel.flatness) * Division::factor)}
+    {
     }
-}
+
+    /** Where all lines are the same. */
+    HWY_INLINE At amid(ByteVector line) const
+    {
+        At sums;
+        WideLine const wide(line);
+        auto const offset = hn::Set(Numbers(), quint32(m_division.offset()));
+        for (int i = 0; i < 2; ++i) {
+            auto const both = hn::BitCast(Numbers(), wide.channels[i]);
+            NumberVector const channels[2] = {
+                hn::And(both, hn::Set(Numbers(), 0xFFFF)), hn::ShiftRight<16>(both)};
+            for (int j = 0; j < 2; ++j)
+                sums.weighted[i][j] = hn::Add(hn::Mul(channels[j], m_divisor), offset);
+            if constexpr (hasShortSteps)
+                sums.step[i] = {hn::Zero(Words())};
+            else
+                sums.step[i] = {{hn::Zero(Numbers()), hn::Zero(Numbers())}};
+            sums.left[i] = wide.channels[i];
+        }
+        return sums;
+    }
+
+    /** Moves on by one: a line arrives, one was in the middle, and one leaves. */
+    HWY_INLINE void advance(
+        At& sums, ByteVector arrivingLine, ByteVector middleLine, ByteVector leavingLine) const
+    {
+        WideLine const arriving(arrivingLine);
+        WideLine const middle(middleLine);
+        WideLine const leaving(leavingLine);
+        for (int i = 0; i < 2; ++i) {
+            auto const change = changeOf(arriving, middle, sums.left, i);
+            auto const traded = hn::Sub(arriving.channels[i], leaving.channels[i]);
+            if constexpr (hasShortSteps) {
+                sums.step[i].words = hn::Add(sums.step[i].words, change);
+                addShort(sums.weighted[i],
+                    hasFlatness ? hn::Add(sums.step[i].words, hn::Mul(traded, m_flatness))
+                                : sums.step[i].words);
+            } else {
+                addLong(sums, i, change, traded);
+            }
+            sums.left[i] = leaving.channels[i];
+        }
+    }
+
+    /** What the line in the middle becomes. */
+    HWY_INLINE ByteVector mean(At const& sums) const
+    {
+        return hn::BitCast(Bytes(),
+            hn::Or(hn::ShiftLeft<8>(quotients(sums.weighted[1])), quotients(sums.weighted[0])));
+    }
+
+private:
+    HWY_INLINE void addShort(NumberVector (&weighted)[2], WordVector words) const
+    {
+        for (int j = 0; j < 2; ++j)
+            weighted[j] = hn::Add(weighted[j], pairSums(words, m_unit[j]));
+    }
+
+    HWY_INLINE void addLong(At& sums, int i, WordVector change, WordVector traded) const
+    {
+        for (int j = 0; j < 2; ++j) {
+            sums.step[i].numbers[j] = hn::Add(sums.step[i].numbers[j], pairSums(change, m_unit[j]));
+            sums.weighted[i][j] = hn::Add(sums.weighted[i][j], sums.step[i].numbers[j]);
+            if constexpr (hasFlatness)
+                sums.weighted[i][j] = hn::Add(sums.weighted[i][j], pairSums(traded, m_box[j]));
+        }
+    }
+
+    /** Words whose lower bytes are the quotients. */
+    HWY_INLINE WordVector quotients(NumberVector const (&weighted)[2]) const
+    {
+        return hn::BitCast(Words(),
+            hn::OrAnd(hn::ShiftLeft<16>(m_division(weighted[1])), m_division(weighted[0]),
+                hn::Set(Numbers(), 0xFFFF)));
+    }
+
+    Division const m_division;
+    NumberVector const m_divisor;
+    WordVector const m_flatness;
+    SignedWordVector const m_unit[2];
+    SignedWordVector const m_box[2];
+};
 
 /** Four lines of pixels; transposed, pixel j of line i is pixel i of line j in each block. */
 struct Tile
 {
     static constexpr int side = 4;
     ByteVector lines[side];
-
-    HWY_INLINE explicit Tile(ByteVector const (&given)[side])
-        : lines {given[0], given[1], given[2], given[3]}
-    {
-    }
 
     HWY_INLINE void transpose()
     {
@@ -431,203 +386,363 @@ struct Tile
     }
 };
 
-/**
- * As many rows as a line has pixels, seen as lines of one pixel of each. Where the image has fewer
- * rows left the last one is there several times: all copies come to the same result.
- */
+/** Blocks of every fourth row: block i of the result is of row 4 * i. */
+template <class D>
+HWY_INLINE hn::VFromD<D> blocksOfRows(D tag, quint8 const* first, std::ptrdiff_t stride)
+{
+    if constexpr (hn::MaxLanes(D()) <= blockBytes) {
+        return hn::LoadU(tag, first);
+    } else {
+        hn::Half<D> const half;
+        quint8 const* const middle =
+            first + std::ptrdiff_t(hn::MaxLanes(half)) / pixelBytes * stride;
+        return hn::Combine(
+            tag, blocksOfRows(half, middle, stride), blocksOfRows(half, first, stride));
+    }
+}
+
+template <class D>
+HWY_INLINE void setBlocksOfRows(D tag, hn::VFromD<D> blocks, quint8* first, std::ptrdiff_t stride)
+{
+    if constexpr (hn::MaxLanes(D()) <= blockBytes) {
+        hn::StoreU(blocks, tag, first);
+    } else {
+        hn::Half<D> const half;
+        quint8* const middle = first + std::ptrdiff_t(hn::MaxLanes(half)) / pixelBytes * stride;
+        setBlocksOfRows(half, hn::LowerHalf(half, blocks), first, stride);
+        setBlocksOfRows(half, hn::UpperHalf(half, blocks), middle, stride);
+    }
+}
+
+/** As many rows as a line has pixels, seen as lines of one pixel of each. */
 class RowGroup
 {
 public:
-    HWY_INLINE RowGroup(Pixels const& pixels, int top)
-        : m_width(pixels.width)
+    HWY_INLINE RowGroup(quint8 const* first, std::ptrdiff_t stride)
+        : m_first(first)
+        , m_stride(stride)
     {
-        for (int i = 0; i < linePixels; ++i) {
-            int const y = std::min(top + i, pixels.height - 1);
-            m_sources[i] = pixels.source + y * pixels.sourceStride;
-            m_rows[i] = pixels.data + y * pixels.stride;
-        }
     }
 
-    HWY_INLINE int width() const { return m_width; }
-
+    /** All of it has to be readable, pixels behind the last one too. */
     HWY_INLINE Tile tile(int x) const
     {
-        return x + Tile::side <= m_width ? tileOf(m_sources, offsetOf(x)) : lastTile(x);
-    }
-
-    HWY_INLINE void setTile(int x, Tile tile) const
-    {
-        tile.transpose();
-        if (x + Tile::side <= m_width)
-            setTileOf(m_rows, offsetOf(x), tile);
-        else
-            setLastTile(x, tile);
-    }
-
-private:
-    using Rows = quint8* [linePixels];
-    using Sources = quint8 const* [linePixels];
-
-    /** Copies of the last pixels, with room for a whole tile. */
-    struct Margin
-    {
-        HWY_ALIGN quint8 bytes[linePixels][blockBytes] = {};
-        Rows rows;
-        Sources sources;
-
-        Margin()
-        {
-            for (int i = 0; i < linePixels; ++i)
-                sources[i] = rows[i] = bytes[i];
-        }
-    };
-
-    HWY_INLINE static std::ptrdiff_t offsetOf(int x) { return std::ptrdiff_t(x) * pixelBytes; }
-
-    HWY_INLINE static Tile tileOf(Sources const& rows, std::ptrdiff_t offset)
-    {
-        ByteVector blocks[Tile::side];
+        quint8 const* const first = m_first + std::ptrdiff_t(x) * pixelBytes;
+        Tile tile;
         for (int i = 0; i < Tile::side; ++i)
-            blocks[i] = blocksOfRows(Bytes(), rows + i, offset);
-        Tile tile(blocks);
+            tile.lines[i] = blocksOfRows(Bytes(), first + i * m_stride, m_stride);
         tile.transpose();
         return tile;
     }
 
-    HWY_INLINE static void setTileOf(Rows const& rows, std::ptrdiff_t offset, Tile const& tile)
-    {
-        for (int i = 0; i < Tile::side; ++i)
-            setBlocksOfRows(Bytes(), tile.lines[i], rows + i, offset);
-    }
-
-    HWY_NOINLINE Tile lastTile(int x) const
-    {
-        Margin margin;
-        for (int i = 0; i < linePixels; ++i)
-            std::memcpy(
-                margin.rows[i], m_sources[i] + offsetOf(x), std::size_t(offsetOf(m_width - x)));
-        return tileOf(margin.sources, 0);
-    }
-
-    HWY_NOINLINE void setLastTile(int x, Tile const& tile) const
-    {
-        Margin margin;
-        setTileOf(margin.rows, 0, tile);
-        for (int i = 0; i < linePixels; ++i)
-            std::memcpy(
-                m_rows[i] + offsetOf(x), margin.rows[i], std::size_t(offsetOf(m_width - x)));
-    }
-
-    Sources m_sources;
-    Rows m_rows;
-    int m_width;
+private:
+    quint8 const* m_first;
+    std::ptrdiff_t m_stride;
 };
 
-/** The last lines that were read from a group of rows, just as many as a step can ask for. */
+/** Room for a copy of those rows of an image behind which too little can be read. */
+class RowCopy
+{
+public:
+    explicit RowCopy(int width)
+        : m_stride(std::ptrdiff_t((width + Tile::side - 1) / Tile::side) * blockBytes)
+        , m_bytes(new quint8[std::size_t(m_stride) * linePixels]())
+    {
+    }
+
+    RowGroup groupOf(Pixels const& pixels, int top) const
+    {
+        for (int y = top; y < std::min(top + linePixels, pixels.height); ++y)
+            std::memcpy(m_bytes.get() + (y - top) * m_stride,
+                pixels.source + y * pixels.sourceStride, std::size_t(pixels.width) * pixelBytes);
+        return RowGroup(m_bytes.get(), m_stride);
+    }
+
+private:
+    std::ptrdiff_t m_stride;
+    std::unique_ptr<quint8[]> m_bytes;
+};
+
+/** The last lines that were read, each in a place of its own as long as a span asks for it. */
 class LineRing
 {
 public:
-    explicit LineRing(int radius)
-        // From the one that leaves to a tile beyond the one that arrives.
-        : m_size(2 * radius + 2 + 2 * Tile::side)
-        , m_lines(new LineMemory[std::size_t(m_size)]())
+    /** @param size a power of 2 */
+    HWY_INLINE LineRing(LineMemory* lines, int size)
+        : m_lines(lines)
+        , m_mask(size - 1)
     {
     }
 
-    /** Goes round the ring line by line. */
-    class Cursor
+    /** From a line that leaves to those of a tile in which another arrives. */
+    static int sizeFor(int radius)
     {
-    public:
-        HWY_INLINE Cursor(LineRing const& ring, int line)
-            : m_begin(ring.m_lines.get())
-            , m_end(m_begin + ring.m_size)
-            , m_place(m_begin + line)
-        {
-        }
+        int size = 1;
+        while (size < 2 * (radius + Tile::side))
+            size *= 2;
+        return size;
+    }
 
-        HWY_INLINE ByteVector line() const { return hn::Load(Bytes(), m_place->bytes); }
-        HWY_INLINE void setLine(ByteVector line) { hn::Store(line, Bytes(), m_place->bytes); }
-        HWY_INLINE void advance()
-        {
-            ++m_place;
-            if (m_place == m_end)
-                m_place = m_begin;
-        }
-
-    private:
-        LineMemory* m_begin;
-        LineMemory* m_end;
-        LineMemory* m_place;
-    };
+    /** Before the first line there are others. */
+    HWY_INLINE LineMemory& operator[](int index) const { return m_lines[index & m_mask]; }
 
 private:
-    int m_size;
+    LineMemory* m_lines;
+    int m_mask;
+};
+
+/** How many rows are blurred before the columns go on: what is kept of these is then in use. */
+constexpr int bandRows = 32;
+
+/**
+ * The rows that were blurred, as long as a span of a column asks for them: a strip as wide as a
+ * line below the other, so that what is read one after the other lies so.
+ */
+class Window
+{
+public:
+    Window(Pixels const& pixels, int radius)
+        : m_rows(std::min(wholeBands(2 * radius + 1 + bandRows), wholeBands(pixels.height)))
+        , m_lead(leadOf(pixels))
+        , m_strips((m_lead + pixels.width + linePixels - 1) / linePixels)
+        , m_lines(new LineMemory[std::size_t(m_rows) * std::size_t(m_strips)])
+    {
+    }
+
+    int strips() const { return m_strips; }
+    /** Pixels before the first in its strip: with them the strips of the result are aligned. */
+    int lead() const { return m_lead; }
+    /** Where a row is in each strip. */
+    int place(int row) const { return row % m_rows; }
+    /** The lines of a strip, the one below the other. */
+    HWY_INLINE LineMemory* strip(int index) const
+    {
+        return m_lines.get() + std::ptrdiff_t(index) * m_rows;
+    }
+
+    /** Sets pixels of as many rows as a line has pixels. */
+    HWY_INLINE void setTile(int x, int place, Tile tile) const
+    {
+        tile.transpose();
+        int const left = m_lead + x;
+        quint8* const corner =
+            strip(left / linePixels)[place].bytes + std::ptrdiff_t(left % linePixels) * pixelBytes;
+        for (int i = 0; i < Tile::side; ++i)
+            setBlocksOfRows(
+                Bytes(), tile.lines[i], corner + std::ptrdiff_t(i) * lineBytes, lineBytes);
+    }
+
+private:
+    static int leadOf(Pixels const& pixels)
+    {
+        int const bytes = int(reinterpret_cast<std::uintptr_t>(pixels.data) % lineBytes);
+        return bytes % blockBytes == 0 ? bytes / pixelBytes : 0;
+    }
+
+    static int wholeBands(int rows) { return (rows + bandRows - 1) / bandRows * bandRows; }
+
+    int m_rows;
+    int m_lead;
+    int m_strips;
     std::unique_ptr<LineMemory[]> m_lines;
 };
 
-template <class LineSums>
-HWY_NOINLINE void blurRowGroup(RowGroup const& rows, Kernel const& kernel, LineRing const& ring)
+/** Blurs rows into a window. @param place where the first of them is there */
+template <class Sums>
+HWY_NOINLINE void blurRowGroup(RowGroup const& rows, int width, int radius, Sums sums,
+    LineRing ring, Window const& window, int place)
 {
-    int const radius = kernel.radius;
-    int const last = rows.width() - 1;
-    // The ring begins with copies of the first line, for those before the edge.
-    LineRing::Cursor reading(ring, radius);
     int read = 0;
-    auto const readUpTo = [&](int x) HWY_ATTR {
-        for (; read <= std::min(x, last); read += Tile::side) {
+    auto const readUpTo = [&](int end) HWY_ATTR {
+        for (; read < std::min(end, width); read += Tile::side) {
             Tile const tile = rows.tile(read);
-            for (ByteVector const& line : tile.lines) {
-                reading.setLine(line);
-                reading.advance();
-            }
+            for (int i = 0; i < Tile::side; ++i)
+                ring[read + i].setLine(tile.lines[i]);
         }
+        // Behind the last pixel it is repeated.
+        for (read = read > width ? width : read; read < end; ++read)
+            ring[read].setLine(ring[width - 1].line());
     };
     readUpTo(radius);
-    auto sums = sumsAroundFirst<LineSums>(kernel, rows.width(),
-        [&](int x) HWY_ATTR { return LineRing::Cursor(ring, radius + x).line(); });
-    LineRing::Cursor leaving(ring, 0);
-    LineRing::Cursor passing(ring, radius + 1);
-    LineRing::Cursor arriving(ring, radius + std::min(radius + 1, last));
-    ByteVector const first = LineRing::Cursor(ring, radius).line();
-    for (int i = 0; i < radius; ++i)
-        LineRing::Cursor(ring, i).setLine(first);
-    for (int x = 0; x <= last; x += Tile::side) {
-        readUpTo(x + Tile::side + radius);
-        ByteVector means[Tile::side];
+    ByteVector const first = ring[0].line();
+    auto at = sums.amid(first);
+    for (int i = 1; i < radius; ++i)
+        sums.advance(at, ring[i].line(), first, first);
+    for (int i = -radius - 1; i < 0; ++i)
+        ring[i].setLine(first);
+    for (int x = 0; x < width; x += Tile::side) {
+        readUpTo(x + radius + Tile::side);
+        Tile means;
         for (int i = 0; i < Tile::side; ++i) {
-            means[i] = sums.mean();
-            sums.advance(arriving.line(), passing.line(), leaving.line());
-            leaving.advance();
-            passing.advance();
-            if (x + i + radius + 1 < last)
-                arriving.advance();
+            int const middle = x + i;
+            sums.advance(at, ring[middle + radius].line(), ring[middle - 1].line(),
+                ring[middle - radius - 1].line());
+            means.lines[i] = sums.mean(at);
         }
-        rows.setTile(x, Tile(means));
+        window.setTile(x, place, means);
     }
 }
 
-template <class LineSums> void blurRows(Pixels const& pixels, Kernel const& kernel)
+/** Where the lines of a step are in each strip of a window, and which row its result is. */
+struct Step
 {
-    LineRing ring(kernel.radius);
-    for (int top = 0; top < pixels.height; top += linePixels)
-        blurRowGroup<LineSums>(RowGroup(pixels, top), kernel, ring);
+    int arriving;
+    int middle;
+    int leaving;
+    int result; ///< negative above the first row
+};
+
+/** The pixels of a strip that are in the image. */
+struct Part
+{
+    int begin;
+    int end;
+};
+
+/** The columns, strip by strip, as far as their rows are in the window. */
+template <class Sums> class ColumnBlur
+{
+public:
+    ColumnBlur(Pixels const& pixels, int radius, Sums const& sums, Window const& window)
+        : m_pixels(pixels)
+        , m_radius(radius)
+        , m_sums(sums)
+        , m_window(window)
+        , m_at(new typename Sums::At[std::size_t(window.strips())])
+    {
+    }
+
+    /** When the first row is there. */
+    void start()
+    {
+        for (int i = 0; i < m_window.strips(); ++i)
+            m_at[std::size_t(i)] = m_sums.amid(m_window.strip(i)->line());
+    }
+
+    /** The steps at which the rows from `begin` to before `end` arrive; beyond the last it does. */
+    void advance(int begin, int end)
+    {
+        Step steps[bandRows];
+        for (int i = begin; i < end; ++i)
+            steps[i - begin] = stepAt(i);
+        int const count = end - begin;
+        int const behind = m_window.lead() + m_pixels.width;
+        for (int i = 0; i < m_window.strips(); ++i) {
+            int const left = i * linePixels;
+            Part const part {
+                std::max(m_window.lead() - left, 0), std::min(behind - left, linePixels)};
+            if (part.end - part.begin == linePixels)
+                advanceStrip<true>(i, part, steps, count);
+            else
+                advanceStrip<false>(i, part, steps, count);
+        }
+    }
+
+private:
+    Step stepAt(int row) const
+    {
+        int const middle = row - m_radius - 1;
+        return {m_window.place(std::min(row, m_pixels.height - 1)),
+            m_window.place(std::max(middle, 0)), m_window.place(std::max(middle - m_radius, 0)),
+            middle + 1};
+    }
+
+    /** @tparam isWhole whether all of the strip is in the image */
+    template <bool isWhole>
+    HWY_INLINE void advanceStrip(int strip, Part part, Step const* steps, int count)
+    {
+        // Copies, for the bytes that are written might be those of the members.
+        Sums const sums = m_sums;
+        std::ptrdiff_t const stride = m_pixels.stride;
+        LineMemory const* const lines = m_window.strip(strip);
+        quint8* const data =
+            m_pixels.data + (std::ptrdiff_t(strip) * linePixels - m_window.lead()) * pixelBytes;
+        auto at = m_at[std::size_t(strip)];
+        int i = 0;
+        ByteVector const first = lines->line();
+        for (; i < count && steps[i].result < 0; ++i)
+            sums.advance(at, lines[steps[i].arriving].line(), first, first);
+        for (; i < count; ++i) {
+            Step const& step = steps[i];
+            sums.advance(at, lines[step.arriving].line(), lines[step.middle].line(),
+                lines[step.leaving].line());
+            setLine<isWhole>(data + step.result * stride, part, sums.mean(at));
+        }
+        m_at[std::size_t(strip)] = at;
+    }
+
+    template <bool isWhole>
+    HWY_INLINE static void setLine(quint8* place, Part part, ByteVector mean)
+    {
+        if constexpr (isWhole) {
+            hn::StoreU(mean, Bytes(), place);
+        } else {
+            LineMemory line;
+            line.setLine(mean);
+            int const begin = part.begin * pixelBytes;
+            std::memcpy(
+                place + begin, line.bytes + begin, std::size_t(part.end * pixelBytes - begin));
+        }
+    }
+
+    Pixels const m_pixels;
+    int const m_radius;
+    Sums const m_sums;
+    Window const& m_window;
+    std::unique_ptr<typename Sums::At[]> m_at;
+};
+
+/** Rows and columns by turns, so that a row is still in the cache when its columns are blurred. */
+template <class Sums> void blurWith(Pixels const& pixels, Kernel const& kernel)
+{
+    int const radius = kernel.radius;
+    int const ringSize = LineRing::sizeFor(radius);
+    std::unique_ptr<LineMemory[]> const ringLines(new LineMemory[std::size_t(ringSize)]);
+    LineRing const ring(ringLines.get(), ringSize);
+    Window const window(pixels, radius);
+    RowCopy const copy(pixels.width);
+    Sums const sums(kernel);
+    ColumnBlur<Sums> columns(pixels, radius, sums, window);
+    int const end = pixels.height + radius;
+    for (int top = 0; top < end; top += bandRows) {
+        int const bottom = std::min(top + bandRows, end);
+        for (int y = top; y < std::min(bottom, pixels.height); y += linePixels) {
+            // Behind a row there has to be room for a tile: the next row, unless that is short.
+            bool const isReadable = pixels.width >= Tile::side && y + linePixels < pixels.height;
+            RowGroup const rows = isReadable
+                ? RowGroup(pixels.source + y * pixels.sourceStride, pixels.sourceStride)
+                : copy.groupOf(pixels, y);
+            blurRowGroup(rows, pixels.width, radius, sums, ring, window, window.place(y));
+        }
+        if (top == 0)
+            columns.start();
+        columns.advance(std::max(top, 1), bottom);
+    }
 }
 
-template <class LineSums> void blurWith(Pixels const& pixels, Kernel const& kernel)
+template <bool hasFlatness> void blurWith(Pixels const& pixels, Kernel const& kernel)
 {
-    blurRows<LineSums>(pixels, kernel);
-    blurColumns<LineSums>(pixels, kernel);
+    // Of a word with a sign.
+    constexpr quint32 greatestWord = 32767;
+    quint32 const greatestStep = 255 * (quint32(kernel.radius) + 1 + kernel.flatness);
+    bool const isFloat = kernel.divisor <= FloatDivision::greatest
+        && kernel.flatness <= greatestWord / FloatDivision::factor;
+    if (kernel.divisor <= ShortDivisor::greatest)
+        blurWith<ShortSums<hasFlatness>>(pixels, kernel);
+    else if (isFloat && greatestStep <= greatestWord)
+        blurWith<LongSums<hasFlatness, true, FloatDivision>>(pixels, kernel);
+    else if (isFloat)
+        blurWith<LongSums<hasFlatness, false, FloatDivision>>(pixels, kernel);
+    else
+        blurWith<LongSums<hasFlatness, false, IntegerDivision>>(pixels, kernel);
 }
 
 void blur(Pixels const& pixels, Kernel const& kernel)
 {
-    // Without flatness the divisor is small enough for short quotients.
     if (kernel.flatness == 0)
-        blurWith<Sums<false, true>>(pixels, kernel);
-    else if (Divisor(kernel.divisor).isShort())
-        blurWith<Sums<true, true>>(pixels, kernel);
+        blurWith<false>(pixels, kernel);
     else
-        blurWith<Sums<true, false>>(pixels, kernel);
+        blurWith<true>(pixels, kernel);
 }
 
 #endif // HWY_TARGET == HWY_SCALAR
