@@ -86,6 +86,43 @@ HWY_INLINE WordVector changeOf(
     return hn::Sub(gain, loss);
 }
 
+/** Lines that arrive while the one in the middle and those that leave are still the first. */
+struct Arrivals
+{
+    static constexpr int most = 15; ///< that leave the totals in a word with a sign
+
+    int count;
+    int sumFactor; ///< what the sums have to be multiplied by
+    int totalFactor;
+    WordVector sums[2]; ///< of what the lines are more than the first
+    WordVector totals[2]; ///< of the sums after each line
+
+    /** None yet. */
+    HWY_INLINE static Arrivals none()
+    {
+        auto const zero = hn::Zero(Words());
+        return {0, 1, 1, {zero, zero}, {zero, zero}};
+    }
+
+    /** The same line again and again. */
+    HWY_INLINE static Arrivals repeated(WideLine const& line, WideLine const& first, int count)
+    {
+        Arrivals result {count, count, count * (count + 1) / 2, {}, {}};
+        for (int i = 0; i < 2; ++i)
+            result.sums[i] = result.totals[i] = hn::Sub(line.channels[i], first.channels[i]);
+        return result;
+    }
+
+    HWY_INLINE void add(WideLine const& line, WideLine const& first)
+    {
+        ++count;
+        for (int i = 0; i < 2; ++i) {
+            sums[i] = hn::Add(sums[i], hn::Sub(line.channels[i], first.channels[i]));
+            totals[i] = hn::Add(totals[i], sums[i]);
+        }
+    }
+};
+
 /**
  * Sums of 16 bits, for divisors up to ShortDivisor::greatest.
  *
@@ -118,6 +155,20 @@ public:
             sums.left[i] = wide.channels[i];
         }
         return sums;
+    }
+
+    HWY_INLINE void arrive(At& sums, Arrivals const& arrivals) const
+    {
+        for (int i = 0; i < 2; ++i) {
+            auto const grown =
+                hn::Mul(arrivals.sums[i], hn::Set(Words(), quint16(arrivals.sumFactor)));
+            auto const total =
+                hn::Mul(arrivals.totals[i], hn::Set(Words(), quint16(arrivals.totalFactor)));
+            auto const steps = hn::Mul(sums.step[i], hn::Set(Words(), quint16(arrivals.count)));
+            sums.weighted[i] = hn::Add(
+                hn::Add(sums.weighted[i], steps), hn::Add(total, hn::Mul(grown, m_flatness)));
+            sums.step[i] = hn::Add(sums.step[i], grown);
+        }
     }
 
     /** Moves on by one: a line arrives, one was in the middle, and one leaves. */
@@ -164,7 +215,7 @@ private:
     int const m_shift;
 };
 
-/** The quotients of doubled sums in the lower words of numbers, see FloatDivisor. */
+/** The quotients of doubled sums, see FloatDivisor. */
 class FloatDivision
 {
 public:
@@ -182,19 +233,33 @@ public:
     /** What a sum has to begin with. */
     HWY_INLINE int offset() const { return m_offset; }
 
-    HWY_INLINE NumberVector operator()(NumberVector sums) const
+    /** A line of the quotients: of the even channels and of the odd ones. */
+    HWY_INLINE ByteVector operator()(NumberVector const (&sums)[2][2]) const
+    {
+        return hn::BitCast(Bytes(), hn::Or(hn::ShiftLeft<8>(words(sums[1])), words(sums[0])));
+    }
+
+private:
+    HWY_INLINE WordVector words(NumberVector const (&sums)[2]) const
+    {
+        return hn::BitCast(Words(),
+            hn::OrAnd(hn::ShiftLeft<16>(quotients(sums[1])), quotients(sums[0]),
+                hn::Set(Numbers(), 0xFFFF)));
+    }
+
+    /** In the lower words. */
+    HWY_INLINE NumberVector quotients(NumberVector sums) const
     {
         auto const exact = hn::ConvertTo(Floats(), hn::BitCast(SignedNumbers(), sums));
         return hn::BitCast(
             Numbers(), hn::MulAdd(exact, m_reciprocal, hn::Set(Floats(), FloatDivisor::whole)));
     }
 
-private:
     int m_offset;
     FloatVector m_reciprocal;
 };
 
-/** The quotients in the lower words of numbers, see Divisor. */
+/** The quotients by divisors above 2^15, see Divisor. */
 class IntegerDivision
 {
 public:
@@ -208,18 +273,34 @@ public:
 
     HWY_INLINE int offset() const { return 0; }
 
-    HWY_INLINE NumberVector operator()(NumberVector sums) const
+    /** A line of the quotients: of the even channels and of the odd ones. */
+    HWY_INLINE ByteVector operator()(NumberVector const (&sums)[2][2]) const
     {
-        auto const oddSums =
-            hn::BitCast(Numbers(), hn::ShiftRight<32>(hn::BitCast(Products(), sums)));
-        auto const even = hn::MulEven(sums, m_multiplier);
-        auto const odd = hn::MulEven(oddSums, m_multiplier);
-        auto const upper = hn::OddEven(
-            hn::BitCast(Numbers(), odd), hn::BitCast(Numbers(), hn::ShiftRight<32>(even)));
-        return hn::ShiftRightSame(upper, m_shift);
+        return hn::BitCast(Bytes(),
+            hn::OrAnd(hn::ShiftRight<8>(words(sums[0])), words(sums[1]), hn::Set(Words(), 0xFF00)));
     }
 
 private:
+    /** Words whose upper bytes are the quotients. */
+    HWY_INLINE WordVector words(NumberVector const (&sums)[2]) const
+    {
+        // The shift of a divisor above 2^15 is 15 at least, and 22 at most.
+        return hn::BitCast(Words(),
+            hn::OrAnd(hn::ShiftRightSame(products(sums[0]), m_shift - 8),
+                hn::ShiftLeftSame(products(sums[1]), 24 - m_shift),
+                hn::Set(Numbers(), 0xFFFF0000)));
+    }
+
+    /** The upper halves. */
+    HWY_INLINE NumberVector products(NumberVector sums) const
+    {
+        auto const oddSums =
+            hn::BitCast(Numbers(), hn::ShiftRight<32>(hn::BitCast(Products(), sums)));
+        auto const even = hn::BitCast(Numbers(), hn::MulEven(sums, m_multiplier));
+        auto const odd = hn::BitCast(Numbers(), hn::MulEven(oddSums, m_multiplier));
+        return hn::OddEven(odd, hn::DupOdd(even));
+    }
+
     NumberVector m_multiplier;
     int m_shift;
 };
@@ -275,6 +356,7 @@ public:
     HWY_INLINE explicit LongSums(Kernel const& kernel)
         : m_division(kernel.divisor)
         , m_divisor(hn::Set(Numbers(), kernel.divisor * Division::factor))
+        , m_flatnessNumber(kernel.flatness)
         , m_flatness(hn::Set(Words(), quint16(kernel.flatness)))
         , m_unit {evenFactor(Division::factor), oddFactor(Division::factor)}
         , m_box {evenFactor(int(kernel.flatness) * Division::factor),
@@ -303,6 +385,30 @@ public:
         return sums;
     }
 
+    HWY_INLINE void arrive(At& sums, Arrivals const& arrivals) const
+    {
+        auto const flatness = hn::Set(Numbers(), m_flatnessNumber);
+        for (int i = 0; i < 2; ++i) {
+            for (int j = 0; j < 2; ++j) {
+                auto const grown = scaledSums(arrivals.sums[i], arrivals.sumFactor, j);
+                auto const total = scaledSums(arrivals.totals[i], arrivals.totalFactor, j);
+                auto& weighted = sums.weighted[i][j];
+                weighted = hn::Add(weighted, hn::Add(total, hn::Mul(grown, flatness)));
+                if constexpr (hasShortSteps) {
+                    weighted = hn::Add(weighted, scaledSums(sums.step[i].words, arrivals.count, j));
+                } else {
+                    auto& step = sums.step[i].numbers[j];
+                    auto const count = hn::Set(Numbers(), quint32(arrivals.count));
+                    weighted = hn::Add(weighted, hn::Mul(step, count));
+                    step = hn::Add(step, grown);
+                }
+            }
+            if constexpr (hasShortSteps)
+                sums.step[i].words = hn::Add(sums.step[i].words,
+                    hn::Mul(arrivals.sums[i], hn::Set(Words(), quint16(arrivals.sumFactor))));
+        }
+    }
+
     /** Moves on by one: a line arrives, one was in the middle, and one leaves. */
     HWY_INLINE void advance(
         At& sums, ByteVector arrivingLine, ByteVector middleLine, ByteVector leavingLine) const
@@ -326,13 +432,16 @@ public:
     }
 
     /** What the line in the middle becomes. */
-    HWY_INLINE ByteVector mean(At const& sums) const
-    {
-        return hn::BitCast(Bytes(),
-            hn::Or(hn::ShiftLeft<8>(quotients(sums.weighted[1])), quotients(sums.weighted[0])));
-    }
+    HWY_INLINE ByteVector mean(At const& sums) const { return m_division(sums.weighted); }
 
 private:
+    /** The words in even places, or in odd ones, times a factor of 15 bits. */
+    HWY_INLINE static NumberVector scaledSums(WordVector words, int factor, int place)
+    {
+        auto const sums = pairSums(words, place == 0 ? evenFactor(factor) : oddFactor(factor));
+        return hn::ShiftLeft<Division::factor - 1>(sums);
+    }
+
     HWY_INLINE void addShort(NumberVector (&weighted)[2], WordVector words) const
     {
         for (int j = 0; j < 2; ++j)
@@ -349,20 +458,30 @@ private:
         }
     }
 
-    /** Words whose lower bytes are the quotients. */
-    HWY_INLINE WordVector quotients(NumberVector const (&weighted)[2]) const
-    {
-        return hn::BitCast(Words(),
-            hn::OrAnd(hn::ShiftLeft<16>(m_division(weighted[1])), m_division(weighted[0]),
-                hn::Set(Numbers(), 0xFFFF)));
-    }
-
     Division const m_division;
     NumberVector const m_divisor;
+    quint32 const m_flatnessNumber;
     WordVector const m_flatness;
     SignedWordVector const m_unit[2];
     SignedWordVector const m_box[2];
 };
+
+/** Lets the lines from `begin` to before `end` arrive; beyond `last` that one is repeated. */
+template <class Sums, class LineAt>
+HWY_INLINE void arriveAll(Sums const& sums, typename Sums::At& at, ByteVector firstLine, int begin,
+    int end, int last, LineAt const& lineAt)
+{
+    WideLine const first(firstLine);
+    int i = begin;
+    for (int const different = std::min(end, last); i < different;) {
+        Arrivals arrivals = Arrivals::none();
+        for (int const stop = std::min(i + Arrivals::most, different); i < stop; ++i)
+            arrivals.add(WideLine(lineAt(i)), first);
+        sums.arrive(at, arrivals);
+    }
+    if (i < end)
+        sums.arrive(at, Arrivals::repeated(WideLine(lineAt(last)), first, end - i));
+}
 
 /** Four lines of pixels; transposed, pixel j of line i is pixel i of line j in each block. */
 struct Tile
@@ -552,6 +671,7 @@ template <class Sums>
 HWY_NOINLINE void blurRowGroup(RowGroup const& rows, int width, int radius, Sums sums,
     LineRing ring, Window const& window, int place)
 {
+    int const last = width - 1;
     int read = 0;
     auto const readUpTo = [&](int end) HWY_ATTR {
         for (; read < std::min(end, width); read += Tile::side) {
@@ -559,15 +679,11 @@ HWY_NOINLINE void blurRowGroup(RowGroup const& rows, int width, int radius, Sums
             for (int i = 0; i < Tile::side; ++i)
                 ring[read + i].setLine(tile.lines[i]);
         }
-        // Behind the last pixel it is repeated.
-        for (read = read > width ? width : read; read < end; ++read)
-            ring[read].setLine(ring[width - 1].line());
     };
     readUpTo(radius);
     ByteVector const first = ring[0].line();
     auto at = sums.amid(first);
-    for (int i = 1; i < radius; ++i)
-        sums.advance(at, ring[i].line(), first, first);
+    arriveAll(sums, at, first, 1, radius, last, [&](int x) HWY_ATTR { return ring[x].line(); });
     for (int i = -radius - 1; i < 0; ++i)
         ring[i].setLine(first);
     for (int x = 0; x < width; x += Tile::side) {
@@ -575,7 +691,7 @@ HWY_NOINLINE void blurRowGroup(RowGroup const& rows, int width, int radius, Sums
         Tile means;
         for (int i = 0; i < Tile::side; ++i) {
             int const middle = x + i;
-            sums.advance(at, ring[middle + radius].line(), ring[middle - 1].line(),
+            sums.advance(at, ring[std::min(middle + radius, last)].line(), ring[middle - 1].line(),
                 ring[middle - radius - 1].line());
             means.lines[i] = sums.mean(at);
         }
@@ -632,9 +748,9 @@ public:
             Part const part {
                 std::max(m_window.lead() - left, 0), std::min(behind - left, linePixels)};
             if (part.end - part.begin == linePixels)
-                advanceStrip<true>(i, part, steps, count);
+                advanceStrip<true>(i, part, begin, steps, count);
             else
-                advanceStrip<false>(i, part, steps, count);
+                advanceStrip<false>(i, part, begin, steps, count);
         }
     }
 
@@ -649,7 +765,7 @@ private:
 
     /** @tparam isWhole whether all of the strip is in the image */
     template <bool isWhole>
-    HWY_INLINE void advanceStrip(int strip, Part part, Step const* steps, int count)
+    HWY_INLINE void advanceStrip(int strip, Part part, int begin, Step const* steps, int count)
     {
         // Copies, for the bytes that are written might be those of the members.
         Sums const sums = m_sums;
@@ -658,11 +774,11 @@ private:
         quint8* const data =
             m_pixels.data + (std::ptrdiff_t(strip) * linePixels - m_window.lead()) * pixelBytes;
         auto at = m_at[std::size_t(strip)];
-        int i = 0;
-        ByteVector const first = lines->line();
-        for (; i < count && steps[i].result < 0; ++i)
-            sums.advance(at, lines[steps[i].arriving].line(), first, first);
-        for (; i < count; ++i) {
+        int const silent = std::clamp(m_radius - begin, 0, count);
+        // As long as nothing leaves the first row is in its place.
+        arriveAll(sums, at, lines->line(), begin, begin + silent, m_pixels.height - 1,
+            [&](int y) HWY_ATTR { return lines[m_window.place(y)].line(); });
+        for (int i = silent; i < count; ++i) {
             Step const& step = steps[i];
             sums.advance(at, lines[step.arriving].line(), lines[step.middle].line(),
                 lines[step.leaving].line());
