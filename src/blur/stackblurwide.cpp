@@ -77,14 +77,21 @@ struct WideLine
     }
 };
 
-/** How much more the sum of the triangle grows than in the step before. */
-HWY_INLINE WordVector changeOf(
-    WideLine const& arriving, WideLine const& middle, WordVector const (&left)[2], int i)
+/** Of the even channels or of the odd ones: what arrives, was in the middle, and leaves. */
+struct Change
 {
-    auto const gain = hn::Sub(arriving.channels[i], middle.channels[i]);
-    auto const loss = hn::Sub(middle.channels[i], left[i]);
-    return hn::Sub(gain, loss);
-}
+    WordVector arriving;
+    WordVector middle;
+    WordVector leaving;
+
+    /** How much more the sum of the triangle grows than before. @param left what left then */
+    HWY_INLINE WordVector ofStep(WordVector left) const
+    {
+        return hn::Sub(hn::Sub(arriving, middle), hn::Sub(middle, left));
+    }
+
+    HWY_INLINE WordVector ofBox() const { return hn::Sub(arriving, leaving); }
+};
 
 /** Lines that arrive while the one in the middle and those that leave are still the first. */
 struct Arrivals
@@ -178,14 +185,8 @@ public:
         WideLine const arriving(arrivingLine);
         WideLine const middle(middleLine);
         WideLine const leaving(leavingLine);
-        for (int i = 0; i < 2; ++i) {
-            sums.step[i] = hn::Add(sums.step[i], changeOf(arriving, middle, sums.left, i));
-            sums.weighted[i] = hn::Add(sums.weighted[i], sums.step[i]);
-            if (hasFlatness)
-                sums.weighted[i] = hn::Add(sums.weighted[i],
-                    hn::Mul(hn::Sub(arriving.channels[i], leaving.channels[i]), m_flatness));
-            sums.left[i] = leaving.channels[i];
-        }
+        advanceHalf(sums, 0, {arriving.channels[0], middle.channels[0], leaving.channels[0]});
+        advanceHalf(sums, 1, {arriving.channels[1], middle.channels[1], leaving.channels[1]});
     }
 
     /** What the line in the middle becomes. */
@@ -199,6 +200,15 @@ public:
     }
 
 private:
+    HWY_INLINE void advanceHalf(At& sums, int i, Change const& change) const
+    {
+        sums.step[i] = hn::Add(sums.step[i], change.ofStep(sums.left[i]));
+        sums.weighted[i] = hn::Add(sums.weighted[i], sums.step[i]);
+        if (hasFlatness)
+            sums.weighted[i] = hn::Add(sums.weighted[i], hn::Mul(change.ofBox(), m_flatness));
+        sums.left[i] = change.leaving;
+    }
+
     HWY_INLINE ShortSums(Kernel const& kernel, ShortDivisor const& divisor)
         : m_flatness(hn::Set(Words(), quint16(kernel.flatness)))
         , m_divisor(hn::Set(Words(), quint16(kernel.divisor)))
@@ -416,19 +426,8 @@ public:
         WideLine const arriving(arrivingLine);
         WideLine const middle(middleLine);
         WideLine const leaving(leavingLine);
-        for (int i = 0; i < 2; ++i) {
-            auto const change = changeOf(arriving, middle, sums.left, i);
-            auto const traded = hn::Sub(arriving.channels[i], leaving.channels[i]);
-            if constexpr (hasShortSteps) {
-                sums.step[i].words = hn::Add(sums.step[i].words, change);
-                addShort(sums.weighted[i],
-                    hasFlatness ? hn::Add(sums.step[i].words, hn::Mul(traded, m_flatness))
-                                : sums.step[i].words);
-            } else {
-                addLong(sums, i, change, traded);
-            }
-            sums.left[i] = leaving.channels[i];
-        }
+        advanceHalf(sums, 0, {arriving.channels[0], middle.channels[0], leaving.channels[0]});
+        advanceHalf(sums, 1, {arriving.channels[1], middle.channels[1], leaving.channels[1]});
     }
 
     /** What the line in the middle becomes. */
@@ -442,20 +441,31 @@ private:
         return hn::ShiftLeft<Division::factor - 1>(sums);
     }
 
-    HWY_INLINE void addShort(NumberVector (&weighted)[2], WordVector words) const
+    HWY_INLINE void advanceHalf(At& sums, int i, Change const& change) const
     {
-        for (int j = 0; j < 2; ++j)
-            weighted[j] = hn::Add(weighted[j], pairSums(words, m_unit[j]));
+        auto& weighted = sums.weighted[i];
+        auto const growth = change.ofStep(sums.left[i]);
+        if constexpr (hasShortSteps) {
+            auto& words = sums.step[i].words;
+            words = hn::Add(words, growth);
+            add(weighted, hasFlatness ? hn::Add(words, hn::Mul(change.ofBox(), m_flatness)) : words,
+                m_unit);
+        } else {
+            auto& numbers = sums.step[i].numbers;
+            add(numbers, growth, m_unit);
+            weighted[0] = hn::Add(weighted[0], numbers[0]);
+            weighted[1] = hn::Add(weighted[1], numbers[1]);
+            if constexpr (hasFlatness)
+                add(weighted, change.ofBox(), m_box);
+        }
+        sums.left[i] = change.leaving;
     }
 
-    HWY_INLINE void addLong(At& sums, int i, WordVector change, WordVector traded) const
+    HWY_INLINE static void add(
+        NumberVector (&numbers)[2], WordVector words, SignedWordVector const (&factors)[2])
     {
-        for (int j = 0; j < 2; ++j) {
-            sums.step[i].numbers[j] = hn::Add(sums.step[i].numbers[j], pairSums(change, m_unit[j]));
-            sums.weighted[i][j] = hn::Add(sums.weighted[i][j], sums.step[i].numbers[j]);
-            if constexpr (hasFlatness)
-                sums.weighted[i][j] = hn::Add(sums.weighted[i][j], pairSums(traded, m_box[j]));
-        }
+        numbers[0] = hn::Add(numbers[0], pairSums(words, factors[0]));
+        numbers[1] = hn::Add(numbers[1], pairSums(words, factors[1]));
     }
 
     Division const m_division;
@@ -611,7 +621,7 @@ private:
 };
 
 /** How many rows are blurred before the columns go on: what is kept of these is then in use. */
-constexpr int bandRows = 32;
+constexpr int bandRows = 16;
 
 /**
  * The rows that were blurred, as long as a span of a column asks for them: a strip as wide as a
@@ -725,6 +735,7 @@ public:
         , m_sums(sums)
         , m_window(window)
         , m_at(new typename Sums::At[std::size_t(window.strips())])
+        , m_steps(new Step[std::size_t(std::max(radius, bandRows))])
     {
     }
 
@@ -735,22 +746,24 @@ public:
             m_at[std::size_t(i)] = m_sums.amid(m_window.strip(i)->line());
     }
 
-    /** The steps at which the rows from `begin` to before `end` arrive; beyond the last it does. */
+    /**
+     * The steps at which the rows from `begin` to before `end` arrive; beyond the last it does.
+     * These are rows of one band, or all beyond the last.
+     */
     void advance(int begin, int end)
     {
-        Step steps[bandRows];
-        for (int i = begin; i < end; ++i)
-            steps[i - begin] = stepAt(i);
-        int const count = end - begin;
+        int const silent = std::clamp(m_radius, begin, end);
+        for (int i = silent; i < end; ++i)
+            m_steps[std::size_t(i - silent)] = stepAt(i);
         int const behind = m_window.lead() + m_pixels.width;
         for (int i = 0; i < m_window.strips(); ++i) {
             int const left = i * linePixels;
             Part const part {
                 std::max(m_window.lead() - left, 0), std::min(behind - left, linePixels)};
             if (part.end - part.begin == linePixels)
-                advanceStrip<true>(i, part, begin, steps, count);
+                advanceStrip<true>(i, part, begin, silent, end);
             else
-                advanceStrip<false>(i, part, begin, steps, count);
+                advanceStrip<false>(i, part, begin, silent, end);
         }
     }
 
@@ -765,7 +778,7 @@ private:
 
     /** @tparam isWhole whether all of the strip is in the image */
     template <bool isWhole>
-    HWY_INLINE void advanceStrip(int strip, Part part, int begin, Step const* steps, int count)
+    HWY_INLINE void advanceStrip(int strip, Part part, int begin, int silent, int end)
     {
         // Copies, for the bytes that are written might be those of the members.
         Sums const sums = m_sums;
@@ -774,11 +787,11 @@ private:
         quint8* const data =
             m_pixels.data + (std::ptrdiff_t(strip) * linePixels - m_window.lead()) * pixelBytes;
         auto at = m_at[std::size_t(strip)];
-        int const silent = std::clamp(m_radius - begin, 0, count);
-        // As long as nothing leaves the first row is in its place.
-        arriveAll(sums, at, lines->line(), begin, begin + silent, m_pixels.height - 1,
-            [&](int y) HWY_ATTR { return lines[m_window.place(y)].line(); });
-        for (int i = silent; i < count; ++i) {
+        // As long as nothing leaves, all rows are in the window, and the first at its beginning.
+        arriveAll(sums, at, lines->line(), begin, silent, m_pixels.height - 1,
+            [&](int y) HWY_ATTR { return lines[y].line(); });
+        Step const* const steps = m_steps.get();
+        for (int i = 0; i < end - silent; ++i) {
             Step const& step = steps[i];
             sums.advance(at, lines[step.arriving].line(), lines[step.middle].line(),
                 lines[step.leaving].line());
@@ -806,6 +819,7 @@ private:
     Sums const m_sums;
     Window const& m_window;
     std::unique_ptr<typename Sums::At[]> m_at;
+    std::unique_ptr<Step[]> m_steps;
 };
 
 /** Rows and columns by turns, so that a row is still in the cache when its columns are blurred. */
@@ -819,10 +833,9 @@ template <class Sums> void blurWith(Pixels const& pixels, Kernel const& kernel)
     RowCopy const copy(pixels.width);
     Sums const sums(kernel);
     ColumnBlur<Sums> columns(pixels, radius, sums, window);
-    int const end = pixels.height + radius;
-    for (int top = 0; top < end; top += bandRows) {
-        int const bottom = std::min(top + bandRows, end);
-        for (int y = top; y < std::min(bottom, pixels.height); y += linePixels) {
+    for (int top = 0; top < pixels.height; top += bandRows) {
+        int const bottom = std::min(top + bandRows, pixels.height);
+        for (int y = top; y < bottom; y += linePixels) {
             // Behind a row there has to be room for a tile: the next row, unless that is short.
             bool const isReadable = pixels.width >= Tile::side && y + linePixels < pixels.height;
             RowGroup const rows = isReadable
@@ -834,6 +847,7 @@ template <class Sums> void blurWith(Pixels const& pixels, Kernel const& kernel)
             columns.start();
         columns.advance(std::max(top, 1), bottom);
     }
+    columns.advance(pixels.height, pixels.height + radius);
 }
 
 template <bool hasFlatness> void blurWith(Pixels const& pixels, Kernel const& kernel)
