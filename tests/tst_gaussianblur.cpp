@@ -614,6 +614,14 @@ void TestGaussianBlur::sumsAreExactUpToTheirBounds_data()
     QTest::newRow("long steps") << 128 << 0U;
     QTest::newRow("short steps, flat") << 63 << 64U;
     QTest::newRow("long steps, flat") << 63 << 65U;
+    // A radius up to 127 leaves steps of the triangle that have 16 bits, whatever the box adds.
+    QTest::newRow("short triangle") << 127 << 100U;
+    QTest::newRow("long triangle") << 128 << 100U;
+    QTest::newRow("short triangle, divisor above 2^16") << 127 << 977U;
+    QTest::newRow("long triangle, divisor above 2^16") << 128 << 977U;
+    // So many lines that arrive are summed up at once: 15.
+    QTest::newRow("15 lines arrive") << 16 << 16U;
+    QTest::newRow("16 lines arrive") << 17 << 16U;
     // A divisor up to 2^15 or 2^16 leaves sums that a float keeps.
     QTest::newRow("divisor below 2^15") << 180 << 0U;
     QTest::newRow("divisor above 2^15") << 181 << 0U;

@@ -55,6 +55,7 @@ constexpr int lineBytes = int(hn::MaxLanes(Bytes()));
 constexpr int pixelBytes = 4;
 constexpr int linePixels = lineBytes / pixelBytes;
 constexpr int blockBytes = 16; ///< within which Highway interleaves
+constexpr quint32 greatestWord = 32767; ///< with a sign
 
 /** Memory for the bytes of a line. */
 struct alignas(lineBytes) LineMemory
@@ -335,15 +336,26 @@ HWY_INLINE NumberVector pairSums(WordVector pairs, SignedWordVector factors)
     return hn::BitCast(Numbers(), hn::RearrangeToOddPlusEven(sums, rest));
 }
 
+/** What a word with a sign has room for. */
+enum class Fitting {
+    Nothing,
+    Triangle, ///< what the triangle's sum grows by in a step
+    All ///< what the sum of triangle and box does
+};
+
 /**
  * Sums of 32 bits.
  *
  * @tparam hasFlatness whether there is a flatness
- * @tparam hasShortSteps whether a word with a sign has room for what the sum grows by in a step
+ * @tparam fitting what may be kept in words
  * @tparam Division how sums are divided
  */
-template <bool hasFlatness, bool hasShortSteps, class Division> class LongSums
+template <bool hasFlatness, Fitting fitting, class Division> class LongSums
 {
+    static constexpr bool hasShortSteps = fitting != Fitting::Nothing;
+    /** Whether the box is added apart. */
+    static constexpr bool hasLongBox = hasFlatness && fitting != Fitting::All;
+
     struct LongStep
     {
         NumberVector numbers[2];
@@ -448,16 +460,17 @@ private:
         if constexpr (hasShortSteps) {
             auto& words = sums.step[i].words;
             words = hn::Add(words, growth);
-            add(weighted, hasFlatness ? hn::Add(words, hn::Mul(change.ofBox(), m_flatness)) : words,
+            constexpr bool hasShortBox = hasFlatness && !hasLongBox;
+            add(weighted, hasShortBox ? hn::Add(words, hn::Mul(change.ofBox(), m_flatness)) : words,
                 m_unit);
         } else {
             auto& numbers = sums.step[i].numbers;
             add(numbers, growth, m_unit);
             weighted[0] = hn::Add(weighted[0], numbers[0]);
             weighted[1] = hn::Add(weighted[1], numbers[1]);
-            if constexpr (hasFlatness)
-                add(weighted, change.ofBox(), m_box);
         }
+        if constexpr (hasLongBox)
+            add(weighted, change.ofBox(), m_box);
         sums.left[i] = change.leaving;
     }
 
@@ -850,21 +863,28 @@ template <class Sums> void blurWith(Pixels const& pixels, Kernel const& kernel)
     columns.advance(pixels.height, pixels.height + radius);
 }
 
+template <bool hasFlatness, class Division>
+void blurWithLongSums(Pixels const& pixels, Kernel const& kernel)
+{
+    quint32 const triangle = 255 * (quint32(kernel.radius) + 1);
+    if (triangle > greatestWord)
+        blurWith<LongSums<hasFlatness, Fitting::Nothing, Division>>(pixels, kernel);
+    else if (triangle + 255 * kernel.flatness > greatestWord)
+        blurWith<LongSums<hasFlatness, Fitting::Triangle, Division>>(pixels, kernel);
+    else
+        blurWith<LongSums<hasFlatness, Fitting::All, Division>>(pixels, kernel);
+}
+
 template <bool hasFlatness> void blurWith(Pixels const& pixels, Kernel const& kernel)
 {
-    // Of a word with a sign.
-    constexpr quint32 greatestWord = 32767;
-    quint32 const greatestStep = 255 * (quint32(kernel.radius) + 1 + kernel.flatness);
     bool const isFloat = kernel.divisor <= FloatDivision::greatest
         && kernel.flatness <= greatestWord / FloatDivision::factor;
     if (kernel.divisor <= ShortDivisor::greatest)
         blurWith<ShortSums<hasFlatness>>(pixels, kernel);
-    else if (isFloat && greatestStep <= greatestWord)
-        blurWith<LongSums<hasFlatness, true, FloatDivision>>(pixels, kernel);
     else if (isFloat)
-        blurWith<LongSums<hasFlatness, false, FloatDivision>>(pixels, kernel);
+        blurWithLongSums<hasFlatness, FloatDivision>(pixels, kernel);
     else
-        blurWith<LongSums<hasFlatness, false, IntegerDivision>>(pixels, kernel);
+        blurWithLongSums<hasFlatness, IntegerDivision>(pixels, kernel);
 }
 
 void blur(Pixels const& pixels, Kernel const& kernel)
