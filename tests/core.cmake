@@ -31,10 +31,10 @@ foreach(name IN ITEMS
     tst_text
     tst_unfinishedfile
     tst_zipmember)
-  kpgeometry_add_test(${name} LIBRARIES kpgeomcore kpgeometry_private util)
+  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
 # Only a process has a message handler, so the log of messages is the tool's own.
-kpgeometry_add_test(tst_messagelog
+kpgeometry_add_test(tst_messagelog UNOPTIMIZED
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
   LIBRARIES kpgeomcore)
 target_include_directories(tst_messagelog PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
@@ -43,7 +43,7 @@ kpgeometry_add_test(tst_outputname
   LIBRARIES kpgeomcore)
 target_include_directories(tst_outputname PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
 # The library as its object files show it; the tool beside it for comparison.
-kpgeometry_add_test(tst_kpgeomcore
+kpgeometry_add_test(tst_kpgeomcore UNOPTIMIZED
   DEFINITIONS
     KPGEOM_CORE_LIBRARY="$<TARGET_FILE:kpgeomcore>"
     KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
@@ -52,5 +52,5 @@ add_dependencies(tst_kpgeomcore kpgeomcore kpgeom)
 # In a browser, which no sanitizer looks into: the page is what is tested.
 if(NOT KPGEOMETRY_SANITIZERS)
   find_package(Qt5 5.15 REQUIRED COMPONENTS Network)
-  kpgeometry_add_test(tst_draggedpage LIBRARIES kpgeomcore Qt5::Network)
+  kpgeometry_add_test(tst_draggedpage UNOPTIMIZED LIBRARIES kpgeomcore Qt5::Network)
 endif()

@@ -1,15 +1,15 @@
 # The import of pictures and fonts, and the library with what others have drawn.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 
-kpgeometry_add_test(tst_drawingmlimport LIBRARIES kpgeomcore kpgeometry_private)
+kpgeometry_add_test(tst_drawingmlimport UNOPTIMIZED LIBRARIES kpgeomcore kpgeometry_private)
 # With KPGEOMETRY_PRESETS in the environment also what scripts/presets fetches.
-kpgeometry_add_test(tst_presetfit LIBRARIES kpgeomcore kpgeometry_private)
+kpgeometry_add_test(tst_presetfit UNOPTIMIZED LIBRARIES kpgeomcore kpgeometry_private)
 foreach(name IN ITEMS tst_pathrecorder tst_svgrewriter tst_svgviewport tst_uniquenames)
-  kpgeometry_add_test(${name} LIBRARIES kpgeomcore)
+  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomcore)
 endforeach()
 find_package(ZLIB REQUIRED)
 # The log of messages is the tool's own.
-kpgeometry_add_test(tst_outlineimport
+kpgeometry_add_test(tst_outlineimport UNOPTIMIZED
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
   LIBRARIES kpgeomcore ZLIB::ZLIB)
 target_include_directories(tst_outlineimport PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)

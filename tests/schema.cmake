@@ -1,5 +1,5 @@
 # The schema of documents, by what xmllint says of them.
-kpgeometry_add_test(tst_schema
+kpgeometry_add_test(tst_schema UNOPTIMIZED
   LIBRARIES kpgeomcore util
   DEFINITIONS
     KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"

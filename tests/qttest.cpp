@@ -1,0 +1,1 @@
+// Empty: CMake makes a precompiled header only beside a source.
