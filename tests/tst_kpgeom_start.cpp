@@ -88,9 +88,10 @@ void TestKpgeomStart::applicationIsMadeWhereItIsNeeded()
     Result const result = m_place->run(arguments, start);
     QVERIFY(result.exited);
     QVERIFY2(result.code == 0 || result.code == 3, result.err.constData());
-    QStringList const lists = m_place->entries().filter("loaded.");
-    QCOMPARE(lists.size(), 1);
-    QByteArray const loaded = m_place->read(lists.first());
+    // Several if it starts other programs, as a sanitizer does.
+    QByteArray loaded;
+    for (QString const& list : m_place->entries().filter("loaded."))
+        loaded += m_place->read(list);
     QVERIFY(loaded.contains("libQt5Gui.so"));
     QCOMPARE(loaded.contains("libqoffscreen.so"), isNeeded);
 }
