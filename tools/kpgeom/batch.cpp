@@ -83,7 +83,7 @@ FileState stateOf(QString const& file)
 QString placeOf(QString const& file)
 {
     QFileInfo const info(file);
-    if (QString const place = info.canonicalFilePath(); !place.isEmpty())
+    if (QString place = info.canonicalFilePath(); !place.isEmpty())
         return place;
     QString const folder = QFileInfo(info.absolutePath()).canonicalFilePath();
     return folder.isEmpty() ? QDir::cleanPath(info.absoluteFilePath())
