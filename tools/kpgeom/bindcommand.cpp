@@ -5,7 +5,6 @@
 #include "document/bindingrule.h"
 #include "document/documentrewriter.h"
 #include "document/geometrywalker.h"
-#include "document/shapeformat.h"
 #include "document/shapes.h"
 #include "document/shortlines.h"
 #include "documentinput.h"
