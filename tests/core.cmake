@@ -33,11 +33,7 @@ foreach(name IN ITEMS
     tst_zipmember)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
-# Only a process has a message handler, so the log of messages is the tool's own.
-kpgeometry_add_test(tst_messagelog UNOPTIMIZED
-  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/messagelog.cpp
-  LIBRARIES kpgeomcore)
-target_include_directories(tst_messagelog PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+kpgeometry_add_test(tst_messagelog UNOPTIMIZED LIBRARIES kpgeomprocess)
 kpgeometry_add_test(tst_outputname
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
   LIBRARIES kpgeomcore)

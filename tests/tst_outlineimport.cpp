@@ -1,7 +1,7 @@
 #include "import/svgimport.h"
 #include "import/textimport.h"
-#include "messagelog.h"
 #include "outlinetesting.h"
+#include "process/messagelog.h"
 
 #include <QElapsedTimer>
 #include <QFile>

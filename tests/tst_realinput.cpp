@@ -1,7 +1,7 @@
 #include "import/fillorientation.h"
 #include "import/svgimport.h"
-#include "messagelog.h"
 #include "outlinetesting.h"
+#include "process/messagelog.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -11,7 +11,7 @@
 #include "fit/slicing.h"
 #include "import/gunzip.h"
 #include "import/svgimport.h"
-#include "messagelog.h"
+#include "process/messagelog.h"
 #include "progress.h"
 
 #include <cmath>

@@ -3,11 +3,11 @@
 #include "console.h"
 #include "gaussianblur.h"
 #include "guiapplication.h"
-#include "messagelog.h"
 #include "paint/colourtext.h"
 #include "paint/dropshadow.h"
 #include "paint/imagefile.h"
 #include "paint/picture.h"
+#include "process/messagelog.h"
 #include "stackblur_p.h"
 
 #include <QFileInfo>

@@ -4,8 +4,8 @@
 #include "common/spool.h"
 #include "common/text.h"
 #include "filereplacement_p.h"
-#include "messagelog.h"
 #include "orderedjobs.h"
+#include "process/messagelog.h"
 #include "progress.h"
 #include "termination.h"
 

@@ -9,8 +9,8 @@
 #include "import/drawingmlimport.h"
 #include "import/pathimport.h"
 #include "import/textimport.h"
-#include "messagelog.h"
 #include "presetconversion.h"
+#include "process/messagelog.h"
 #include "xmltext_p.h"
 
 #include <QDomDocument>

@@ -3,9 +3,9 @@
 #include "console.h"
 #include "fit/drawinginput.h"
 #include "fit/fitreport.h"
-#include "messagelog.h"
 #include "paint/fitsheet.h"
 #include "pictureoutput.h"
+#include "process/messagelog.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "progress.h"
 
 #include "console.h"
-#include "messagelog.h"
+#include "process/messagelog.h"
 
 #include <QByteArray>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "messagelog.h"
+#include "process/messagelog.h"
 
 #include "common/text.h"
 
