@@ -1,0 +1,57 @@
+#include "document/appearance.h"
+
+#include "colorutil.h"
+
+#include <algorithm>
+
+QVector<QColor> ShapeColour::steps() const
+{
+    KpColor changed = colour;
+    QVector<QColor> all {changed};
+    for (ColourTransform const& transform : transforms) {
+        if (auto const change = ColorUtil::getColorFunc(transform.name))
+            change(changed, transform.value);
+        all.append(changed);
+    }
+    return all;
+}
+
+namespace {
+
+bool isSame(double left, double right)
+{
+    return !(left < right) && !(left > right);
+}
+
+bool isSame(ColourTransform const& left, ColourTransform const& right)
+{
+    return left.name == right.name && isSame(left.value, right.value);
+}
+
+bool isSame(ShapeColour const& left, ShapeColour const& right)
+{
+    return left.colour == right.colour
+        && std::equal(left.transforms.cbegin(), left.transforms.cend(), right.transforms.cbegin(),
+            right.transforms.cend(),
+            [](auto const& one, auto const& other) { return isSame(one, other); });
+}
+
+bool isSame(ShapeShadow const& left, ShapeShadow const& right)
+{
+    return left.radius == right.radius && left.flatness == right.flatness
+        && isSame(left.offset.x(), right.offset.x()) && isSame(left.offset.y(), right.offset.y())
+        && left.colour == right.colour;
+}
+
+template <class Part> bool isSame(std::optional<Part> const& left, std::optional<Part> const& right)
+{
+    return left.has_value() == right.has_value() && (!left || isSame(*left, *right));
+}
+
+} // namespace
+
+bool operator==(Appearance const& left, Appearance const& right)
+{
+    return left.theme == right.theme && isSame(left.fill, right.fill)
+        && isSame(left.line, right.line) && isSame(left.shadow, right.shadow);
+}
