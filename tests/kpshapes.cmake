@@ -1,0 +1,19 @@
+# The editor: its model without widgets, and its widgets on a screen of several densities.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Widgets)
+
+# kpgeometry_add_window_test(<name> [LIBRARIES ...] [TIMEOUT seconds]): a test program with widgets,
+# which runs once for each device pixel ratio.
+function(kpgeometry_add_window_test name)
+  cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES" ${ARGN})
+  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES Qt5::Widgets ${arg_LIBRARIES}
+    TIMEOUT ${arg_TIMEOUT})
+  foreach(ratio IN ITEMS 1.5 2)
+    add_test(NAME ${name}_at_${ratio} COMMAND ${name})
+    get_test_property(${name} TIMEOUT timeout)
+    get_test_property(${name} ENVIRONMENT environment)
+    set_tests_properties(${name}_at_${ratio} PROPERTIES
+      TIMEOUT ${timeout} COST ${timeout}
+      ENVIRONMENT "${environment};QT_SCALE_FACTOR=${ratio}")
+  endforeach()
+endfunction()
+
