@@ -17,19 +17,6 @@
 
 namespace {
 
-/** The shapes of all pictures, one behind the other. */
-Shapes shapesOf(ImportedPictures pictures)
-{
-    Shapes shapes;
-    for (ImportedOutlines& picture : pictures) {
-        for (ImportedOutline& outline : picture.outlines) {
-            shapes.push_back(
-                {outline.name, picture.size, outline.fillRule, std::move(outline.list)});
-        }
-    }
-    return shapes;
-}
-
 /** As shapesDocument(), but by the DOM writer. */
 QByteArray domDocument(Shapes const& shapes)
 {

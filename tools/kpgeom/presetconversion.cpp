@@ -14,30 +14,6 @@
 
 namespace {
 
-/** What a shape is drawn for that has no box of its own. */
-constexpr QSizeF presetBox(12000.0, 9000.0);
-
-QString errorText(double error)
-{
-    return QString::number(error, 'g', 2);
-}
-
-/** A warning about a shape that is no more than nearly what its definition says. */
-Diagnostic deviationOf(
-    LearntPreset const& learnt, ShapeDefinition const& shape, QString const& file)
-{
-    PresetDeviation const& worst = *learnt.worst();
-    return {Diagnostic::Severity::Warning, file, shape.line, shape.column,
-        QStringLiteral("%1: %2 of %3 follow no rule; the worst, %4 of segment %5 in outline %6, is "
-                       "off by %7 of the longer side in a box of %8")
-            .arg(titleOf(shape))
-            .arg(learnt.inexact.size())
-            .arg(countText(learnt.coordinates, QStringLiteral("coordinate")), worst.letter)
-            .arg(worst.segment + 1)
-            .arg(worst.shape + 1)
-            .arg(errorText(worst.error), sizeText(worst.box))};
-}
-
 /** Learns shapes one after the other, and sums up how exact they are. */
 class PresetLearner
 {
@@ -52,16 +28,8 @@ public:
     std::optional<LearntPreset> learn(ShapeDefinition const& shape)
     {
         Diagnostics diagnostics;
-        QSizeF const box = shape.box.isEmpty() ? presetBox : shape.box;
-        auto learnt = learntPreset(shape, box, m_adjustments, m_file, diagnostics);
-        if (learnt && learnt->shapes.empty()) {
-            diagnostics.add({Diagnostic::Severity::Warning, m_file, shape.line, shape.column,
-                QStringLiteral("%1 draws nothing: left out").arg(titleOf(shape))});
-            learnt.reset();
-        }
+        auto learnt = learntShape(shape, m_adjustments, m_file, diagnostics);
         if (learnt) {
-            if (!learnt->isWhole())
-                diagnostics.add(deviationOf(*learnt, shape, m_file));
             ++m_shapes;
             m_whole += learnt->isWhole() ? 1 : 0;
             m_coordinates += learnt->coordinates;
@@ -186,7 +154,7 @@ Outcome convertPresets(PresetConversion const& conversion)
             return Outcome::Failed;
         table.addRow({shape.name, QString::number(learnt->coordinates),
             QString::number(learnt->coordinates - learnt->inexact.size()),
-            errorText(learnt->error)});
+            QString::number(learnt->error, 'g', 2)});
     }
     if (!printOut(table.toText() + QLatin1Char('\n') + learner.summary() + QLatin1Char('\n')))
         return Outcome::Failed;

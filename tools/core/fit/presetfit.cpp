@@ -1,5 +1,6 @@
 #include "fit/presetfit.h"
 
+#include "common/text.h"
 #include "document/exactcopy.h"
 #include "fit/rulefit.h"
 #include "segmentkind_p.h"
@@ -147,6 +148,22 @@ private:
     std::vector<PresetDeviation> m_deviations;
 };
 
+/** A warning about a shape that is no more than nearly what its definition says. */
+Diagnostic deviationOf(
+    LearntPreset const& learnt, ShapeDefinition const& shape, QString const& file)
+{
+    PresetDeviation const& worst = *learnt.worst();
+    return {Diagnostic::Severity::Warning, file, shape.line, shape.column,
+        QStringLiteral("%1: %2 of %3 follow no rule; the worst, %4 of segment %5 in outline %6, is "
+                       "off by %7 of the longer side in a box of %8")
+            .arg(titleOf(shape))
+            .arg(learnt.inexact.size())
+            .arg(countText(learnt.coordinates, QStringLiteral("coordinate")), worst.letter)
+            .arg(worst.segment + 1)
+            .arg(worst.shape + 1)
+            .arg(QString::number(worst.error, 'g', 2), sizeText(worst.box))};
+}
+
 } // namespace
 
 PresetDeviation const* LearntPreset::worst() const
@@ -198,4 +215,19 @@ std::optional<LearntPreset> learntPreset(ShapeDefinition const& definition, QSiz
         list.updateValue(box.width(), box.height());
     }
     return result;
+}
+
+std::optional<LearntPreset> learntShape(ShapeDefinition const& definition,
+    GuideAdjustments const& adjustments, QString const& file, Diagnostics& diagnostics)
+{
+    QSizeF const box = definition.box.isEmpty() ? defaultPresetBox : definition.box;
+    auto learnt = learntPreset(definition, box, adjustments, file, diagnostics);
+    if (learnt && learnt->shapes.empty()) {
+        diagnostics.add({Diagnostic::Severity::Warning, file, definition.line, definition.column,
+            QStringLiteral("%1 draws nothing: left out").arg(titleOf(definition))});
+        learnt.reset();
+    }
+    if (learnt && !learnt->isWhole())
+        diagnostics.add(deviationOf(*learnt, definition, file));
+    return learnt;
 }

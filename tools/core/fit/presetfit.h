@@ -58,4 +58,14 @@ QVector<QSizeF> presetBoxes(QSizeF const& box);
 std::optional<LearntPreset> learntPreset(ShapeDefinition const& definition, QSizeF const& box,
     GuideAdjustments const& adjustments, QString const& file, Diagnostics& diagnostics);
 
+/** What a shape is drawn for that has no box of its own. */
+constexpr QSizeF defaultPresetBox(12000.0, 9000.0);
+
+/**
+ * As learntPreset(), for the shape's own box or defaultPresetBox, with a warning at the shape's place
+ * if it is no more than nearly what its definition says. Nothing, with a warning, if it draws nothing.
+ */
+std::optional<LearntPreset> learntShape(ShapeDefinition const& definition,
+    GuideAdjustments const& adjustments, QString const& file, Diagnostics& diagnostics);
+
 #endif // PRESETFIT_H

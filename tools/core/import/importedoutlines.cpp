@@ -106,3 +106,15 @@ void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QStri
     outline.list->noLine = painted.pen.style() == Qt::NoPen;
     picture.outlines.push_back(std::move(outline));
 }
+
+Shapes shapesOf(ImportedPictures pictures)
+{
+    Shapes shapes;
+    for (ImportedOutlines& picture : pictures) {
+        for (ImportedOutline& outline : picture.outlines) {
+            shapes.push_back(
+                {outline.name, picture.size, outline.fillRule, std::move(outline.list)});
+        }
+    }
+    return shapes;
+}

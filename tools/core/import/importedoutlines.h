@@ -2,6 +2,7 @@
 #define IMPORTEDOUTLINES_H
 
 #include "common/diagnostic.h"
+#include "document/shapes.h"
 #include "import/pathrecorder.h"
 #include "kppathseglist.h"
 
@@ -52,6 +53,9 @@ using ImportedPictures = std::vector<ImportedOutlines>;
  */
 std::optional<ImportedOutlines> onlyPicture(
     std::optional<ImportedPictures> pictures, QString const& file, Diagnostics& diagnostics);
+
+/** The outlines of all pictures as shapes, one behind the other, each with the size of its picture. */
+Shapes shapesOf(ImportedPictures pictures);
 
 /**
  * Gives what Qt has logged since the last call, each different message once and on one line, and
