@@ -17,3 +17,8 @@ function(kpgeometry_add_window_test name)
   endforeach()
 endfunction()
 
+kpgeometry_add_test(tst_kpshapes_commandtext UNOPTIMIZED
+  LIBRARIES kpshapes_window
+  DEFINITIONS KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>")
+add_dependencies(tst_kpshapes_commandtext kpgeom)
+kpgeometry_add_test(tst_kpshapes_exchange UNOPTIMIZED LIBRARIES kpshapes_exchange)

@@ -1,0 +1,86 @@
+#include "window/stylechoice.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace {
+
+/** The colours of which a palette is made. */
+struct Tones
+{
+    QRgb window;
+    QRgb base;
+    QRgb button;
+    QRgb text;
+    QRgb disabled;
+    QRgb accent;
+    QRgb onAccent;
+    QRgb link;
+};
+
+constexpr Tones light {
+    0xfff3f4f6, 0xffffffff, 0xffe7e9ed, 0xff1c2430, 0xff8b939e, 0xff2f6db5, 0xffffffff, 0xff1f5a9e};
+constexpr Tones dark {
+    0xff23272e, 0xff1b1e24, 0xff2f353e, 0xffe4e8ee, 0xff7b8490, 0xff4f8fd9, 0xff101318, 0xff8ab8ee};
+constexpr Tones highContrast {
+    0xff000000, 0xff000000, 0xff000000, 0xffffffff, 0xffb0b0b0, 0xffffe000, 0xff000000, 0xff66ccff};
+
+QPalette paletteOf(Tones const& tones)
+{
+    QPalette palette(QColor::fromRgb(tones.button), QColor::fromRgb(tones.window));
+    auto const set = [&palette](std::initializer_list<QPalette::ColorRole> roles, QRgb colour) {
+        for (QPalette::ColorRole const role : roles)
+            palette.setColor(role, QColor::fromRgb(colour));
+    };
+    set({QPalette::Window, QPalette::AlternateBase, QPalette::ToolTipBase}, tones.window);
+    set({QPalette::Base}, tones.base);
+    set({QPalette::Button}, tones.button);
+    set({QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText,
+            QPalette::BrightText},
+        tones.text);
+    set({QPalette::Highlight}, tones.accent);
+    set({QPalette::HighlightedText}, tones.onAccent);
+    set({QPalette::Link, QPalette::LinkVisited}, tones.link);
+    set({QPalette::PlaceholderText}, tones.disabled);
+    for (QPalette::ColorRole const role :
+        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(tones.disabled));
+    return palette;
+}
+
+} // namespace
+
+std::array<StyleName, 4> const& styleNames()
+{
+    static constexpr std::array<StyleName, 4> all {{
+        {StyleChoice::System, "system", "As the &System"},
+        {StyleChoice::Light, "light", "&Light"},
+        {StyleChoice::Dark, "dark", "&Dark"},
+        {StyleChoice::HighContrast, "high-contrast", "&High Contrast"},
+    }};
+    return all;
+}
+
+StyleChoice styleOf(QString const& id)
+{
+    for (StyleName const& name : styleNames()) {
+        if (id == QLatin1String(name.id))
+            return name.choice;
+    }
+    return StyleChoice::System;
+}
+
+void applyStyle(StyleChoice choice)
+{
+    if (choice == StyleChoice::System) {
+        QApplication::setPalette(QApplication::style()->standardPalette());
+        return;
+    }
+    // The one style that takes every colour from the palette.
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(paletteOf(choice == StyleChoice::Light ? light
+            : choice == StyleChoice::Dark                           ? dark
+                                                                    : highContrast));
+}

@@ -1,0 +1,18 @@
+#ifndef SURROUNDINGS_H
+#define SURROUNDINGS_H
+
+#include <QString>
+
+class Prompter;
+class RecentFiles;
+
+/** What the windows of one program share. Not owned; it outlives them. */
+struct Surroundings
+{
+    Prompter& prompter; ///< asks the user
+    RecentFiles& recent; ///< recent files and folders
+    QString settingsFile; ///< where the state of the windows is remembered
+    QString recoveryFolder; ///< where unsaved work is kept
+};
+
+#endif // SURROUNDINGS_H
