@@ -1,5 +1,6 @@
 # What all tools share, a class or a set of functions each.
 foreach(name IN ITEMS
+    tst_appearancexml
     tst_arccurves
     tst_contentkind
     tst_custgeom
