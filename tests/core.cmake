@@ -2,6 +2,7 @@
 foreach(name IN ITEMS
     tst_appearancexml
     tst_arccurves
+    tst_colourtheme
     tst_contentkind
     tst_custgeom
     tst_diaimport
