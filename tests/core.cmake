@@ -27,6 +27,7 @@ foreach(name IN ITEMS
     tst_sequencealignment
     tst_shapebox
     tst_shapes
+    tst_shapeshadow
     tst_shortlines
     tst_slicing
     tst_spool

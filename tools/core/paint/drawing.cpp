@@ -86,5 +86,7 @@ Picture drawing(Figure const& figure, DrawingLayout const& layout)
         if (style.showsPoints)
             OutlinePainter(painter, style).drawLegend(legendPlace);
     };
-    return {size, paint, layout.style.showsPoints};
+    bool const hasShadow = std::any_of(figure.parts.cbegin(), figure.parts.cend(),
+        [](Figure::Part const& part) { return part.appearance.shadow.has_value(); });
+    return {size, paint, layout.style.showsPoints || hasShadow};
 }

@@ -1,6 +1,7 @@
 #include "paint/figure.h"
 
 #include "document/exactcopy.h"
+#include "paint/shapeshadow.h"
 
 #include <algorithm>
 
@@ -8,9 +9,11 @@ QRectF boundsOf(Figure const& figure, OutlineStyle const& style)
 {
     QRectF bounds;
     for (Figure::Part const& part : figure.parts) {
-        QRectF const drawn = drawnBounds(*part.list, style);
+        QRectF drawn = drawnBounds(*part.list, style);
         if (drawn.isNull())
             continue;
+        if (part.appearance.shadow)
+            drawn = withShadow(drawn, *part.appearance.shadow);
         // United by hand: QRectF::united leaves out a rectangle without height or width.
         bounds = bounds.isNull() ? drawn
                                  : QRectF(QPointF(std::min(bounds.left(), drawn.left()),
@@ -27,7 +30,7 @@ Figure resized(Figure const& figure, QSizeF const& box)
     for (Figure::Part const& part : figure.parts) {
         std::shared_ptr<KpPathSegList> const list = exactCopy(*part.list);
         list->updateValue(box.width(), box.height());
-        copy.parts.push_back({list, part.fillRule});
+        copy.parts.push_back({list, part.fillRule, part.appearance});
     }
     return copy;
 }
@@ -42,8 +45,10 @@ void drawFigure(
     QPainter& painter, Figure const& figure, OutlineStyle const& style, QTransform const& toDevice)
 {
     OutlinePainter outlinePainter(painter, style);
-    for (Figure::Part const& part : figure.parts)
-        outlinePainter.draw(*part.list, part.fillRule.value_or(Qt::WindingFill), toDevice);
+    for (Figure::Part const& part : figure.parts) {
+        outlinePainter.draw(
+            *part.list, part.fillRule.value_or(Qt::WindingFill), toDevice, part.appearance);
+    }
     if (!style.showsPoints)
         return;
     for (Figure::Part const& part : figure.parts)

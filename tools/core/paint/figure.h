@@ -12,18 +12,19 @@
 /** Outlines that are drawn together, over one another. */
 struct Figure
 {
-    /** An outline and the rule that it is meant to be filled with, if it names one. */
+    /** An outline, the rule that it is meant to be filled with if it names one, and its look. */
     struct Part
     {
         std::shared_ptr<KpPathSegList> list; ///< never null
         std::optional<Qt::FillRule> fillRule; ///< none: nonzero
+        Appearance appearance {}; ///< empty: as any outline
     };
 
     QString caption; ///< what it is called
     std::vector<Part> parts; ///< in the order in which they are drawn
 };
 
-/** What the figure covers; without bounds if a coordinate of it cannot be drawn. */
+/** What the figure covers, shadows included; without bounds if a coordinate of it cannot be drawn. */
 QRectF boundsOf(Figure const& figure, OutlineStyle const& style);
 
 /** A copy of the figure, its coordinates recomputed for the box. */

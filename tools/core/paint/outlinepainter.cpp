@@ -5,6 +5,7 @@
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
 #include "paint/caption.h"
+#include "paint/shapeshadow.h"
 
 #include <QPainter>
 
@@ -67,6 +68,21 @@ void drawMark(QPainter& painter, QPointF const& at, Mark mark, QColor const& x, 
     painter.drawPath(QTransform::fromScale(-1.0, 1.0).map(half).translated(at));
 }
 
+QColor shownColour(std::optional<ShapeColour> const& own, QRgb usual)
+{
+    return own ? own->shown() : QColor::fromRgba(usual);
+}
+
+/** What throws the shadow of an outline that is not filled. */
+QPainterPath bandOf(QPainterPath const& path)
+{
+    QPainterPathStroker stroker(
+        QPen(Qt::black, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    QPainterPath band = stroker.createStroke(path);
+    band.setFillRule(Qt::WindingFill);
+    return band;
+}
+
 } // namespace
 
 OutlinePainter::OutlinePainter(QPainter& painter, OutlineStyle const& style)
@@ -75,15 +91,20 @@ OutlinePainter::OutlinePainter(QPainter& painter, OutlineStyle const& style)
 {
 }
 
-void OutlinePainter::draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice)
+void OutlinePainter::draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice,
+    Appearance const& appearance)
 {
     QPainterPath path = toDevice.map(painterPathOf(list));
     path.setFillRule(m_style.fillRule.value_or(fillRule));
-    QColor const fill = QColor::fromRgba(list.noLine ? translucentInk : pale);
+    if (appearance.shadow && !(list.noFill && list.noLine)) {
+        drawShadow(m_painter, list.noFill ? bandOf(path) : path, *appearance.shadow,
+            std::sqrt(std::abs(toDevice.determinant())));
+    }
+    QColor const fill = shownColour(appearance.fill, list.noLine ? translucentInk : pale);
     m_painter.setBrush(list.noFill ? QBrush() : QBrush(fill));
-    m_painter.setPen(list.noLine
-            ? QPen(Qt::NoPen)
-            : QPen(QColor::fromRgb(ink), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    m_painter.setPen(list.noLine ? QPen(Qt::NoPen)
+                                 : QPen(shownColour(appearance.line, ink), lineWidth, Qt::SolidLine,
+                                     Qt::RoundCap, Qt::RoundJoin));
     m_painter.drawPath(path);
 }
 

@@ -1,6 +1,7 @@
 #ifndef OUTLINEPAINTER_H
 #define OUTLINEPAINTER_H
 
+#include "document/appearance.h"
 #include "kppathseglist.h"
 
 #include <QPainterPath>
@@ -19,8 +20,8 @@ struct OutlineStyle
 };
 
 /**
- * Draws outlines: filled and stroked unless their flags say otherwise, in ink where there is
- * only a fill, and pale behind a line.
+ * Draws outlines: filled and stroked unless their flags say otherwise, in the colours of their
+ * appearance. The usual ones are ink where there is only a fill, and pale behind a line.
  */
 class OutlinePainter
 {
@@ -29,12 +30,14 @@ public:
     OutlinePainter(QPainter& painter, OutlineStyle const& style);
 
     /**
-     * Draws an outline without its points.
+     * Draws an outline without its points, on its shadow if it has one: see drawShadow().
      *
      * @param fillRule what the outline asks for
      * @param toDevice maps the outline's units to the painter's
+     * @param appearance of the outline
      */
-    void draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice);
+    void draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice,
+        Appearance const& appearance = {});
 
     /** Marks all points of an outline, with the control points and the radii. */
     void drawPoints(KpPathSegList& list, QTransform const& toDevice);

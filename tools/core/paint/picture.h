@@ -22,7 +22,8 @@ struct Picture
 {
     QSizeF size; ///< of the page, which begins at (0, 0)
     std::function<void(QPainter&)> paint; ///< draws it, and leaves the background alone
-    bool hasText = true; ///< false only if no text is drawn, and no fonts are needed
+    bool hasText =
+        true; ///< false only if neither text nor a shadow is drawn: both need an application
 };
 
 /** The formats that drawings are written in. */
