@@ -9,6 +9,7 @@ foreach(name IN ITEMS
     tst_documentnormalizer
     tst_drawinginput
     tst_filecontent
+    tst_followingappearance
     tst_geometrywalker
     tst_guideformula
     tst_htmlpage

@@ -39,7 +39,7 @@ void appendFigures(OutlineDocument& document, RenderOptions const& options, QStr
     for (Outline& outline : document.outlines()) {
         if (!options.indices.isEmpty() && !options.indices.contains(outline.index))
             continue;
-        whole.parts.push_back({std::move(outline.list), outline.fillRule});
+        whole.parts.push_back({std::move(outline.list), outline.fillRule, outline.appearance});
         if (options.isSheet && !options.isWholeFiles)
             figures.push_back({caption(outline), {whole.parts.back()}});
     }

@@ -1,5 +1,7 @@
 #include "document/outlinedocument.h"
 
+#include "document/followingappearance.h"
+
 #include <QBuffer>
 
 std::optional<OutlineDocument> OutlineDocument::read(QIODevice& device, QString const& file,
@@ -9,7 +11,15 @@ std::optional<OutlineDocument> OutlineDocument::read(QIODevice& device, QString 
     document.m_file = file;
     OutlineReader reader(device, file);
     reader.setProgress(progress);
+    FollowingAppearance following;
+    std::size_t outermost = 0;
+    reader.setVisitor([&](QXmlStreamReader const& token) {
+        if (auto const appearance = following.visit(token))
+            document.m_outlines[outermost].appearance = *appearance;
+    });
     for (Outlines group = reader.next(); !group.empty(); group = reader.next()) {
+        following.expect();
+        outermost = document.m_outlines.size();
         for (Outline& outline : group)
             document.m_outlines.push_back(std::move(outline));
     }

@@ -2,6 +2,7 @@
 #define OUTLINEREADER_H
 
 #include "common/diagnostic.h"
+#include "document/appearance.h"
 #include "document/markup.h"
 #include "kppathseglist.h"
 
@@ -33,6 +34,7 @@ struct Outline
     bool isInside; ///< another outline, whose readers skip it
     MarkupNode const* markup; ///< its element, or null; not owned
     std::unique_ptr<KpPathSegList> list; ///< what the library's DOM reader makes of the element
+    Appearance appearance {}; ///< as the document tells behind it; OutlineDocument alone reads it
 };
 
 /** In document order. */
