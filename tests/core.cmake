@@ -19,6 +19,7 @@ foreach(name IN ITEMS
     tst_outlinediff
     tst_outlinefit
     tst_outlinereader
+    tst_outlinerecord
     tst_overlaysheet
     tst_pathdata
     tst_pathdataparser
