@@ -14,24 +14,16 @@ bool Selection::contains(HandleId id) const
 
 void Selection::set(QVector<HandleId> const& handles)
 {
-    QVector<HandleId> sorted = handles;
-    std::sort(sorted.begin(), sorted.end());
-    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
-    std::optional<HandleId> const current =
-        handles.isEmpty() ? std::nullopt : std::optional(handles.constLast());
-    if (sorted == m_handles && current == m_current)
-        return;
-    m_handles = sorted;
-    m_current = current;
-    Q_EMIT changed();
+    change(handles, handles.isEmpty() ? std::nullopt : std::optional(handles.constLast()));
 }
 
 void Selection::toggle(HandleId id)
 {
     QVector<HandleId> handles = m_handles;
-    if (!handles.removeOne(id))
-        handles.append(id);
-    set(handles);
+    if (handles.removeOne(id))
+        change(handles, m_current);
+    else
+        set(handles << id);
 }
 
 void Selection::restrictTo(KpPathSegList const& list)
@@ -39,8 +31,23 @@ void Selection::restrictTo(KpPathSegList const& list)
     QVector<HandleId> kept;
     std::copy_if(m_handles.cbegin(), m_handles.cend(), std::back_inserter(kept),
         [&list](HandleId id) { return handleOf(list, id).has_value(); });
-    if (kept.size() != m_handles.size())
-        set(kept);
+    change(kept, m_current);
+}
+
+void Selection::change(QVector<HandleId> const& handles, std::optional<HandleId> current)
+{
+    QVector<HandleId> sorted = handles;
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    if (sorted.isEmpty())
+        current.reset();
+    else if (!std::binary_search(sorted.cbegin(), sorted.cend(), *current))
+        current = sorted.constLast();
+    if (sorted == m_handles && current == m_current)
+        return;
+    m_handles = sorted;
+    m_current = current;
+    Q_EMIT changed();
 }
 
 QVector<int> Selection::segments() const

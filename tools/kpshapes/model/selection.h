@@ -21,7 +21,10 @@ public:
     bool isEmpty() const { return m_handles.isEmpty(); }
     /** Whether the handle is selected. */
     bool contains(HandleId id) const;
-    /** The one that was selected last; nothing if none is. */
+    /**
+     * The one that was selected last; nothing if none is. After it was taken from the selection,
+     * the last of the others in the order of the outline.
+     */
     std::optional<HandleId> current() const { return m_current; }
 
     /** Selects these alone, the last of them the current one. */
@@ -41,6 +44,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void change(QVector<HandleId> const& handles, std::optional<HandleId> current);
+
     QVector<HandleId> m_handles;
     std::optional<HandleId> m_current;
 };

@@ -8,8 +8,10 @@ struct ShapeDocument::Splice
     int first;
     Items before;
     Items after;
+    int shownBefore = -1; ///< the outline to become the current one when it is undone; -1: any
+    int shownAfter = -1; ///< likewise when it is made
 
-    Splice reversed() const { return {first, after, before}; }
+    Splice reversed() const { return {first, after, before, shownAfter, shownBefore}; }
 };
 
 /** One step of undo: splices, made one after the other. */
@@ -24,16 +26,14 @@ public:
     {
     }
 
-    void redo() override
-    {
-        for (ShapeDocument::Splice const& splice : m_splices)
-            m_document.apply(splice);
-    }
+    void redo() override { m_document.apply(m_splices); }
 
     void undo() override
     {
+        std::vector<ShapeDocument::Splice> back;
         for (auto splice = m_splices.crbegin(); splice != m_splices.crend(); ++splice)
-            m_document.apply(splice->reversed());
+            back.push_back(splice->reversed());
+        m_document.apply(back);
     }
 
 private:
@@ -88,7 +88,7 @@ void ShapeDocument::insert(int index, Items const& items, QString const& text)
 
 void ShapeDocument::remove(int index, int count, QString const& text)
 {
-    if (index < 0 || count < 1 || index + count > this->count())
+    if (index < 0 || count < 1 || index > this->count() - count)
         return;
     auto const first = m_items.cbegin() + index;
     push({{index, Items(first, first + count), {}}}, text);
@@ -106,8 +106,7 @@ void ShapeDocument::move(int from, int to, QString const& text)
         std::rotate(after.begin(), after.begin() + 1, after.end());
     else
         std::rotate(after.begin(), after.end() - 1, after.end());
-    push({{std::min(from, to), before, after}}, text);
-    setCurrent(to);
+    push({{std::min(from, to), before, after, from, to}}, text);
 }
 
 void ShapeDocument::replace(
@@ -163,20 +162,33 @@ void ShapeDocument::push(std::vector<Splice> splices, QString const& text)
     m_stack.push(new SpliceStep(*this, std::move(splices), text));
 }
 
-void ShapeDocument::apply(Splice const& splice)
+void ShapeDocument::apply(std::vector<Splice> const& splices)
 {
-    auto const added = static_cast<int>(splice.after.size());
-    bool const isExchange = splice.before.size() == splice.after.size();
-    bool const isCurrentWithin = m_current >= splice.first && m_current < splice.first + added;
-    exchange(splice);
-    // Whatever step is made or unmade is to be seen: its outline becomes the current one.
-    if (!isExchange || !isCurrentWithin)
-        m_current = std::min(splice.first, count() - 1);
+    for (Splice const& splice : splices)
+        exchange(splice);
+    m_current = currentAfter(splices);
     if (!m_isWorkingKept)
         takeWorking();
-    Q_EMIT itemsReplaced(splice.first, static_cast<int>(splice.before.size()), added);
+    for (Splice const& splice : splices) {
+        Q_EMIT itemsReplaced(splice.first, static_cast<int>(splice.before.size()),
+            static_cast<int>(splice.after.size()));
+    }
     Q_EMIT currentChanged();
     Q_EMIT workingChanged();
+}
+
+int ShapeDocument::currentAfter(std::vector<Splice> const& splices) const
+{
+    // Whatever step is made or unmade is to be seen: an outline of it is the current one then.
+    if (splices.front().shownAfter >= 0)
+        return splices.front().shownAfter;
+    auto const changesCurrent = [this](Splice const& splice) {
+        return splice.before.size() == splice.after.size() && m_current >= splice.first
+            && m_current < splice.first + static_cast<int>(splice.after.size());
+    };
+    if (std::any_of(splices.cbegin(), splices.cend(), changesCurrent))
+        return m_current;
+    return std::min(splices.front().first, count() - 1);
 }
 
 void ShapeDocument::exchange(Splice const& splice)

@@ -78,7 +78,8 @@ private:
     friend class SpliceStep;
     struct Splice;
     void push(std::vector<Splice> splices, QString const& text);
-    void apply(Splice const& splice);
+    void apply(std::vector<Splice> const& splices);
+    int currentAfter(std::vector<Splice> const& splices) const;
     void exchange(Splice const& splice);
     void takeWorking();
 

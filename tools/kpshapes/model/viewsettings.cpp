@@ -25,6 +25,8 @@ void ViewSettings::setUnit(unsigned int unit)
 
 void ViewSettings::setPage(int page, bool isLandscape)
 {
+    if (m_page == page && m_isLandscape == isLandscape)
+        return;
     m_isLandscape = isLandscape;
     m_page = page;
     Q_EMIT changed();
