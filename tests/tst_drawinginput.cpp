@@ -107,6 +107,8 @@ private Q_SLOTS:
     void picturesKeepTheirUnits();
     void documentsAreInTheirBox();
     void scalingTakesAllAlong();
+    void drawingsAreReadWithTheToleranceOfAll();
+    void theFirstDrawingThatCannotBeReadEndsTheReading();
     void randomOutlinesComeBackFromPicturesWithTwoDecimals();
 };
 
@@ -248,6 +250,47 @@ void TestDrawingInput::scalingTakesAllAlong()
     QVERIFY(ellipse);
     QCOMPARE(ellipse->pt.x.value, 25.0);
     QCOMPARE(ellipse->b.value, 10.0);
+}
+
+void TestDrawingInput::drawingsAreReadWithTheToleranceOfAll()
+{
+    QMap<QString, QByteArray> const files {
+        {"a", picture({100, 50}, "<path d='M0 0L9.25 5'/>")},
+        {"b", picture({60, 90}, "<path d='M0 0L7.125 5'/>")},
+    };
+    Diagnostics diagnostics;
+    auto const read = readDrawings(
+        {{"a", std::nullopt}, {"b", QSizeF(80, 90)}}, 2.0,
+        [&](QString const& file, Diagnostics&) { return std::optional(files.value(file)); },
+        [] { return QStringList(); }, diagnostics);
+    QVERIFY(read);
+    QVERIFY(diagnostics.isEmpty());
+    QCOMPARE(read->drawings.size(), 2u);
+    QCOMPARE(read->drawings[0].box, QSizeF(200, 100));
+    QCOMPARE(read->drawings[1].box, QSizeF(160, 180));
+    QCOMPARE(read->drawings[1].shapes.at(0).list->segs.at(1)->pt.x.value, 14.25);
+    QCOMPARE(read->tolerance, 0.012);
+}
+
+void TestDrawingInput::theFirstDrawingThatCannotBeReadEndsTheReading()
+{
+    Diagnostics diagnostics;
+    QStringList asked;
+    auto const read = readDrawings(
+        {{"a", std::nullopt}, {"gone", std::nullopt}, {"b", std::nullopt}}, 1.0,
+        [&](QString const& file, Diagnostics& found) -> std::optional<QByteArray> {
+            asked << file;
+            if (file == "gone") {
+                found.error(file, "it is gone");
+                return std::nullopt;
+            }
+            return picture({100, 50}, "<path d='M0 0L9.25 5'/>");
+        },
+        [] { return QStringList(); }, diagnostics);
+    QVERIFY(!read);
+    QCOMPARE(asked, QStringList({"a", "gone"}));
+    QCOMPARE(diagnostics.size(), 1);
+    QCOMPARE(diagnostics.at(0).text, QStringLiteral("it is gone"));
 }
 
 void TestDrawingInput::randomOutlinesComeBackFromPicturesWithTwoDecimals()

@@ -10,8 +10,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include <algorithm>
-
 namespace {
 
 /** A million units would leave no place for a drawing. */
@@ -77,42 +75,20 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
     return std::nullopt;
 }
 
-/** All drawings at the scale, and the tolerance that their digits suggest. */
-struct Drawings
+/** The drawings that the operands name, after all messages about them; nothing if one cannot be had. */
+std::optional<ReadDrawings> drawingsOf(QStringList const& operands, double factor)
 {
-    std::vector<SizedDrawing> drawings;
-    double tolerance = 0.0;
-};
-
-/** Nothing, after a message, if one of them cannot be had. */
-std::optional<Drawings> readDrawings(QStringList const& operands, double factor)
-{
-    Diagnostics diagnostics;
-    MessageLog log;
-    TakeMessages const takeMessages = [&log] { return log.take(); };
-    Drawings all;
-    QVector<double> lastPlaces;
-    double longestSide = 0.0;
+    QVector<DrawingSource> sources;
     for (QString const& operand : operands) {
         // A file may have an @ in its name.
-        DrawingSource const source = QFileInfo::exists(operand)
-            ? DrawingSource {operand, std::nullopt}
-            : drawingSource(operand);
-        auto const content = readInput(source.file, diagnostics);
-        auto read =
-            content ? readDrawing(*content, source, takeMessages, diagnostics) : std::nullopt;
-        if (!read) {
-            report(diagnostics);
-            return std::nullopt;
-        }
-        QSizeF const box = read->drawing.box;
-        longestSide = std::max({longestSide, box.width(), box.height()});
-        scale(read->drawing, factor);
-        lastPlaces.append(read->lastPlace);
-        all.drawings.push_back(std::move(read->drawing));
+        sources.append(QFileInfo::exists(operand) ? DrawingSource {operand, std::nullopt}
+                                                  : drawingSource(operand));
     }
+    Diagnostics diagnostics;
+    MessageLog log;
+    auto all = readDrawings(
+        sources, factor, readInput, [&log] { return log.take(); }, diagnostics);
     report(diagnostics);
-    all.tolerance = factor * toleranceFor(lastPlaces, longestSide);
     return all;
 }
 
@@ -154,7 +130,7 @@ Outcome runFit(Command const& command, QStringList const& arguments)
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
 
-    auto const all = readDrawings(line.operands(), options.scale);
+    auto const all = drawingsOf(line.operands(), options.scale);
     if (!all)
         return Outcome::Failed;
     Diagnostics diagnostics;

@@ -8,6 +8,8 @@
 #include "import/svgimport.h"
 #include "segmentkind_p.h"
 
+#include <algorithm>
+
 namespace {
 
 /** The drawing of a picture; one of its units is one unit. Colours and line widths are not learnt. */
@@ -106,4 +108,26 @@ void scale(SizedDrawing& drawing, double factor)
             SegmentKind::forEachReal(*seg, [factor](KpReal& real) { real.value *= factor; });
         }
     }
+}
+
+std::optional<ReadDrawings> readDrawings(QVector<DrawingSource> const& sources, double factor,
+    ReadContent const& readContent, TakeMessages const& takeMessages, Diagnostics& diagnostics)
+{
+    ReadDrawings all;
+    QVector<double> lastPlaces;
+    double longestSide = 0.0;
+    for (DrawingSource const& source : sources) {
+        auto const content = readContent(source.file, diagnostics);
+        auto read =
+            content ? readDrawing(*content, source, takeMessages, diagnostics) : std::nullopt;
+        if (!read)
+            return std::nullopt;
+        QSizeF const box = read->drawing.box;
+        longestSide = std::max({longestSide, box.width(), box.height()});
+        scale(read->drawing, factor);
+        lastPlaces.append(read->lastPlace);
+        all.drawings.push_back(std::move(read->drawing));
+    }
+    all.tolerance = factor * toleranceFor(lastPlaces, longestSide);
+    return all;
 }

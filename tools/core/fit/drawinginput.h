@@ -6,7 +6,9 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
+#include <vector>
 
 /** Where a drawing comes from. */
 struct DrawingSource
@@ -52,5 +54,27 @@ double toleranceFor(QVector<double> const& lastPlaces, double longestSide);
 
 /** Multiplies all coordinates and the box. */
 void scale(SizedDrawing& drawing, double factor);
+
+/** Drawings that rules are to be learnt from. */
+struct ReadDrawings
+{
+    std::vector<SizedDrawing> drawings; ///< in the order of their sources, scaled
+    double tolerance = 0.0; ///< that their digits suggest, in the scaled units
+};
+
+/** What a file holds; nothing, with a diagnostic, if it cannot be read. */
+using ReadContent =
+    std::function<std::optional<QByteArray>(QString const& file, Diagnostics& diagnostics)>;
+
+/**
+ * Reads drawings and finds the tolerance for all of them. Nothing, with a diagnostic, as soon as one
+ * cannot be read.
+ *
+ * @param factor that multiplies coordinates and boxes: finite, above 0
+ * @param readContent not empty
+ * @param takeMessages not empty
+ */
+std::optional<ReadDrawings> readDrawings(QVector<DrawingSource> const& sources, double factor,
+    ReadContent const& readContent, TakeMessages const& takeMessages, Diagnostics& diagnostics);
 
 #endif // DRAWINGINPUT_H
