@@ -7,6 +7,9 @@ function(kpgeometry_add_window_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES" ${ARGN})
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES Qt5::Widgets ${arg_LIBRARIES}
     TIMEOUT ${arg_TIMEOUT})
+  # QtTest with widgets, which the common precompiled headers leave out.
+  set_target_properties(${name} PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
+  target_compile_options(${name} PRIVATE -DQT_WIDGETS_LIB)
   foreach(ratio IN ITEMS 1.5 2)
     add_test(NAME ${name}_at_${ratio} COMMAND ${name})
     get_test_property(${name} TIMEOUT timeout)
@@ -27,4 +30,8 @@ foreach(name IN ITEMS
     tst_kpshapes_selection
     tst_kpshapes_viewsettings)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_model)
+endforeach()
+
+foreach(panel IN ITEMS boxstrip)
+  kpgeometry_add_window_test(tst_kpshapes_${panel} LIBRARIES kpshapes_panels)
 endforeach()
