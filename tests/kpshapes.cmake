@@ -32,6 +32,6 @@ foreach(name IN ITEMS
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_model)
 endforeach()
 
-foreach(panel IN ITEMS boxstrip outlinelist)
+foreach(panel IN ITEMS appearancepanel boxstrip outlinelist)
   kpgeometry_add_window_test(tst_kpshapes_${panel} LIBRARIES kpshapes_panels)
 endforeach()

@@ -96,7 +96,7 @@ Figure figureOf(Items const& items)
 {
     Figure figure;
     for (ItemPointer const& item : items)
-        figure.parts.push_back({outlineOf(item->outline), item->fillRule});
+        figure.parts.push_back({outlineOf(item->outline), item->fillRule, item->appearance});
     return figure;
 }
 
