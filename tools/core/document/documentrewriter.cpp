@@ -1,15 +1,13 @@
 #include "document/documentrewriter.h"
 
+#include "document/coordinatetext.h"
 #include "document/geometrywalker.h"
 #include "document/writetext.h"
-#include "geometryformat_p.h"
-#include "numbertext_p.h"
 #include "xmlstreamwriter.h"
 
 #include <QIODevice>
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_map>
 
 namespace {
@@ -160,51 +158,16 @@ private:
         m_writer.writeEndElement();
     }
 
-    /**
-     * The attributes as they are if they read as the real does, and the real's in their place
-     * if not. The rule of an absolute real is written down, which the document format leaves
-     * out: without it it would be read back bound in proportion to the box. What a coordinate
-     * that is given again leaves open stands in the first one, to all digits.
-     */
     void writeAttributes(KpReal const& real, QVector<MarkupAttribute> const& given, bool isFirst)
     {
-        for (MarkupAttribute const& attribute : given) {
-            if (readsAs(real, attribute))
+        auto const change = CoordinateText::changeOf(real, given, isFirst);
+        for (MarkupAttribute const& attribute : change.attributes) {
+            // Of a coordinate that is given again, what is empty reads as nothing.
+            if (isFirst || !attribute.value.isEmpty() || CoordinateText::readsAs(real, attribute))
                 m_writer.writeAttribute(attribute.name, attribute.value);
-            else if (isFirst || !attribute.value.isEmpty())
-                m_writer.writeAttribute(attribute.name, textOf(real, attribute.name));
         }
-        for (QString const& name :
-            {GeometryFormat::value(), GeometryFormat::base(), GeometryFormat::rate()}) {
-            bool const isNeeded =
-                isFirst && (name != GeometryFormat::rate() || real.base != KpReal::Absolute);
-            bool const isGiven = std::any_of(given.cbegin(), given.cend(),
-                [&name](MarkupAttribute const& attribute) { return attribute.name == name; });
-            if (isNeeded && !isGiven)
-                m_writer.writeAttribute(name, textOf(real, name));
-        }
-    }
-
-    /** True also for an attribute that is none of a coordinate's. */
-    static bool readsAs(KpReal const& real, MarkupAttribute const& attribute)
-    {
-        QString const& name = attribute.name;
-        QString const& text = attribute.value;
-        if (name == GeometryFormat::base())
-            return !text.isEmpty() && NumberText::toBase(text) == real.base;
-        if (name != GeometryFormat::value() && name != GeometryFormat::rate())
-            return true;
-        double const number = name == GeometryFormat::value() ? real.value : real.rate;
-        double const read = NumberText::toReal(text);
-        return !text.isEmpty() && std::isnan(read) == std::isnan(number) && !(read < number)
-            && !(read > number);
-    }
-
-    static QString textOf(KpReal const& real, QString const& name)
-    {
-        if (name == GeometryFormat::base())
-            return NumberText::fromBase(real.base);
-        return NumberText::fromReal(name == GeometryFormat::value() ? real.value : real.rate);
+        for (MarkupAttribute const& attribute : change.added)
+            m_writer.writeAttribute(attribute.name, attribute.value);
     }
 
     XmlStreamWriter m_writer;

@@ -26,6 +26,15 @@ void writeFlag(XmlStreamWriter& writer, QString const& name, bool isSet)
 
 void writeShape(XmlStreamWriter& writer, Shape const& shape)
 {
+    writeShapeStart(writer, shape);
+    writeGeometry(writer, *shape.list);
+    writer.writeEndElement();
+}
+
+} // namespace
+
+void writeShapeStart(XmlStreamWriter& writer, Shape const& shape)
+{
     writer.writeStartElement(ShapeFormat::shape());
     if (!shape.name.isEmpty()) {
         writer.writeAttribute(
@@ -35,11 +44,7 @@ void writeShape(XmlStreamWriter& writer, Shape const& shape)
     writer.writeAttribute(ShapeFormat::height(), numberText(shape.box.height()));
     if (shape.fillRule)
         writer.writeAttribute(ShapeFormat::fillRule(), fillRuleText(*shape.fillRule));
-    writeGeometry(writer, *shape.list);
-    writer.writeEndElement();
 }
-
-} // namespace
 
 void writeFlags(XmlStreamWriter& writer, KpPathSegList const& list)
 {
@@ -56,21 +61,25 @@ void writeReal(XmlStreamWriter& writer, KpReal const& real)
         writer.writeAttribute(GeometryFormat::rate(), NumberText::fromReal(real.rate));
 }
 
+void writeSegment(XmlStreamWriter& writer, KpPathSeg& segment)
+{
+    auto const* const kind =
+        SegmentKind::find([&segment](auto const& known) { return known.type == segment.type; });
+    if (!kind)
+        return;
+    writer.writeStartElement(kind->name());
+    SegmentKind::forEachCoordinate(segment, [&writer](QString const& letter, KpReal const& real) {
+        writeCoordinate(writer, letter, real);
+    });
+    writer.writeEndElement();
+}
+
 void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list)
 {
     writer.writeStartElement(GeometryFormat::geometry());
     writeFlags(writer, list);
-    for (KpPathSeg* const seg : list.segs) {
-        auto const* const kind =
-            SegmentKind::find([seg](auto const& known) { return known.type == seg->type; });
-        if (!kind)
-            continue;
-        writer.writeStartElement(kind->name());
-        SegmentKind::forEachCoordinate(*seg, [&writer](QString const& letter, KpReal const& real) {
-            writeCoordinate(writer, letter, real);
-        });
-        writer.writeEndElement();
-    }
+    for (KpPathSeg* const seg : list.segs)
+        writeSegment(writer, *seg);
     writer.writeEndElement();
 }
 

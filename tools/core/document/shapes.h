@@ -32,6 +32,15 @@ using Shapes = std::vector<Shape>;
  */
 void writeGeometry(XmlStreamWriter& writer, KpPathSegList const& list);
 
+/** Writes the element of a segment, as writeGeometry() does; nothing for one of no known kind. */
+void writeSegment(XmlStreamWriter& writer, KpPathSeg& segment);
+
+/**
+ * Writes the start tag of the element around a shape's Geometry: its name, box and fill rule, as
+ * shapesDocument() has them. The list is not looked at.
+ */
+void writeShapeStart(XmlStreamWriter& writer, Shape const& shape);
+
 /** Writes the flags of an outline on its start tag: Closed, the others only if they are set. */
 void writeFlags(XmlStreamWriter& writer, KpPathSegList const& list);
 
