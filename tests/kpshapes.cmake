@@ -35,3 +35,9 @@ endforeach()
 foreach(panel IN ITEMS appearancepanel boxstrip outlinelist)
   kpgeometry_add_window_test(tst_kpshapes_${panel} LIBRARIES kpshapes_panels)
 endforeach()
+
+# Documents of the editor as files.
+foreach(name IN ITEMS
+    tst_kpshapes_sourcedocument)
+  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_files)
+endforeach()
