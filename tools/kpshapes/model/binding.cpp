@@ -1,5 +1,7 @@
 #include "model/binding.h"
 
+#include "document/bindingrule.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -36,7 +38,9 @@ void bindInPlace(KpReal& real, qint16 rule, QSizeF const& box)
     double const collapsed = 0.001; // as KpReal::updateRate()
     real.base = rule;
     double const rate = rateFor(real, box);
-    if (std::min(box.width(), box.height()) > collapsed && std::isfinite(rate))
+    bool const isBinding = rule != KpReal::Absolute && ruleOf(rule) != unknownRule;
+    bool const hasRate = std::min(box.width(), box.height()) > collapsed && std::isfinite(rate);
+    if (hasRate || !isBinding)
         real.rate = rate;
 }
 

@@ -76,4 +76,15 @@ template <class Visitor> void forEachHandle(KpPathSegList const& list, Visitor v
         forEachHandle(*list.segs.at(i), i, visit);
 }
 
+/** Calls `visit` with each KpReal of the outline, once. */
+template <class Visitor> void forEachReal(KpPathSegList const& list, Visitor visit)
+{
+    forEachHandle(list, [&visit](Handle const& handle) {
+        if (handle.x)
+            visit(*handle.x);
+        if (handle.y)
+            visit(*handle.y);
+    });
+}
+
 #endif // HANDLE_H
