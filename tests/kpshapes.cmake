@@ -27,6 +27,7 @@ add_dependencies(tst_kpshapes_commandtext kpgeom)
 kpgeometry_add_test(tst_kpshapes_exchange UNOPTIMIZED LIBRARIES kpshapes_exchange)
 foreach(name IN ITEMS
     tst_kpshapes_document
+    tst_kpshapes_handledrag
     tst_kpshapes_rules
     tst_kpshapes_selection
     tst_kpshapes_viewsettings)

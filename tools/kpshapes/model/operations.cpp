@@ -1,7 +1,5 @@
 #include "model/operations.h"
 
-#include "model/binding.h"
-
 std::vector<Operation> const& operations()
 {
     static std::vector<Operation> const all;
@@ -15,17 +13,6 @@ Operation const* operationOf(QString const& id)
             return &operation;
     }
     return nullptr;
-}
-
-void moveHandles(WorkingShape& shape, QVector<HandleId> const& handles, QPointF const& by)
-{
-    for (HandleId const id : handles) {
-        auto const handle = handleOf(*shape.list, id);
-        if (handle && handle->x)
-            moveBound(*handle->x, handle->x->value + by.x(), shape.box);
-        if (handle && handle->y)
-            moveBound(*handle->y, handle->y->value + by.y(), shape.box);
-    }
 }
 
 void resizeBox(WorkingShape& shape, QSizeF const& box)
