@@ -28,6 +28,7 @@ kpgeometry_add_test(tst_kpshapes_exchange UNOPTIMIZED LIBRARIES kpshapes_exchang
 foreach(name IN ITEMS
     tst_kpshapes_document
     tst_kpshapes_handledrag
+    tst_kpshapes_operations
     tst_kpshapes_rules
     tst_kpshapes_selection
     tst_kpshapes_viewsettings)
@@ -43,3 +44,4 @@ foreach(name IN ITEMS
     tst_kpshapes_sourcedocument)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_files)
 endforeach()
+kpgeometry_add_test(tst_kpshapes_anyoperation LIBRARIES kpshapes_model)

@@ -91,7 +91,8 @@ private Q_SLOTS:
         QTest::newRow("PDF") << int(ExportFormat::Pdf) << QByteArray("%PDF");
         QTest::newRow("HTML") << int(ExportFormat::Html) << QByteArray("<!DOCTYPE html>");
         QTest::newRow("DrawingML") << int(ExportFormat::CustomGeometry) << QByteArray("<?xml");
-        QTest::newRow("paths") << int(ExportFormat::PathData) << QByteArray("M0 0 L30 0 L30 20 Z\n");
+        QTest::newRow("paths") << int(ExportFormat::PathData)
+                               << QByteArray("M0 0 L30 0 L30 20 Z\n");
     }
 
     void everyFormatIsWritten()

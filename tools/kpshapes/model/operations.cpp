@@ -1,8 +1,16 @@
 #include "model/operations.h"
 
+#include "model/operationtables.h"
+
 std::vector<Operation> const& operations()
 {
-    static std::vector<Operation> const all;
+    static std::vector<Operation> const all = [] {
+        std::vector<Operation> collected;
+        for (auto const& table : {pointOperations(), nodeOperations(), segmentOperations(),
+                 shapeOperations(), selectOperations(), alignOperations()})
+            collected.insert(collected.end(), table.cbegin(), table.cend());
+        return collected;
+    }();
     return all;
 }
 
