@@ -28,7 +28,7 @@ class BoxStrip : public QWidget
 
 public:
     /** @param document not owned, must outlive this */
-    BoxStrip(ShapeDocument& document, QWidget* parent);
+    explicit BoxStrip(ShapeDocument& document, QWidget* parent = nullptr);
 
     /** The boxes that the user has added, in their order: to be remembered. */
     QVector<QSizeF> boxes() const;

@@ -24,7 +24,7 @@ class OutlineList : public QWidget
 
 public:
     /** @param document not owned, must outlive this */
-    OutlineList(ShapeDocument& document, QWidget* parent);
+    explicit OutlineList(ShapeDocument& document, QWidget* parent = nullptr);
 
     /** The rows that are selected, ascending. */
     QVector<int> selectedRows() const;

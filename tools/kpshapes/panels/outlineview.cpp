@@ -7,6 +7,8 @@
 #include <QMimeData>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int margin = 5; ///< around a thumbnail, in logical pixels
@@ -67,10 +69,12 @@ void OutlineDelegate::paint(
     QFontMetrics const metrics(font);
     painter->drawText(QRect(area.left(), area.top(), area.width(), area.height() / 2),
         Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(name, Qt::ElideRight, area.width()));
-    painter->setFont(item.font);
+    QFont small = item.font;
+    small.setPointSizeF(std::max(0.85 * small.pointSizeF(), 6.0));
+    painter->setFont(small);
     painter->setPen(faded(text, background));
     painter->drawText(area.adjusted(0, area.height() / 2, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-        item.fontMetrics.elidedText(
+        QFontMetrics(small).elidedText(
             modelOf(index).detailsOf(index.row()), Qt::ElideRight, area.width()));
     painter->restore();
 }
