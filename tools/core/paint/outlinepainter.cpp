@@ -5,6 +5,7 @@
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
 #include "paint/caption.h"
+#include "paint/pointmark.h"
 #include "paint/shapeshadow.h"
 
 #include <QPainter>
@@ -19,53 +20,12 @@ constexpr QRgb ink = 0xff1f3a5f;
 constexpr QRgb pale = 0xffdbe9f6;
 constexpr QRgb translucentInk = 0xb01f3a5f; ///< overlapping figures stay visible
 constexpr double lineWidth = 1.5;
-constexpr double markRadius = 4.5;
 constexpr double legendLineHeight = 15.0;
 constexpr double legendWidth = 260.0;
-
-enum class Mark { Corner, Curve, Control };
-
-/** The left half of a mark around the origin; the right one is its mirror image. */
-QPainterPath leftHalf(Mark mark)
-{
-    QPainterPath half(QPointF(0.0, -markRadius));
-    switch (mark) {
-    case Mark::Corner:
-        half.lineTo(-markRadius, -markRadius);
-        half.lineTo(-markRadius, markRadius);
-        break;
-    case Mark::Curve:
-        half.arcTo(
-            QRectF(-markRadius, -markRadius, 2.0 * markRadius, 2.0 * markRadius), 90.0, 180.0);
-        break;
-    case Mark::Control:
-        half.lineTo(-markRadius, 0.0);
-        break;
-    }
-    half.lineTo(0.0, markRadius);
-    half.closeSubpath();
-    return half;
-}
-
-QColor ruleColour(KpReal const& real)
-{
-    return QColor::fromRgb(bindingRule(ruleOf(real.base)).colour);
-}
 
 QPointF position(KpPoint const& point)
 {
     return {point.x.value, point.y.value};
-}
-
-/** A mark whose left half shows the rule of x and whose right half that of y. */
-void drawMark(QPainter& painter, QPointF const& at, Mark mark, QColor const& x, QColor const& y)
-{
-    QPainterPath const half = leftHalf(mark);
-    painter.setPen(QPen(Qt::white, 0.5));
-    painter.setBrush(x);
-    painter.drawPath(half.translated(at));
-    painter.setBrush(y);
-    painter.drawPath(QTransform::fromScale(-1.0, 1.0).map(half).translated(at));
 }
 
 QColor shownColour(std::optional<ShapeColour> const& own, QRgb usual)
@@ -112,8 +72,8 @@ void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
 {
     QPen const handle(QColor::fromRgb(0xff909090), 0.75);
     auto const device = [&toDevice](QPointF const& point) { return toDevice.map(point); };
-    auto const mark = [&](KpPoint const& point, Mark kind) {
-        drawMark(
+    auto const mark = [&](KpPoint const& point, PointMark kind) {
+        drawPointMark(
             m_painter, device(position(point)), kind, ruleColour(point.x), ruleColour(point.y));
     };
     for (KpPathSeg* const seg : qAsConst(list.segs)) {
@@ -121,9 +81,9 @@ void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
             m_painter.setPen(handle);
             m_painter.drawLine(device(seg->startPt()), device(position(curve->ctrl1)));
             m_painter.drawLine(device(position(curve->pt)), device(position(curve->ctrl2)));
-            mark(curve->ctrl1, Mark::Control);
-            mark(curve->ctrl2, Mark::Control);
-            mark(curve->pt, Mark::Curve);
+            mark(curve->ctrl1, PointMark::Control);
+            mark(curve->ctrl2, PointMark::Control);
+            mark(curve->pt, PointMark::Curve);
         } else if (KpPathSegEllipse const* const ellipse = seg->toEllipse()) {
             QPointF const centre = position(ellipse->pt);
             QPointF const right = device(centre + QPointF(ellipse->a.value, 0.0));
@@ -133,11 +93,11 @@ void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
             m_painter.drawLine(device(centre), bottom);
             QColor const a = ruleColour(ellipse->a);
             QColor const b = ruleColour(ellipse->b);
-            drawMark(m_painter, right, Mark::Control, a, a);
-            drawMark(m_painter, bottom, Mark::Control, b, b);
-            mark(ellipse->pt, Mark::Curve);
+            drawPointMark(m_painter, right, PointMark::Control, a, a);
+            drawPointMark(m_painter, bottom, PointMark::Control, b, b);
+            mark(ellipse->pt, PointMark::Curve);
         } else {
-            mark(seg->pt, Mark::Corner);
+            mark(seg->pt, PointMark::Corner);
         }
     }
 }
@@ -149,9 +109,10 @@ void OutlinePainter::drawLegend(QPointF const& topLeft)
     for (int rule = 0; rule < ruleCount; ++rule) {
         BindingRule const& shown = bindingRule(rule);
         QColor const colour = QColor::fromRgb(shown.colour);
-        drawMark(m_painter, line + QPointF(markRadius, 0.0), Mark::Corner, colour, colour);
+        drawPointMark(
+            m_painter, line + QPointF(pointMarkRadius, 0.0), PointMark::Corner, colour, colour);
         m_painter.setPen(Qt::black);
-        m_painter.drawText(line + QPointF(4.0 * markRadius, 4.0),
+        m_painter.drawText(line + QPointF(4.0 * pointMarkRadius, 4.0),
             QStringLiteral("%1: %2").arg(
                 QString::fromUtf8(shown.name), QString::fromUtf8(shown.meaning)));
         line.ry() += legendLineHeight;
