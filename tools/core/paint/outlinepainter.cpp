@@ -19,7 +19,6 @@ namespace {
 constexpr QRgb ink = 0xff1f3a5f;
 constexpr QRgb pale = 0xffdbe9f6;
 constexpr QRgb translucentInk = 0xb01f3a5f; ///< overlapping figures stay visible
-constexpr double lineWidth = 1.5;
 constexpr double legendLineHeight = 15.0;
 constexpr double legendWidth = 260.0;
 
@@ -34,7 +33,7 @@ QColor shownColour(std::optional<ShapeColour> const& own, QRgb usual)
 }
 
 /** What throws the shadow of an outline that is not filled. */
-QPainterPath bandOf(QPainterPath const& path)
+QPainterPath bandOf(QPainterPath const& path, double lineWidth)
 {
     QPainterPathStroker stroker(
         QPen(Qt::black, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -56,16 +55,38 @@ void OutlinePainter::draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform
 {
     QPainterPath path = toDevice.map(painterPathOf(list));
     path.setFillRule(m_style.fillRule.value_or(fillRule));
-    if (appearance.shadow && !(list.noFill && list.noLine)) {
-        drawShadow(m_painter, list.noFill ? bandOf(path) : path, *appearance.shadow,
-            std::sqrt(std::abs(toDevice.determinant())));
-    }
+    drawShadowOf(list, {path, path, std::sqrt(std::abs(toDevice.determinant()))}, appearance);
+    setColours(list, appearance);
+    m_painter.drawPath(path);
+}
+
+void OutlinePainter::drawMapped(KpPathSegList const& list, Qt::FillRule fillRule,
+    MappedDrawing const& drawing, Appearance const& appearance)
+{
+    MappedDrawing ruled = drawing;
+    ruled.fill.setFillRule(m_style.fillRule.value_or(fillRule));
+    drawShadowOf(list, ruled, appearance);
+    setColours(list, appearance);
+    m_painter.fillPath(ruled.fill, m_painter.brush());
+    m_painter.strokePath(ruled.line, m_painter.pen());
+}
+
+void OutlinePainter::drawShadowOf(
+    KpPathSegList const& list, MappedDrawing const& drawing, Appearance const& appearance)
+{
+    if (!appearance.shadow || (list.noFill && list.noLine))
+        return;
+    drawShadow(m_painter, list.noFill ? bandOf(drawing.line, m_style.lineWidth) : drawing.fill,
+        *appearance.shadow, drawing.scale);
+}
+
+void OutlinePainter::setColours(KpPathSegList const& list, Appearance const& appearance)
+{
     QColor const fill = shownColour(appearance.fill, list.noLine ? translucentInk : pale);
     m_painter.setBrush(list.noFill ? QBrush() : QBrush(fill));
     m_painter.setPen(list.noLine ? QPen(Qt::NoPen)
-                                 : QPen(shownColour(appearance.line, ink), lineWidth, Qt::SolidLine,
-                                     Qt::RoundCap, Qt::RoundJoin));
-    m_painter.drawPath(path);
+                                 : QPen(shownColour(appearance.line, ink), m_style.lineWidth,
+                                     Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }
 
 void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)

@@ -17,6 +17,15 @@ struct OutlineStyle
 {
     std::optional<Qt::FillRule> fillRule; ///< instead of what the outlines ask for
     bool showsPoints = false; ///< marks on all points, coloured by their binding rules
+    double lineWidth = 1.5; ///< of the stroke, in the painter's units
+};
+
+/** The drawing of an outline in a painter's units; it may leave out what is not to be seen. */
+struct MappedDrawing
+{
+    QPainterPath fill; ///< to be filled
+    QPainterPath line; ///< to be stroked
+    double scale; ///< units of the painter a unit of the outline
 };
 
 /**
@@ -39,6 +48,10 @@ public:
     void draw(KpPathSegList& list, Qt::FillRule fillRule, QTransform const& toDevice,
         Appearance const& appearance = {});
 
+    /** As draw(), of an outline whose drawing is at hand. */
+    void drawMapped(KpPathSegList const& list, Qt::FillRule fillRule, MappedDrawing const& drawing,
+        Appearance const& appearance = {});
+
     /** Marks all points of an outline, with the control points and the radii. */
     void drawPoints(KpPathSegList& list, QTransform const& toDevice);
 
@@ -48,6 +61,10 @@ public:
     static QSizeF legendSize();
 
 private:
+    void setColours(KpPathSegList const& list, Appearance const& appearance);
+    void drawShadowOf(
+        KpPathSegList const& list, MappedDrawing const& drawing, Appearance const& appearance);
+
     QPainter& m_painter;
     OutlineStyle m_style;
 };
