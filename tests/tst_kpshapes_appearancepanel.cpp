@@ -1,126 +1,18 @@
 #include "panels/appearancepanel.h"
 
-#include "colorutil.h"
-#include "document/colourtheme.h"
-#include "kpshapestesting.h"
-#include "outlinetesting.h"
+#include "appearancepaneltesting.h"
 #include "panels/colourbutton.h"
 #include "panels/colourslots.h"
-#include "panels/paintsection.h"
-#include "panels/shadowsection.h"
 #include "panels/steplist.h"
 #include "panels/swatch.h"
-#include "panels/transformlist.h"
 
-#include <QAbstractButton>
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QMouseEvent>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTabWidget>
 
-namespace {
-
-ItemPointer item(QString const& name)
-{
-    KpPathSegList list;
-    list.closed = true;
-    list.addTail(new KpPathSegMoveTo(QPointF(0, 0), nullptr));
-    list.addTail(new KpPathSegLineTo(QPointF(100, 60), nullptr));
-    list.addTail(new KpPathSegLineTo(QPointF(0, 60), nullptr));
-    return std::make_shared<ShapeItem const>(
-        ShapeItem {name, QSizeF(100, 60), std::nullopt, recordOf(list), {}, -1});
-}
-
-/** A panel of a document of three outlines, on the screen. */
-class Bench
-{
-public:
-    Bench()
-        : panel(document)
-    {
-        document.reset({item("one"), item("two"), item("three")});
-        panel.resize(300, 420);
-        panel.show();
-        if (!QTest::qWaitForWindowExposed(&panel))
-            qFatal("the panel is not shown");
-        showTab(0);
-    }
-
-    void showTab(int index)
-    {
-        auto* const tabs = panel.findChild<QTabWidget*>();
-        tabs->setCurrentIndex(index);
-        section = tabs->currentWidget();
-    }
-
-    /** The widget of the tab that is shown, by its accessible name. */
-    template <class Widget> Widget* find(QString const& name) const
-    {
-        for (Widget* const widget : section->findChildren<Widget*>()) {
-            if (widget->accessibleName() == name)
-                return widget;
-        }
-        qFatal("there is no %s", qPrintable(name));
-    }
-
-    void click(QString const& name) const
-    {
-        QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
-    }
-
-    Appearance& appearance() { return document.working().appearance; }
-    /** The appearance as the last step has left it. */
-    Appearance const& kept() const { return document.at(document.current()).appearance; }
-
-    /** The texts of the steps, the last one last. */
-    QStringList steps()
-    {
-        QStringList texts;
-        for (int i = 0; i < document.undoStack().count(); ++i)
-            texts << document.undoStack().text(i);
-        return texts;
-    }
-
-    ShapeDocument document;
-    AppearancePanel panel;
-    QWidget* section = nullptr;
-};
-
-QColor harbour(int slot)
-{
-    return themeOf("Harbour")->colour(slot);
-}
-
-QStringList names(QVector<ColourTransform> const& transforms)
-{
-    QStringList all;
-    for (ColourTransform const& transform : transforms)
-        all << transform.name;
-    return all;
-}
-
-/** A move with the left button down, which QTest::mouseMove() leaves out. */
-void drag(QWidget* widget, QPoint const& to)
-{
-    QMouseEvent event(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-        Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
-}
-
-/** A fill with the transforms inv, gray and lum. */
-void addTransforms(Bench& bench)
-{
-    bench.appearance().fill =
-        ShapeColour {KpColor(QColor(200, 40, 10)), {{"inv", 0}, {"gray", 0}, {"lum", 0.25}}};
-    bench.document.commit("Prepare");
-    bench.document.touch();
-}
-
-} // namespace
+using namespace AppearancePanelTesting;
 
 class TestAppearancePanel : public QObject
 {
@@ -137,15 +29,7 @@ private Q_SLOTS:
     void tintDragIsOneStep();
     void tintByKeyboard();
     void tintByNumber();
-    void transformIsAdded_data();
-    void transformIsAdded();
-    void everyTransformIsOffered();
-    void transformValueIsChanged();
-    void transformIsMovedByButtons();
-    void transformIsMovedByKeys();
-    void transformDragIsOneStep();
-    void transformIsRemoved();
-    void stepsShowTheirColours();
+    void sliderShowsTheTints();
     void lineHasItsOwn();
     void shadowIsSwitched();
     void shadowRadiusDragIsOneStep();
@@ -310,132 +194,23 @@ void TestAppearancePanel::tintByNumber()
     QCOMPARE(bench.steps().size(), 2);
 }
 
-void TestAppearancePanel::transformIsAdded_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<double>("value");
-    QTest::newRow("modulation") << "satMod" << 0.75;
-    QTest::newRow("offset") << "hueOff" << 0.1;
-    QTest::newRow("other") << "tint" << 0.5;
-}
-
-void TestAppearancePanel::transformIsAdded()
-{
-    QFETCH(QString, name);
-    Bench bench;
-    bench.click("Fill: Accent 1");
-    bench.find<QComboBox>("Transform to add to fill")->setCurrentText(name);
-    bench.click("Add the transform to fill");
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList {name});
-    QTEST(bench.kept().fill->transforms.at(0).value, "value");
-    QVERIFY(bench.kept().fill->shown() != harbour(5));
-    QCOMPARE(bench.steps().last(), QString("Add transform of fill"));
-    QCOMPARE(bench.find<StepList>("Transforms of fill")->currentRow(), 0);
-}
-
-void TestAppearancePanel::everyTransformIsOffered()
+void TestAppearancePanel::sliderShowsTheTints()
 {
     Bench bench;
-    auto* const choice = bench.find<QComboBox>("Transform to add to fill");
-    QStringList offered;
-    for (int i = 0; i < choice->count(); ++i)
-        offered << choice->itemText(i);
-    QCOMPARE(offered, ColorUtil::mapColorFuncs.keys());
-    QVERIFY(offered.contains("lumMod") && offered.contains("invGamma"));
-}
-
-void TestAppearancePanel::transformValueIsChanged()
-{
-    Bench bench;
-    addTransforms(bench);
-    bench.find<StepList>("Transforms of fill")->setCurrentRow(2);
-    auto* const value = bench.find<QDoubleSpinBox>("Value of the transform of fill");
-    QCOMPARE(value->value(), 0.25);
-    value->setFocus();
-    value->selectAll();
-    QTest::keyClicks(value, "0.5");
-    QTest::keyClick(value, Qt::Key_Return);
-    QCOMPARE(bench.kept().fill->transforms.at(2).value, 0.5);
-    QCOMPARE(bench.steps().last(), QString("Change transform of fill"));
-    QTest::keyClick(value, Qt::Key_Up);
-    QCOMPARE(bench.kept().fill->transforms.at(2).value, 0.55);
-}
-
-void TestAppearancePanel::transformIsMovedByButtons()
-{
-    Bench bench;
-    addTransforms(bench);
-    auto* const list = bench.find<StepList>("Transforms of fill");
-    list->setCurrentRow(2);
-    bench.click("Move the transform of fill up");
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"inv", "lum", "gray"}));
-    QCOMPARE(list->currentRow(), 1);
-    bench.click("Move the transform of fill up");
-    QVERIFY(!bench.find<QAbstractButton>("Move the transform of fill up")->isEnabled());
-    bench.click("Move the transform of fill down");
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"inv", "lum", "gray"}));
-    QCOMPARE(bench.steps().size(), 4);
-    QCOMPARE(bench.steps().last(), QString("Move transform of fill"));
-}
-
-void TestAppearancePanel::transformIsMovedByKeys()
-{
-    Bench bench;
-    addTransforms(bench);
-    auto* const list = bench.find<StepList>("Transforms of fill");
-    list->setFocus();
-    list->setCurrentRow(0);
-    QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"gray", "inv", "lum"}));
-    QCOMPARE(list->currentRow(), 1);
-    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
-    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"inv", "gray", "lum"}));
-    QCOMPARE(bench.steps().size(), 3);
-}
-
-void TestAppearancePanel::transformDragIsOneStep()
-{
-    Bench bench;
-    addTransforms(bench);
-    auto* const list = bench.find<StepList>("Transforms of fill");
-    auto const place = [list](int row) { return list->visualItemRect(list->item(row)).center(); };
-    QTest::mousePress(list->viewport(), Qt::LeftButton, {}, place(0));
-    drag(list->viewport(), place(1));
-    QCOMPARE(names(bench.appearance().fill->transforms), QStringList({"gray", "inv", "lum"}));
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"inv", "gray", "lum"}));
-    drag(list->viewport(), place(2));
-    QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, place(2));
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"gray", "lum", "inv"}));
-    QCOMPARE(list->currentRow(), 2);
-    QCOMPARE(bench.steps(), QStringList({"Prepare", "Move transform of fill"}));
-    bench.document.undoStack().undo();
-    QCOMPARE(list->item(0)->text(), QString("inv  0"));
-}
-
-void TestAppearancePanel::transformIsRemoved()
-{
-    Bench bench;
-    addTransforms(bench);
-    auto* const list = bench.find<StepList>("Transforms of fill");
-    list->setCurrentRow(1);
-    QTest::keyClick(list, Qt::Key_Delete);
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList({"inv", "lum"}));
-    bench.click("Remove the transform of fill");
-    QCOMPARE(names(bench.kept().fill->transforms), QStringList {"inv"});
-    QCOMPARE(bench.steps().last(), QString("Remove transform of fill"));
-}
-
-void TestAppearancePanel::stepsShowTheirColours()
-{
-    Bench bench;
-    addTransforms(bench);
-    auto* const list = bench.find<StepList>("Transforms of fill");
-    QCOMPARE(list->count(), 3);
-    QCOMPARE(list->item(0)->toolTip(), QString("#37D7F5"));
-    QCOMPARE(
-        list->item(0)->icon().pixmap(20, 14).toImage().pixelColor(8, 7), QColor(0x37, 0xd7, 0xf5));
-    QCOMPARE(list->item(2)->text(), QString("lum  0.25"));
+    bench.appearance().fill = ShapeColour {KpColor(QColor(255, 0, 0)), {}};
+    bench.document.touch();
+    auto* const slider = bench.find<QSlider>("Tint of fill");
+    QImage const image = slider->grab().toImage();
+    auto const at = [&image](double part) {
+        return image.pixelColor(int(part * image.width()), image.height() / 2);
+    };
+    // A quarter of the way is half of the tint: half of the light, not half of the numbers.
+    QVERIFY(qAbs(at(0.75).green() - 188) < 16);
+    QVERIFY(qAbs(at(0.25).red() - 188) < 16);
+    QVERIFY(at(0.94).green() > at(0.75).green());
+    QVERIFY(at(0.06).red() < at(0.25).red());
+    QCOMPARE(at(0.25).green(), 0);
+    QCOMPARE(at(0.75).red(), 255);
 }
 
 void TestAppearancePanel::lineHasItsOwn()

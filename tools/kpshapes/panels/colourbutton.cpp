@@ -2,7 +2,6 @@
 
 #include "panels/swatch.h"
 
-#include <QColorDialog>
 #include <QEvent>
 
 namespace {

@@ -2,10 +2,9 @@
 #define COLOURBUTTON_H
 
 #include <QColor>
+#include <QColorDialog>
 #include <QPointer>
 #include <QPushButton>
-
-class QColorDialog;
 
 /** A button with the swatch of a colour, which opens the dialog to choose another one. */
 class ColourButton : public QPushButton

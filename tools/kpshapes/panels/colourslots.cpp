@@ -11,6 +11,7 @@ namespace {
 
 constexpr int swatchSide = 20;
 constexpr int ringWidth = 3; ///< around the swatch, for the focus and what is chosen
+constexpr int buttonSide = swatchSide + 2 * ringWidth;
 
 /** One of the swatches. */
 class SlotButton : public QAbstractButton
@@ -21,18 +22,13 @@ public:
     {
         setCheckable(true);
         setFocusPolicy(Qt::StrongFocus);
-        setFixedSize(sizeHint());
+        setFixedSize(buttonSide, buttonSide);
     }
 
     void setColour(QColor const& colour)
     {
         m_colour = colour;
         update();
-    }
-
-    QSize sizeHint() const override
-    {
-        return QSize(swatchSide, swatchSide) + 2 * QSize(ringWidth, ringWidth);
     }
 
 protected:

@@ -3,13 +3,13 @@
 #include "panels/colourbutton.h"
 #include "panels/colourslots.h"
 #include "panels/swatch.h"
+#include "panels/tintslider.h"
 #include "panels/transformlist.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
-#include <QSlider>
 #include <QSpinBox>
 
 namespace {
@@ -37,13 +37,15 @@ PaintSection::PaintSection(QString const& noun, QWidget* parent)
     , m_plain(new ColourButton(
           QStringLiteral("&Colour..."), capitalized(noun) + QStringLiteral(" colour"), this))
     , m_result(new QLabel(this))
+    , m_resultText(new QLabel(this))
     , m_transforms(new TransformList(noun, this))
 {
     auto* const column = new QVBoxLayout(this);
     column->addWidget(m_slots);
     auto* const row = new QHBoxLayout;
     row->addWidget(m_plain);
-    row->addStretch();
+    row->addWidget(m_resultText, 1);
+    m_resultText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     row->addWidget(m_result);
     column->addLayout(row);
     column->addWidget(makeTint());
@@ -59,11 +61,7 @@ QWidget* PaintSection::makeTint()
     auto* const row = new QHBoxLayout(area);
     row->setContentsMargins(0, 0, 0, 0);
     auto* const label = new QLabel(QStringLiteral("&Tint"), area);
-    m_tint = new QSlider(Qt::Horizontal, area);
-    m_tint->setRange(-strongestTint, strongestTint);
-    m_tint->setPageStep(10);
-    m_tint->setTickPosition(QSlider::TicksBelow);
-    m_tint->setTickInterval(50);
+    m_tint = new TintSlider(area);
     m_tint->setAccessibleName(QStringLiteral("Tint of %1").arg(m_noun));
     m_tint->setToolTip(
         QStringLiteral("To the left towards black, to the right towards white, in linear light"));
@@ -88,12 +86,12 @@ void PaintSection::connectControls()
         finishColour();
     });
     connect(m_plain, &ColourButton::cancelled, this, &PaintSection::cancelled);
-    connect(m_tint, &QSlider::valueChanged, this, [this](int tint) {
+    connect(m_tint, &TintSlider::valueChanged, this, [this](int tint) {
         changeTint(tint);
         if (!m_tint->isSliderDown())
             finishTint();
     });
-    connect(m_tint, &QSlider::sliderReleased, this, &PaintSection::finishTint);
+    connect(m_tint, &TintSlider::sliderReleased, this, &PaintSection::finishTint);
     connect(m_tintNumber, qOverload<int>(&QSpinBox::valueChanged), this, [this](int tint) {
         changeTint(tint);
         finishTint();
@@ -176,6 +174,7 @@ void PaintSection::refresh()
         QSignalBlocker const sliderBlocker(m_tint);
         QSignalBlocker const numberBlocker(m_tintNumber);
         m_tint->setValue(tint);
+        m_tint->setColour(m_colour ? m_colour->colour : KpColor());
         m_tintNumber->setValue(tint);
     }
     m_tint->setEnabled(m_colour.has_value());
@@ -190,7 +189,7 @@ void PaintSection::showResult()
 {
     QColor const shown = m_colour ? m_colour->shown() : QColor();
     m_result->setPixmap(swatchPixmap(shown, resultSize, palette(), devicePixelRatioF()));
-    QString const text = shown.isValid() ? colourText(shown) : QStringLiteral("The usual colour");
-    m_result->setToolTip(text);
+    QString const text = shown.isValid() ? colourText(shown) : QStringLiteral("Usual colour");
+    m_resultText->setText(text);
     m_result->setAccessibleDescription(text);
 }

@@ -9,8 +9,8 @@
 class ColourButton;
 class ColourSlots;
 class QLabel;
-class QSlider;
 class QSpinBox;
+class TintSlider;
 class TransformList;
 
 /** The controls of one colour of a shape: where it comes from, its tint and its transforms. */
@@ -56,7 +56,8 @@ private:
     ColourSlots* m_slots;
     ColourButton* m_plain;
     QLabel* m_result;
-    QSlider* m_tint = nullptr;
+    QLabel* m_resultText;
+    TintSlider* m_tint = nullptr;
     QSpinBox* m_tintNumber = nullptr;
     TransformList* m_transforms;
 };

@@ -40,7 +40,7 @@ void addRow(QFormLayout& form, QString const& text, QVector<QWidget*> const& wid
     label->setBuddy(widgets.first());
     auto* const row = new QHBoxLayout;
     for (QWidget* const widget : widgets)
-        row->addWidget(widget, 1);
+        row->addWidget(widget, qobject_cast<QSlider*>(widget) ? 2 : 1);
     form.addRow(label, row);
 }
 

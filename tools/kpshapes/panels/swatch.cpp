@@ -20,11 +20,12 @@ QColor mixed(QColor const& one, QColor const& other, double part)
 void paintChequers(QPainter& painter, QRectF const& place)
 {
     painter.fillRect(place, Qt::white);
-    int row = 0;
-    for (double y = place.top(); y < place.bottom(); y += chequer, ++row) {
-        double const first = place.left() + (row % 2 == 0 ? 0.0 : chequer);
-        for (double x = first; x < place.right(); x += 2.0 * chequer)
-            painter.fillRect(QRectF(x, y, chequer, chequer), QColor::fromRgb(0xffcccccc));
+    for (int row = 0; row * chequer < place.height(); ++row) {
+        for (int column = row % 2; column * chequer < place.width(); column += 2) {
+            QRectF const square(
+                place.left() + column * chequer, place.top() + row * chequer, chequer, chequer);
+            painter.fillRect(square & place, QColor::fromRgb(0xffcccccc));
+        }
     }
 }
 
@@ -43,6 +44,11 @@ void paintTranslucent(QPainter& painter, QRectF const& place, QColor const& colo
 
 } // namespace
 
+QColor swatchBorder(QPalette const& palette)
+{
+    return mixed(palette.color(QPalette::Text), palette.color(QPalette::Window), 0.55);
+}
+
 void paintSwatch(
     QPainter& painter, QRectF const& place, QColor const& colour, QPalette const& palette)
 {
@@ -59,13 +65,13 @@ void paintSwatch(
         paintTranslucent(painter, place, colour);
     else
         painter.fillRect(place, colour);
-    QColor const text = palette.color(QPalette::Text);
     if (!colour.isValid()) {
-        painter.setPen(QPen(mixed(text, palette.color(QPalette::Base), 0.3), 1.25));
+        painter.setPen(
+            QPen(mixed(palette.color(QPalette::Text), palette.color(QPalette::Base), 0.3), 1.25));
         painter.drawLine(inner.bottomLeft(), inner.topRight());
     }
     painter.restore();
-    painter.setPen(QPen(mixed(text, palette.color(QPalette::Window), 0.55), 1.0));
+    painter.setPen(QPen(swatchBorder(palette), 1.0));
     painter.drawPath(shape);
     painter.restore();
 }
@@ -92,8 +98,8 @@ QIcon swatchIcon(QColor const& colour, QSize const& size, QPalette const& palett
 
 QString colourText(QColor const& colour)
 {
-    QString const text = ColorUtil::RGBToString(colour);
+    QString text = ColorUtil::RGBToString(colour);
     if (colour.alpha() == 255)
         return text;
-    return QStringLiteral("%1, %2 % opaque").arg(text).arg(qRound(colour.alphaF() * 100.0));
+    return QStringLiteral("%1, %2 %").arg(text).arg(qRound(colour.alphaF() * 100.0));
 }

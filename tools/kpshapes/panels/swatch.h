@@ -18,6 +18,9 @@ class QPainter;
 void paintSwatch(
     QPainter& painter, QRectF const& place, QColor const& colour, QPalette const& palette);
 
+/** The colour of a border that is seen beside any colour. */
+QColor swatchBorder(QPalette const& palette);
+
 /** A swatch as a picture. @param ratio device pixels a pixel */
 QPixmap swatchPixmap(
     QColor const& colour, QSize const& size, QPalette const& palette, double ratio);

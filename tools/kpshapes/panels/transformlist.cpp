@@ -9,6 +9,7 @@
 #include <QDoubleSpinBox>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QSignalBlocker>
 #include <QToolButton>
 
@@ -45,7 +46,10 @@ TransformList::TransformList(QString const& noun, QWidget* parent)
     m_list->setAccessibleName(QStringLiteral("Transforms of %1").arg(noun));
     m_list->setToolTip(QStringLiteral("Drag a step, or press Alt with the up or down key"));
     m_list->setMinimumHeight(visibleRows * (swatchSize.height() + 8));
+    auto* const title = new QLabel(QStringLiteral("T&ransforms, in their order"), this);
+    column->addWidget(title);
     column->addWidget(makeChoice());
+    title->setBuddy(m_choice);
     column->addWidget(m_list, 1);
     column->addWidget(makeControls());
     connectControls();
