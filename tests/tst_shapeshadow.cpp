@@ -80,6 +80,7 @@ private Q_SLOTS:
     void figuresHaveTheirOwnColours();
     void flagsOutweighColours();
     void figureWithoutFillingThrowsItsLine();
+    void drawingAtHandIsDrawnAlike();
 };
 
 void TestShapeShadow::sharpShadowIsThePathMoved()
@@ -272,6 +273,35 @@ void TestShapeShadow::figureWithoutFillingThrowsItsLine()
     QCOMPARE(image.pixelColor(50, 50), QColor(Qt::white));
     QVERIFY(image.pixelColor(30, 50).red() < 128);
     QCOMPARE(image.pixelColor(60, 60), QColor(Qt::white));
+}
+
+void TestShapeShadow::drawingAtHandIsDrawnAlike()
+{
+    auto const list = rectangle({10.0, 10.0, 20.0, 20.0});
+    Appearance appearance;
+    appearance.fill = ShapeColour {KpColor(QColor(0, 200, 0)), {}};
+    appearance.shadow = shadowOf(4, {6.0, 6.0});
+    QTransform const twice = QTransform::fromScale(2.0, 2.0);
+    QImage whole = whiteImage(100);
+    QImage mapped = whiteImage(100);
+    {
+        QPainter painter(&whole);
+        OutlinePainter(painter, {}).draw(*list, Qt::WindingFill, twice, appearance);
+        QPainter other(&mapped);
+        QPainterPath const path = twice.map(painterPathOf(*list));
+        OutlinePainter(other, {}).drawMapped(*list, Qt::WindingFill, {path, path, 2.0}, appearance);
+    }
+    QVERIFY(whole == mapped);
+    QVERIFY(mapped.pixelColor(66, 66).red() < 128);
+    QCOMPARE(mapped.pixelColor(40, 40), QColor(0, 200, 0));
+    QImage broad = whiteImage(100);
+    QPainter painter(&broad);
+    OutlineStyle style;
+    style.lineWidth = 8.0;
+    QPainterPath const path = twice.map(painterPathOf(*list));
+    OutlinePainter(painter, style).drawMapped(*list, Qt::WindingFill, {path, path, 2.0});
+    painter.end();
+    QCOMPARE(broad.pixelColor(17, 40), QColor(0x1f, 0x3a, 0x5f));
 }
 
 QTEST_MAIN(TestShapeShadow)
