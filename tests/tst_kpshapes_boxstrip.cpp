@@ -72,6 +72,7 @@ private Q_SLOTS:
     void aThumbnailHasTheDevicePixelsOfItsRatio_data();
     void aThumbnailHasTheDevicePixelsOfItsRatio();
     void aThumbnailInAnotherBoxFollowsTheRules();
+    void aThumbnailShowsColoursAndShadow();
     void whatCannotBeDrawnGivesBlankPaper_data();
     void whatCannotBeDrawnGivesBlankPaper();
     void aVeryLongOutlineIsPicturedInABoundedTime();
@@ -146,6 +147,25 @@ void TestKpshapesBoxStrip::aThumbnailInAnotherBoxFollowsTheRules()
     QCOMPARE(picture.pixelColor(25, 13), white);
     QVERIFY(picture.pixelColor(14, 26) != white);
     QVERIFY(picture.pixelColor(25, 27) != white);
+}
+
+void TestKpshapesBoxStrip::aThumbnailShowsColoursAndShadow()
+{
+    ShapeItem shape = *item("plate");
+    shape.appearance.fill = ShapeColour {KpColor(QColor(255, 0, 0)), {}};
+    // Moved by half of the box, so that a good part of it is not covered.
+    shape.appearance.shadow = ShapeShadow {0, 0, {10.0, 10.0}, QColor(0, 0, 255)};
+    QImage const picture = thumbnail(shape, {20.0, 20.0}, {{40, 40}, 1.0, 1.0});
+    int fill = 0;
+    int shadow = 0;
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 40; ++x) {
+            fill += picture.pixelColor(x, y) == QColor(255, 0, 0) ? 1 : 0;
+            shadow += picture.pixelColor(x, y) == QColor(0, 0, 255) ? 1 : 0;
+        }
+    }
+    QVERIFY(fill > 50);
+    QVERIFY(shadow > 50);
 }
 
 void TestKpshapesBoxStrip::whatCannotBeDrawnGivesBlankPaper_data()

@@ -12,9 +12,6 @@ namespace {
 
 constexpr double margin = 5.0; ///< around what is shown, in logical pixels
 constexpr double lineWidth = 1.25;
-constexpr QRgb ink = 0xff1f3a5f;
-constexpr QRgb pale = 0xffdbe9f6;
-constexpr QRgb translucentInk = 0xb01f3a5f;
 constexpr QRgb frameInk = 0xffb4bcc6;
 
 /** So many steps lie too close for broad lines, which take long to paint. */
@@ -78,36 +75,17 @@ QPainterPath thinned(QPainterPath const& path)
     return thin;
 }
 
-QBrush fillOf(PicturedShape const& shape)
-{
-    if (shape.list.noFill)
-        return Qt::NoBrush;
-    if (shape.appearance.fill)
-        return shape.appearance.fill->shown();
-    return QColor::fromRgba(shape.list.noLine ? translucentInk : pale);
-}
-
-QPen lineOf(PicturedShape const& shape, int elementCount)
-{
-    if (shape.list.noLine)
-        return Qt::NoPen;
-    QColor const colour =
-        shape.appearance.line ? shape.appearance.line->shown() : QColor::fromRgba(ink);
-    return elementCount > manyElements
-        ? QPen(colour, 0.0)
-        : QPen(colour, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-}
-
 void drawShape(QPainter& painter, PicturedShape const& shape, QTransform const& toPicture)
 {
     painter.setPen(QPen(QColor::fromRgba(frameInk), 1.0, Qt::DotLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(toPicture.mapRect(QRectF(QPointF(0.0, 0.0), shape.box)));
-    QPainterPath path = thinned(toPicture.map(painterPathOf(shape.list)));
-    path.setFillRule(shape.fillRule.value_or(Qt::WindingFill));
-    painter.setPen(lineOf(shape, path.elementCount()));
-    painter.setBrush(fillOf(shape));
-    painter.drawPath(path);
+    QPainterPath const path = thinned(toPicture.map(painterPathOf(shape.list)));
+    OutlineStyle style;
+    style.lineWidth = path.elementCount() > manyElements ? 0.0 : lineWidth;
+    OutlinePainter(painter, style)
+        .drawMapped(shape.list, shape.fillRule.value_or(Qt::WindingFill),
+            {path, path, std::sqrt(std::abs(toPicture.determinant()))}, shape.appearance);
 }
 
 /** What is to be seen of the shape and its box; nothing if it cannot be drawn. */

@@ -14,7 +14,7 @@ struct PicturedShape
     KpPathSegList& list; ///< only read; its values are those in the box
     QSizeF box; ///< in the outline's units
     std::optional<Qt::FillRule> fillRule; ///< none: nonzero
-    Appearance const& appearance; ///< its colours are shown, its shadow is not
+    Appearance const& appearance; ///< its colours and its shadow, as far as there is room
 };
 
 /** How large a thumbnail is. */
