@@ -7,3 +7,8 @@ kpgeometry_add_test(tst_schema UNOPTIMIZED
     KPGEOMETRY_EXAMPLES="${PROJECT_SOURCE_DIR}/examples"
   TIMEOUT 300)
 add_dependencies(tst_schema kpgeom)
+kpgeometry_add_test(tst_appearanceschema UNOPTIMIZED
+  LIBRARIES kpgeomcore kpgeometry_private util
+  DEFINITIONS
+    KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
+    KPGEOMETRY_SCHEMA="${PROJECT_SOURCE_DIR}/schema")
