@@ -35,7 +35,7 @@ foreach(name IN ITEMS
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_model)
 endforeach()
 
-foreach(panel IN ITEMS appearancepanel boxstrip outlinelist pointpanel transformlist)
+foreach(panel IN ITEMS appearancepanel boxstrip fitdialog outlinelist pointpanel transformlist)
   kpgeometry_add_window_test(tst_kpshapes_${panel} LIBRARIES kpshapes_panels)
 endforeach()
 
