@@ -99,6 +99,8 @@ void TestShapeBox::drawingGivesTheBoxThatNothingNames_data()
                            << QSizeF(30, 50);
     QTest::newRow("six digits") << Shapes {shapeOf({{100.00000001, 33.33333333}})}
                                 << QSizeF(100, 33.3333);
+    QTest::newRow("no side in six digits")
+        << Shapes {shapeOf({{80, 0.0010000000001}})} << QSizeF(80, 80);
     QTest::newRow("level line") << Shapes {shapeOf({{0, 0}, {80, 0}})} << QSizeF(80, 80);
     QTest::newRow("left of the origin") << Shapes {shapeOf({{-30, 12}})} << QSizeF(12, 12);
     QTest::newRow("nothing drawn") << Shapes {shapeOf({})} << QSizeF(100, 100);

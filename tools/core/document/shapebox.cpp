@@ -21,9 +21,10 @@ double sideOf(double number)
     return number > collapsedSide && number <= largestSide ? number : 0.0;
 }
 
+/** Rounded it may be no side any more. */
 double rounded(double side)
 {
-    return numberText(side).toDouble();
+    return sideOf(numberText(side).toDouble());
 }
 
 /** How far the drawing reaches from the origin; an end that is no side of a box counts as 0. */
