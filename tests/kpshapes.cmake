@@ -41,7 +41,9 @@ endforeach()
 
 # Documents of the editor as files.
 foreach(name IN ITEMS
-    tst_kpshapes_sourcedocument)
+    tst_kpshapes_randomchanges
+    tst_kpshapes_sourcedocument
+    tst_kpshapes_unitrewriter)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_files)
 endforeach()
 kpgeometry_add_test(tst_kpshapes_anyoperation LIBRARIES kpshapes_model)

@@ -20,13 +20,17 @@ template <class Container> auto const& at(Container const& container, int index)
     return container[static_cast<std::size_t>(index)];
 }
 
+quint64 bitsOf(double number)
+{
+    quint64 bits = 0;
+    std::memcpy(&bits, &number, sizeof bits);
+    return bits;
+}
+
 bool isSame(KpReal const& left, KpReal const& right)
 {
-    auto const sameBits = [](double one, double other) {
-        return std::memcmp(&one, &other, sizeof one) == 0;
-    };
-    return left.base == right.base && sameBits(left.value, right.value)
-        && sameBits(left.rate, right.rate);
+    return left.base == right.base && bitsOf(left.value) == bitsOf(right.value)
+        && bitsOf(left.rate) == bitsOf(right.rate);
 }
 
 /** The coordinates of a segment in the order of the format. */
@@ -72,17 +76,19 @@ public:
         for (AlignedPair const& pair : pairs(before, after)) {
             KpPathSeg* const old = pair.before < 0 ? nullptr : before.segs.at(pair.before);
             KpPathSeg* const now = pair.after < 0 ? nullptr : after.segs.at(pair.after);
-            if (pair.before >= 0)
-                m_current = pair.before;
-            if (old && now && old->type == now->type)
-                changeSegment(*at(m_segments, pair.before), *old, *now);
-            else if (old && now)
-                m_edits.replace(at(m_segments, pair.before)->range(),
-                    written(*now, lineStartOf(*at(m_segments, pair.before))));
-            else if (old)
-                m_edits.remove(at(m_segments, pair.before)->range());
+            if (!old) {
+                if (now)
+                    insert(*now);
+                continue;
+            }
+            m_current = pair.before;
+            ScannedElement const& element = *at(m_segments, pair.before);
+            if (!now)
+                m_edits.remove(element.range());
+            else if (old->type == now->type)
+                changeSegment(element, *old, *now);
             else
-                insert(*now);
+                m_edits.replace(element.range(), written(*now, lineStartOf(element)));
         }
     }
 
