@@ -41,6 +41,7 @@ endforeach()
 
 # Documents of the editor as files.
 foreach(name IN ITEMS
+    tst_kpshapes_documentfile
     tst_kpshapes_loader
     tst_kpshapes_randomchanges
     tst_kpshapes_sourcedocument
