@@ -44,6 +44,7 @@ foreach(name IN ITEMS
     tst_kpshapes_documentfile
     tst_kpshapes_loader
     tst_kpshapes_randomchanges
+    tst_kpshapes_recovery
     tst_kpshapes_sourcedocument
     tst_kpshapes_unitrewriter)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_files)
