@@ -1,5 +1,5 @@
+#include "model/lengthtext.h"
 #include "panels/axiseditor.h"
-#include "panels/lengthtext.h"
 #include "panels/numberbox.h"
 #include "panels/pointpanel.h"
 #include "panelstesting.h"

@@ -103,12 +103,3 @@ RulerScale rulerScale(unsigned int unit, double zoom, double spacing)
     }
     return {known, major, divisions};
 }
-
-QString lengthText(double pixels, unsigned int unit)
-{
-    unsigned int const known = unit < unitCount ? unit : UnitPixel;
-    double const value = UnitUtil::pixelToUnit(pixels, known);
-    if (known == UnitFeetAndInches)
-        return UnitUtil::feetValtoFeetIncheStr(value);
-    return QStringLiteral("%1 %2").arg(value, 0, 'g', 6).arg(UnitUtil::unitStr(known));
-}

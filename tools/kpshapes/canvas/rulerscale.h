@@ -26,7 +26,4 @@ struct RulerScale
  */
 RulerScale rulerScale(unsigned int unit, double zoom, double spacing);
 
-/** A length with its unit as rulers have it, such as "12.5 mm" or "2'6\"". @param pixels of 96 an inch */
-QString lengthText(double pixels, unsigned int unit);
-
 #endif // RULERSCALE_H

@@ -1,7 +1,7 @@
 #include "panels/axiseditor.h"
 
 #include "document/bindingrule.h"
-#include "panels/lengthtext.h"
+#include "model/lengthtext.h"
 #include "panels/numberbox.h"
 #include "panels/rulebox.h"
 #include "unitutil.h"

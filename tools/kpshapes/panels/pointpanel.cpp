@@ -1,10 +1,10 @@
 #include "panels/pointpanel.h"
 
 #include "common/text.h"
+#include "model/lengthtext.h"
 #include "model/operations.h"
 #include "panels/axiseditor.h"
 #include "panels/handlevalues.h"
-#include "panels/lengthtext.h"
 #include "panels/numberbox.h"
 #include "unitutil.h"
 

@@ -13,6 +13,9 @@
  */
 QString lengthText(double pixels, unsigned int unit);
 
+/** A length with the name of its unit, in as many digits as a hand is exact: "12.5 mm", 2'6". */
+QString measureText(double pixels, unsigned int unit);
+
 /**
  * What a user has entered as a length: a number in the unit, a number with the name of any unit
  * ("10 mm"), or feet and inches (2'6"). A comma does for a point.

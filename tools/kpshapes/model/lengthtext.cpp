@@ -1,4 +1,4 @@
-#include "panels/lengthtext.h"
+#include "model/lengthtext.h"
 
 #include "unitcode_p.h"
 #include "unitutil.h"
@@ -68,6 +68,14 @@ QString lengthText(double pixels, unsigned int unit)
         return length < 0.0 ? QLatin1Char('-') + text : text;
     }
     return QString::number(length, 'g', 7);
+}
+
+QString measureText(double pixels, unsigned int unit)
+{
+    if (unit == UnitFeetAndInches)
+        return lengthText(pixels, unit);
+    return QString::number(UnitUtil::pixelToUnit(pixels, unit), 'g', 4) + QLatin1Char(' ')
+        + UnitUtil::unitStr(unit);
 }
 
 std::optional<double> lengthFromText(QString const& text, unsigned int unit)
