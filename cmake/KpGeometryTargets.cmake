@@ -95,39 +95,53 @@ endfunction()
 set(KPGEOMETRY_SANITIZER_ENVIRONMENT
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
 
-# kpgeometry_compile_as_test(<target> [UNOPTIMIZED])
+# kpgeometry_compile_as_test(<target> [UNOPTIMIZED] [WIDGETS])
 function(kpgeometry_compile_as_test target)
-  cmake_parse_arguments(arg "UNOPTIMIZED" "" "" ${ARGN})
+  cmake_parse_arguments(arg "UNOPTIMIZED;WIDGETS" "" "" ${ARGN})
   target_link_libraries(${target} PRIVATE kpgeometry_settings Qt5::Test Qt5::Gui Qt5::Xml)
   target_compile_options(${target} PRIVATE
     # Tests may write their literals plainly.
     -UQT_NO_CAST_FROM_ASCII -UQT_NO_CAST_TO_ASCII -UQT_NO_CAST_FROM_BYTEARRAY
-    # What <QtTest> includes, and which application QTEST_MAIN makes, is the same for all.
-    -UQT_NETWORK_LIB -UQT_WIDGETS_LIB)
+    # What <QtTest> includes, and which application QTEST_MAIN makes, is the same for all of a sort.
+    -UQT_NETWORK_LIB)
+  if(arg_WIDGETS)
+    target_link_libraries(${target} PRIVATE Qt5::Widgets)
+  else()
+    target_compile_options(${target} PRIVATE -UQT_WIDGETS_LIB)
+  endif()
   if(arg_UNOPTIMIZED)
     target_compile_options(${target} PRIVATE -O0)
   endif()
 endfunction()
 
-# kpgeometry_add_test_headers(<target> [UNOPTIMIZED]): what tests reuse that are compiled likewise.
+# kpgeometry_add_test_headers(<target> [UNOPTIMIZED] [WIDGETS]): what tests reuse that are compiled
+# likewise.
 function(kpgeometry_add_test_headers target)
   add_library(${target} OBJECT qttest.cpp)
   kpgeometry_compile_as_test(${target} ${ARGN})
-  target_precompile_headers(${target} PRIVATE
-    <QtTest> <QDomDocument> <QImage> <QPainter> <QPainterPath>
+  set(headers <QtTest> <QDomDocument> <QImage> <QPainter> <QPainterPath>)
+  if(WIDGETS IN_LIST ARGN)
+    list(APPEND headers <QtWidgets>)
+  endif()
+  target_precompile_headers(${target} PRIVATE ${headers}
     <algorithm> <array> <cmath> <functional> <limits> <memory> <optional> <vector>)
 endfunction()
 
-# kpgeometry_add_test(<name> [UNOPTIMIZED] [SOURCES ...] [LIBRARIES ...] [DEFINITIONS ...] [TIMEOUT seconds])
+# kpgeometry_add_test(<name> [UNOPTIMIZED] [WIDGETS] [SOURCES ...] [LIBRARIES ...] [DEFINITIONS ...]
+#   [TIMEOUT seconds])
 #
 # A Qt Test program built from <name>.cpp. It runs on the offscreen platform, so it
 # needs no display. UNOPTIMIZED compiles only the program itself so, and is for those whose
-# time goes by in libraries and in other processes: they are compiled in half the time.
+# time goes by in libraries and in other processes: they are compiled in half the time. So are all
+# tests of WIDGETS.
 function(kpgeometry_add_test name)
-  cmake_parse_arguments(arg "UNOPTIMIZED" "TIMEOUT" "SOURCES;LIBRARIES;DEFINITIONS" ${ARGN})
+  cmake_parse_arguments(arg "UNOPTIMIZED;WIDGETS" "TIMEOUT" "SOURCES;LIBRARIES;DEFINITIONS" ${ARGN})
   add_executable(${name} ${name}.cpp ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
-  if(arg_UNOPTIMIZED)
+  if(arg_WIDGETS)
+    kpgeometry_compile_as_test(${name} UNOPTIMIZED WIDGETS)
+    set(headers kpgeometry_widget_test_headers)
+  elseif(arg_UNOPTIMIZED)
     kpgeometry_compile_as_test(${name} UNOPTIMIZED)
     set(headers kpgeometry_unoptimized_test_headers)
   else()
