@@ -46,6 +46,17 @@ Items itemsOf(Shapes const& shapes)
     return items;
 }
 
+Items newItems(Items const& items)
+{
+    Items copies;
+    for (ItemPointer const& item : items) {
+        ShapeItem copy = *item;
+        copy.origin = -1;
+        copies.push_back(std::make_shared<ShapeItem const>(copy));
+    }
+    return copies;
+}
+
 std::optional<Items> importedItems(
     QByteArray const& content, QString const& file, Diagnostics& diagnostics)
 {

@@ -10,6 +10,9 @@
 /** Items of the shapes, each in its own box; where that is empty, in one that holds all. */
 Items itemsOf(Shapes const& shapes);
 
+/** Copies of items that stand in no file yet. */
+Items newItems(Items const& items);
+
 /**
  * The outlines of a file of another kind, as kpgeom convert makes them: an SVG picture, an
  * OpenDocument drawing, a stencil, custom or preset shapes of DrawingML. Nothing, with a diagnostic,
