@@ -1,15 +1,9 @@
 # The editor: its model without widgets, and its widgets on a screen of several densities.
-find_package(Qt5 5.15 REQUIRED COMPONENTS Widgets)
-
 # kpgeometry_add_window_test(<name> [LIBRARIES ...] [TIMEOUT seconds]): a test program with widgets,
 # which runs once for each device pixel ratio.
 function(kpgeometry_add_window_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES" ${ARGN})
-  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES Qt5::Widgets ${arg_LIBRARIES}
-    TIMEOUT ${arg_TIMEOUT})
-  # QtTest with widgets, which the common precompiled headers leave out.
-  set_target_properties(${name} PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
-  target_compile_options(${name} PRIVATE -DQT_WIDGETS_LIB)
+  kpgeometry_add_test(${name} WIDGETS LIBRARIES ${arg_LIBRARIES} TIMEOUT ${arg_TIMEOUT})
   foreach(ratio IN ITEMS 1.5 2)
     add_test(NAME ${name}_at_${ratio} COMMAND ${name})
     get_test_property(${name} TIMEOUT timeout)
@@ -54,3 +48,13 @@ kpgeometry_add_test(tst_kpshapes_anyoperation LIBRARIES kpshapes_model)
 foreach(part IN ITEMS canvas canvas_accessible canvas_tools canvas_view)
   kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_canvas)
 endforeach()
+
+# Whole windows.
+foreach(name IN ITEMS
+    tst_kpshapes_session)
+  kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
+endforeach()
+# The program on a server of its own.
+kpgeometry_add_test(tst_kpshapes_xserver UNOPTIMIZED
+  DEFINITIONS KPSHAPES_EXECUTABLE="$<TARGET_FILE:kpshapes>")
+add_dependencies(tst_kpshapes_xserver kpshapes)

@@ -112,6 +112,11 @@ QString ofOpening(QString const& file)
     return of({QStringLiteral("info"), nameOf(file)});
 }
 
+QString ofCheck(QString const& file)
+{
+    return of({QStringLiteral("check"), nameOf(file)});
+}
+
 QString ofExport(ExportFormat format, QString const& file, QString const& output)
 {
     bool const isPath = format == ExportFormat::PathData;

@@ -28,6 +28,8 @@ QString ofStep(ShapeItem const& before, ShapeItem const& after, QString const& f
 
 /** What tells of the outlines of a file. */
 QString ofOpening(QString const& file);
+/** What looks through a file that was written. */
+QString ofCheck(QString const& file);
 /** What writes a document as another kind of file. */
 QString ofExport(ExportFormat format, QString const& file, QString const& output);
 /** What makes a document of another kind of file. */

@@ -1,9 +1,7 @@
 #include "window/statusline.h"
 
-#include "common/text.h"
 #include "kpmath.h"
-#include "unitcode_p.h"
-#include "unitutil.h"
+#include "model/lengthtext.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -13,15 +11,6 @@
 #include <QToolButton>
 
 #include <cmath>
-
-QString lengthTextIn(double pixels, unsigned int unit)
-{
-    double const length = UnitUtil::pixelToUnit(pixels, unit);
-    if (unit == UnitFeetAndInches)
-        return UnitUtil::feetValtoFeetIncheStr(length);
-    // Four digits say where a hand puts a point; the panel of points has them all.
-    return QString::number(length, 'g', 4) + QLatin1Char(' ') + UnitUtil::unitStr(unit);
-}
 
 StatusLine::StatusLine(ShapeDocument const& document, Selection const& selection,
     ViewSettings const& settings, QWidget* parent)
@@ -55,7 +44,7 @@ StatusLine::StatusLine(ShapeDocument const& document, Selection const& selection
 
 QString StatusLine::lengthText(double length) const
 {
-    return lengthTextIn(length, m_settings.unit());
+    return measureText(length, m_settings.unit());
 }
 
 void StatusLine::setPosition(QPointF const& position)

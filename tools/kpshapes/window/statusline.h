@@ -48,7 +48,4 @@ private:
     QString m_commandText;
 };
 
-/** A length of the outline in a unit, with its name: "12.5 mm", "2'6\"". @param unit a code of UnitUtil */
-QString lengthTextIn(double pixels, unsigned int unit);
-
 #endif // STATUSLINE_H

@@ -1,0 +1,121 @@
+#ifndef WINDOWTESTING_H
+#define WINDOWTESTING_H
+
+#include "window/mainwindow.h"
+#include "window/prompter.h"
+#include "window/recentfiles.h"
+
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/** What tests of whole windows share: a user who answers at once, and a place for all files. */
+namespace Testing {
+
+/** Answers as it was told to, and remembers what it was asked. */
+class ScriptedPrompter : public Prompter
+{
+public:
+    Unsaved unsaved = Unsaved::Cancel; ///< the answer to unsaved changes
+    bool isConfirmed = false; ///< the answer to whether to do it
+    QStringList open; ///< the files that are opened
+    QString saveAs; ///< the file that is written
+    QString answer; ///< the text that is entered
+    QStringList asked; ///< the questions so far
+
+    Unsaved askToSave(QWidget*, QString const& name) override
+    {
+        asked << "save " + name;
+        return unsaved;
+    }
+    bool confirm(QWidget*, QString const& question, QString const&) override
+    {
+        asked << question;
+        return isConfirmed;
+    }
+    QStringList filesToOpen(QWidget*, QString const& title, QString const&, QString const&) override
+    {
+        asked << title;
+        return open;
+    }
+    QString fileToSave(QWidget*, QString const& title, QString const&, QString const&) override
+    {
+        asked << title;
+        return saveAs;
+    }
+    QString text(QWidget*, QString const& title, QString const&, QString const&) override
+    {
+        asked << title;
+        return answer;
+    }
+};
+
+/** A folder of its own, in which windows keep their settings, recent files and unsaved work. */
+class WindowFolder
+{
+public:
+    WindowFolder()
+    {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.filePath("config")));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.filePath("data")));
+        KpRecentFileManager::s_isLoaded = false;
+        recent = std::make_unique<RecentFiles>();
+    }
+
+    /** What windows in it get. */
+    Surroundings surroundings()
+    {
+        return {prompter, *recent, m_folder.filePath("window.ini"), m_folder.filePath("recovery")};
+    }
+
+    /** The path of a file in it. */
+    QString path(QString const& name) const { return m_folder.filePath(name); }
+
+    /** Writes a file into it. @return its path */
+    QString write(QString const& name, QByteArray const& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+
+    /** All that a file holds; null if it cannot be read. */
+    static QByteArray read(QString const& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    ScriptedPrompter prompter; ///< the user
+    std::unique_ptr<RecentFiles> recent; ///< the recent files
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/** Waits until the window has read its file. */
+inline bool awaitLoading(MainWindow& window)
+{
+    return QTest::qWaitFor([&window] { return !window.controller().isLoading(); }, 30000);
+}
+
+/** Opens a file in a window and waits for it. */
+inline bool openFile(MainWindow& window, QString const& path)
+{
+    window.controller().open(path);
+    return awaitLoading(window);
+}
+
+/** Triggers an action by its name, as its menu does. */
+inline void trigger(MainWindow& window, QString const& id)
+{
+    QAction* const action = window.actions().action(id);
+    if (!action)
+        qFatal("there is no action %s", qPrintable(id));
+    action->trigger();
+}
+
+} // namespace Testing
+
+#endif // WINDOWTESTING_H
