@@ -4,6 +4,7 @@
 #include "canvastesting.h"
 #include "unitcode_p.h"
 
+#include <QNativeGestureEvent>
 #include <QSignalSpy>
 
 using namespace CanvasTesting;
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void zoomChangesAreTold();
     void wheelScrolls();
     void wheelWithCtrlZoomsAtThePointer();
+    void gestureZooms();
     void keysZoom();
     void fittedBoxFollowsTheSizeOfTheWidget();
     void scrollToBringsAHandleIntoView();
@@ -39,6 +41,8 @@ private Q_SLOTS:
     void linesOfTheBoxAreCrisp();
     void legendExplainsTheRulesInUse();
     void pageIsWhiteInADarkPalette();
+    void shapeHasItsOwnColours();
+    void documentThatIsReadIsFitted();
 };
 
 void TestKpshapesCanvasView::boxIsInTheMiddleOfThePageAtFirst()
@@ -116,6 +120,17 @@ void TestKpshapesCanvasView::wheelWithCtrlZoomsAtThePointer()
     QVERIFY((bench.pixel(50.0, 30.0) - at).manhattanLength() <= 2);
     turnWheel(bench.canvas, at, QPoint(0, -240), Qt::ControlModifier);
     QCOMPARE(bench.canvas.zoom(), 1.6);
+}
+
+void TestKpshapesCanvasView::gestureZooms()
+{
+    Bench bench({rectangle()}, 2.0);
+    QPointF const at = bench.pixel(50.0, 30.0);
+    QNativeGestureEvent event(
+        Qt::ZoomNativeGesture, nullptr, at, at, bench.canvas.mapToGlobal(at.toPoint()), 0.5, 0, 0);
+    QApplication::sendEvent(&bench.canvas, &event);
+    QCOMPARE(bench.canvas.zoom(), 3.0);
+    QVERIFY((bench.pixel(50.0, 30.0) - at.toPoint()).manhattanLength() <= 2);
 }
 
 void TestKpshapesCanvasView::keysZoom()
@@ -398,6 +413,29 @@ void TestKpshapesCanvasView::pageIsWhiteInADarkPalette()
     QImage const picture = bench.canvas.grab().toImage();
     QCOMPARE(colourAt(picture, bench.canvas.view().fromOutline({-40.0, -40.0})), QColor(Qt::white));
     QCOMPARE(colourAt(picture, {3.0, 3.0}), QColor(40, 40, 44));
+}
+
+void TestKpshapesCanvasView::shapeHasItsOwnColours()
+{
+    ShapeItem item = *rectangle();
+    ShapeColour fill;
+    fill.colour = KpColor(QColor(200, 30, 60));
+    item.appearance.fill = fill;
+    Bench bench({std::make_shared<ShapeItem const>(item)});
+    QImage const picture = bench.canvas.grab().toImage();
+    QCOMPARE(
+        colourAt(picture, bench.canvas.view().fromOutline({100.0, 50.0})), QColor(200, 30, 60));
+}
+
+void TestKpshapesCanvasView::documentThatIsReadIsFitted()
+{
+    Bench bench({rectangle()}, 0.0);
+    double const fitted = bench.canvas.zoom();
+    bench.canvas.setZoom(1.0);
+    bench.selection.set({{0, HandleKind::Point}});
+    bench.document.reset({rectangle()});
+    QCOMPARE(bench.canvas.zoom(), fitted);
+    QVERIFY(bench.selection.isEmpty());
 }
 
 KPSHAPES_TEST_MAIN(TestKpshapesCanvasView)

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr double tolerance = 0.25; ///< between a curve and its lines, in pixels
-constexpr double closest = 1.0 / 3.0; ///< that two points of a line are apart, in pixels
+constexpr double tolerance = 0.06; ///< between a curve and its lines, in pixels
+constexpr double closest = 0.2; ///< that two points of a line are apart, in pixels
 constexpr int mostLines = 2000; ///< that one curve becomes
 
 bool isFinite(QPointF const& point)

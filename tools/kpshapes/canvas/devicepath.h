@@ -19,8 +19,8 @@ struct DevicePath
  * The part of a drawing that is to be seen, made of straight lines only: quick to draw whatever
  * the size of the drawing.
  *
- * Curves become lines that differ from them by less than a quarter of a pixel, points that fall
- * within a third of a pixel become one, and what lies outside the bounds runs along them. Points
+ * Curves become lines that differ from them by less than a tenth of a pixel, points that fall
+ * within a fifth of a pixel become one, and what lies outside the bounds runs along them. Points
  * that are not finite are left out.
  *
  * @param bounds in the widget: must reach beyond what is seen by more than the width of the line
