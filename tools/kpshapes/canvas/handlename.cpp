@@ -24,7 +24,7 @@ QString fromEdge(QString const& length, bool isRight, Axis axis)
 
 QString placeText(KpReal const& real, Axis axis)
 {
-    QString const ofSide = QStringLiteral("%1 of the smaller side").arg(percent(real.rate));
+    QString ofSide = QStringLiteral("%1 of the smaller side").arg(percent(real.rate));
     switch (real.base) {
     case KpReal::Absolute:
         return QStringLiteral("fixed at %1").arg(number(real.value));

@@ -97,6 +97,18 @@ PointMark markOf(HandleKind kind, bool isCurve)
     return isCurve ? PointMark::Curve : PointMark::Corner;
 }
 
+/** Of a radius, both halves have the colour of its one coordinate. */
+int shownRule(KpReal const* own, KpReal const* other)
+{
+    KpReal const* const shown = own ? own : other;
+    return shown ? ruleOf(shown->base) : unknownRule;
+}
+
+QColor colourOf(int rule)
+{
+    return QColor::fromRgb(bindingRule(rule).colour);
+}
+
 } // namespace
 
 void HandlePainter::setDevice(double ratio, QPalette const& palette)
@@ -110,14 +122,11 @@ void HandlePainter::setDevice(double ratio, QPalette const& palette)
 
 QPixmap const& HandlePainter::sprite(Handle const& handle, bool isCurve, bool isSelected)
 {
-    // Of a radius, both halves have the colour of its one coordinate.
-    KpReal const& x = handle.x ? *handle.x : *handle.y;
-    KpReal const& y = handle.y ? *handle.y : *handle.x;
+    int const x = shownRule(handle.x, handle.y);
+    int const y = shownRule(handle.y, handle.x);
     PointMark const mark = markOf(handle.id.kind, isCurve);
-    int const key =
-        ((static_cast<int>(mark) * 2 + (isSelected ? 1 : 0)) * ruleCount + ruleOf(x.base))
-            * ruleCount
-        + ruleOf(y.base);
+    int const form = static_cast<int>(mark) * 2 + (isSelected ? 1 : 0);
+    int const key = (form * ruleCount + x) * ruleCount + y;
     QPixmap& picture = m_sprites[static_cast<std::size_t>(key)];
     if (!picture.isNull())
         return picture;
@@ -136,7 +145,7 @@ QPixmap const& HandlePainter::sprite(Handle const& handle, bool isCurve, bool is
         painter.setPen(QPen(m_palette.color(QPalette::Highlight), 2.25));
         painter.drawEllipse(middle, ringRadius - 0.5, ringRadius - 0.5);
     }
-    drawPointMark(painter, middle, mark, ruleColour(x), ruleColour(y));
+    drawPointMark(painter, middle, mark, colourOf(x), colourOf(y));
     return picture;
 }
 

@@ -47,7 +47,8 @@ private:
 
     double m_ratio = 1.0;
     QPalette m_palette;
-    std::array<QPixmap, 3 * 2 * ruleCount * ruleCount> m_sprites; ///< by form, selection, rules
+    std::array<QPixmap, std::size_t(3) * 2 * ruleCount * ruleCount>
+        m_sprites; ///< by form, selection, rules
 };
 
 #endif // HANDLEPAINTER_H

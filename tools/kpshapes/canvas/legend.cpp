@@ -73,7 +73,7 @@ void Legend::paint(
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(font);
     QColor ground = palette.color(QPalette::Base);
-    QColor const text = palette.color(QPalette::Text);
+    QColor const& text = palette.color(QPalette::Text);
     painter.setPen(QPen(mixed(ground, text, 0.35), 1.0));
     ground.setAlpha(235);
     painter.setBrush(ground);

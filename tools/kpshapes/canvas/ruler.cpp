@@ -55,7 +55,7 @@ void Ruler::paint(QPainter& painter, PixelGrid const& grid, QPalette const& pale
         emphasis);
 
     QFontMetricsF const metrics(painter.font());
-    QColor const text = palette.color(QPalette::WindowText);
+    QColor const& text = palette.color(QPalette::WindowText);
     QColor const marks = mixed(palette.color(QPalette::Window), text, 0.6);
     double const step = std::max(scale.minorPixels() * zoom, 1.0);
     // From the labelled mark before the first one that is seen: its text reaches into the ruler.
