@@ -3,8 +3,8 @@
 #include "common/text.h"
 #include "model/lengthtext.h"
 #include "model/operations.h"
+#include "model/rules.h"
 #include "panels/axiseditor.h"
-#include "panels/handlevalues.h"
 #include "panels/numberbox.h"
 #include "unitutil.h"
 
@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -37,6 +38,16 @@ std::array<FillRuleChoice, 3> const fillRules {{
 QString letterOf(Axis axis)
 {
     return axis == Axis::Horizontal ? QStringLiteral("x") : QStringLiteral("y");
+}
+
+/** How many of the handles move a coordinate of this axis: each radius moves one only. */
+int countOf(KpPathSegList const& list, QVector<HandleId> const& handles, Axis axis)
+{
+    return static_cast<int>(
+        std::count_if(handles.cbegin(), handles.cend(), [&list, axis](HandleId id) {
+            auto const handle = handleOf(list, id);
+            return handle && (axis == Axis::Horizontal ? handle->x : handle->y);
+        }));
 }
 
 } // namespace
@@ -82,19 +93,19 @@ void PointPanel::connectAxis(Axis axis, AxisEditor& editor)
 {
     connect(&editor, &AxisEditor::valueEntered, this, [this, axis](double value) {
         changeAxis(axis, QString(), [=](WorkingShape& shape, QVector<HandleId> const& handles) {
-            return HandleValues::setValue(shape, handles, axis, value);
+            return setValue(shape, handles, axis, value);
         });
     });
     connect(&editor, &AxisEditor::ruleChosen, this, [this, axis](qint16 rule) {
         changeAxis(axis, QStringLiteral("rule of "),
             [=](WorkingShape& shape, QVector<HandleId> const& handles) {
-                return HandleValues::setRule(shape, handles, axis, rule);
+                return setRule(shape, handles, axis, rule);
             });
     });
     connect(&editor, &AxisEditor::rateEntered, this, [this, axis](double rate) {
         changeAxis(axis, QStringLiteral("rate of "),
             [=](WorkingShape& shape, QVector<HandleId> const& handles) {
-                return HandleValues::setRate(shape, handles, axis, rate);
+                return setRate(shape, handles, axis, rate);
             });
     });
 }
@@ -198,10 +209,8 @@ void PointPanel::showAxis(Axis axis, AxisEditor& editor)
 {
     KpPathSegList const& list = *m_document.working().list;
     QVector<HandleId> const& handles = m_selection.handles();
-    editor.show(
-        {HandleValues::countOf(list, handles, axis), HandleValues::commonValue(list, handles, axis),
-            HandleValues::commonRule(list, handles, axis),
-            HandleValues::commonRate(list, handles, axis)},
+    editor.show({countOf(list, handles, axis), commonValue(list, handles, axis),
+                    commonRule(list, handles, axis), commonRate(list, handles, axis)},
         m_settings.unit());
 }
 
@@ -232,7 +241,7 @@ template <class Change> void PointPanel::changeAxis(Axis axis, QString const& wh
 {
     WorkingShape& shape = m_document.working();
     QVector<HandleId> const handles = m_selection.handles();
-    int const count = HandleValues::countOf(*shape.list, handles, axis);
+    int const count = countOf(*shape.list, handles, axis);
     QString const points = count == 1
         ? QString()
         : QStringLiteral(" of %1").arg(countText(count, QStringLiteral("point")));
