@@ -16,7 +16,7 @@ constexpr double rateStep = 0.05; ///< of rates that are ratios
 /** Distances from an edge are lengths, all other rates are ratios. */
 bool isLengthRate(std::optional<qint16> rule)
 {
-    return rule == KpReal::FromRight || rule == KpReal::FromBottom;
+    return rule && (*rule == KpReal::FromRight || *rule == KpReal::FromBottom);
 }
 
 bool hasRate(std::optional<qint16> rule)

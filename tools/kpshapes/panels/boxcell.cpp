@@ -107,7 +107,7 @@ void BoxCell::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QRectF const tile(QPointF((width() - m_pictureWidth) / 2, padding), QSizeF(pictureSize()));
+    QRectF const tile(QRect(QPoint((width() - m_pictureWidth) / 2, padding), pictureSize()));
     QPainterPath shape;
     shape.addRoundedRect(tile, radius, radius);
     painter.save();

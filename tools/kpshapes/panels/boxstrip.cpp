@@ -193,7 +193,7 @@ void BoxStrip::remove(BoxCell* cell)
 
 void BoxStrip::take(BoxCell const& cell)
 {
-    OfferedBox const offer = cell.offer();
+    OfferedBox const& offer = cell.offer();
     if (m_document.hasCurrent()) {
         resizeBox(m_document.working(), offer.box);
         QString const name = offer.name.isEmpty() ? captionOf(offer.box) : offer.name;

@@ -45,12 +45,12 @@ OutlineList::OutlineList(ShapeDocument& document, QWidget* parent)
 
     addNamed(QStringLiteral("&New Outline"), Qt::Key_Insert, &OutlineList::addNew);
     m_duplicate = addNamed(QStringLiteral("&Duplicate Outline"),
-        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), &OutlineList::duplicate);
+        QKeySequence(QStringLiteral("Ctrl+Shift+D")), &OutlineList::duplicate);
     m_rename = addNamed(QStringLiteral("&Rename Outline\u2026"), Qt::Key_F2, &OutlineList::rename);
-    m_moveUp = addNamed(QStringLiteral("Move Outline &Up"), QKeySequence(Qt::ALT | Qt::Key_Up),
+    m_moveUp = addNamed(QStringLiteral("Move Outline &Up"), QKeySequence(QStringLiteral("Alt+Up")),
         [this] { moveBy(-1); });
     m_moveDown = addNamed(QStringLiteral("Move Outline Do&wn"),
-        QKeySequence(Qt::ALT | Qt::Key_Down), [this] { moveBy(1); });
+        QKeySequence(QStringLiteral("Alt+Down")), [this] { moveBy(1); });
     auto* const separator = new QAction(this);
     separator->setSeparator(true);
     addAction(separator);

@@ -138,7 +138,7 @@ QImage OutlineModel::thumbnailOf(int row, double ratio) const
     // An address may be used again for another outline.
     if (known && known->item.lock() == item && known->picture.width() == side)
         return known->picture;
-    QImage const picture = thumbnail(*item, {{thumbnailSide, thumbnailSide}, ratio, std::nullopt});
+    QImage picture = thumbnail(*item, {{thumbnailSide, thumbnailSide}, ratio, std::nullopt});
     m_thumbnails.insert(item.get(), new Thumbnail {item, picture});
     return picture;
 }
