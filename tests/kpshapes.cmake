@@ -32,7 +32,7 @@ endforeach()
 foreach(panel IN ITEMS appearancepanel boxstrip fitdialog outlinelist pointpanel transformlist)
   kpgeometry_add_window_test(tst_kpshapes_${panel} LIBRARIES kpshapes_panels)
 endforeach()
-kpgeometry_add_test(tst_kpshapes_lengthtext UNOPTIMIZED LIBRARIES kpshapes_panels)
+kpgeometry_add_test(tst_kpshapes_lengthtext UNOPTIMIZED LIBRARIES kpshapes_model)
 
 # Documents of the editor as files.
 foreach(name IN ITEMS

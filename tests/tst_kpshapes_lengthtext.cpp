@@ -1,4 +1,4 @@
-#include "panels/lengthtext.h"
+#include "model/lengthtext.h"
 
 #include <QtTest>
 

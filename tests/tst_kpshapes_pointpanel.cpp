@@ -1,4 +1,3 @@
-#include "model/lengthtext.h"
 #include "panels/axiseditor.h"
 #include "panels/numberbox.h"
 #include "panels/pointpanel.h"
