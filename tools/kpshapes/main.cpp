@@ -1,5 +1,8 @@
 #include "canvas/canvasaccessible.h"
+#include "common/filecontent.h"
+#include "paint/imagefile.h"
 #include "unitutil.h"
+#include "window/mainwindow.h"
 #include "window/prompter.h"
 #include "window/recentfiles.h"
 #include "window/resources.h"
@@ -9,19 +12,35 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QIcon>
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <cstdio>
 #include <optional>
 
 namespace {
 
-/** What of the command line is no option; nothing if the program is to end with `exitCode`. */
-std::optional<QStringList> readCommandLine(QApplication const& application, int& exitCode)
+/** What the command line asks for. */
+struct Options
+{
+    QStringList files; ///< to be opened, by their absolute paths
+    QString picture; ///< where the window is drawn instead of being shown; empty: it is shown
+    std::optional<StyleChoice> style; ///< none: as at the last time
+};
+
+int misused(QString const& text)
+{
+    std::fprintf(stderr, "kpshapes: %s\n", qPrintable(text));
+    return 2;
+}
+
+/** The command line; nothing if the program is to end with `exitCode`. */
+std::optional<Options> readCommandLine(int& exitCode)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Edits shapes whose points follow their box."));
@@ -29,16 +48,23 @@ std::optional<QStringList> readCommandLine(QApplication const& application, int&
         {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help and exit."));
     QCommandLineOption const version({QStringLiteral("v"), QStringLiteral("version")},
         QStringLiteral("Print the version and exit."));
-    parser.addOptions({help, version});
+    // Qt takes --style for itself.
+    QCommandLineOption const style(QStringLiteral("colours"),
+        QStringLiteral(
+            "The colours of the windows this time: system, light, dark or high-contrast."),
+        QStringLiteral("NAME"));
+    QCommandLineOption const picture(QStringLiteral("picture"),
+        QStringLiteral("Draw the window of the first file, or of the example, into <OUT.png> and "
+                       "exit."),
+        QStringLiteral("OUT.png"));
+    parser.addOptions({help, version, style, picture});
     parser.addPositionalArgument(QStringLiteral("FILE"),
         QStringLiteral("Documents of outlines, or pictures to be imported."),
         QStringLiteral("[FILE...]"));
-    exitCode = 0;
-    if (!parser.parse(application.arguments())) {
-        std::fprintf(stderr, "kpshapes: %s\n", qPrintable(parser.errorText()));
-        exitCode = 2;
+    bool const isUnderstood = parser.parse(QCoreApplication::arguments());
+    exitCode = isUnderstood ? 0 : misused(parser.errorText());
+    if (!isUnderstood)
         return std::nullopt;
-    }
     if (parser.isSet(help)) {
         std::fputs(qPrintable(parser.helpText()), stdout);
         return std::nullopt;
@@ -47,10 +73,46 @@ std::optional<QStringList> readCommandLine(QApplication const& application, int&
         std::printf("kpshapes %s\n", qPrintable(QCoreApplication::applicationVersion()));
         return std::nullopt;
     }
-    QStringList files;
+    Options options;
+    if (parser.isSet(style)) {
+        options.style = styleOf(parser.value(style));
+        if (!options.style) {
+            exitCode =
+                misused(QStringLiteral("--colours takes system, light, dark or high-contrast"));
+            return std::nullopt;
+        }
+    }
+    options.picture = parser.value(picture);
     for (QString const& file : parser.positionalArguments())
-        files << QFileInfo(file).absoluteFilePath();
-    return files;
+        options.files << QFileInfo(file).absoluteFilePath();
+    return options;
+}
+
+/** Draws a window into a file; the exit code. */
+int drawWindow(Windows& windows, Options const& options)
+{
+    MainWindow& window = windows.open({});
+    if (options.files.isEmpty())
+        window.controller().openExample();
+    else
+        window.controller().open(options.files.first());
+    QEventLoop loop;
+    QTimer ready;
+    // The pictures of the other boxes come a moment after the document.
+    ready.setInterval(500);
+    QObject::connect(&ready, &QTimer::timeout, &loop, [&loop, &window] {
+        if (!window.controller().isLoading())
+            loop.quit();
+    });
+    ready.start();
+    loop.exec();
+    Diagnostics diagnostics;
+    writeFile(options.picture, encodedPicture(window.grab().toImage(), QStringLiteral("png")),
+        diagnostics);
+    for (Diagnostic const& diagnostic : diagnostics)
+        std::fprintf(
+            stderr, "kpshapes: %s: %s\n", qPrintable(diagnostic.file), qPrintable(diagnostic.text));
+    return diagnostics.isEmpty() ? 0 : 1;
 }
 
 void initUnits()
@@ -74,8 +136,8 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(KPSHAPES_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("kpshapes"));
     int exitCode = 0;
-    auto const files = readCommandLine(application, exitCode);
-    if (!files)
+    auto const options = readCommandLine(exitCode);
+    if (!options)
         return exitCode;
     initUnits();
     installCanvasAccessibility();
@@ -86,9 +148,12 @@ int main(int argc, char** argv)
     Surroundings const surroundings {prompter, recent,
         config.filePath(QStringLiteral("window.ini")), data.filePath(QStringLiteral("recovery"))};
     QSettings const settings(surroundings.settingsFile, QSettings::IniFormat);
-    applyStyle(styleOf(settings.value(QStringLiteral("view/style")).toString()));
+    QString const lastStyle = settings.value(QStringLiteral("view/style")).toString();
+    applyStyle(options->style.value_or(styleOf(lastStyle).value_or(StyleChoice::System)));
     QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kpshapes"), Resources::icon()));
     Windows windows(surroundings);
-    windows.start(*files);
+    if (!options->picture.isEmpty())
+        return drawWindow(windows, *options);
+    windows.start(options->files);
     return QApplication::exec();
 }

@@ -99,6 +99,8 @@ OutlineView::OutlineView(QWidget* parent)
 {
     setItemDelegate(new OutlineDelegate(this));
     setUniformItemSizes(true);
+    // Names that are too long are cut short, not scrolled.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(DoubleClicked);
     setDragEnabled(true);

@@ -108,7 +108,7 @@ void MainWindow::addPanels()
         Qt::BottomDockWidgetArea);
     tabifyDockWidget(&pointDock, &lookDock);
     pointDock.raise();
-    resizeDocks({m_panels.first(), &pointDock}, {170, 290}, Qt::Horizontal);
+    resizeDocks({m_panels.first(), &pointDock}, {210, 290}, Qt::Horizontal);
     resizeDocks({m_panels.last()}, {150}, Qt::Vertical);
 }
 

@@ -251,7 +251,8 @@ void addStyleMenu(MainWindow& window, QMenu& view, QString const& settingsFile)
 {
     QMenu& menu = window.actions().addMenu(view, QStringLiteral("&Style"));
     QSettings const settings(settingsFile, QSettings::IniFormat);
-    StyleChoice const now = styleOf(settings.value(QStringLiteral("view/style")).toString());
+    StyleChoice const now = styleOf(settings.value(QStringLiteral("view/style")).toString())
+                                .value_or(StyleChoice::System);
     auto* const group = new QActionGroup(&window);
     for (StyleName const& name : styleNames()) {
         QByteArray const id = QByteArray("style-") + name.id;

@@ -27,6 +27,14 @@ constexpr Tones dark {
 constexpr Tones highContrast {
     0xff000000, 0xff000000, 0xff000000, 0xffffffff, 0xffb0b0b0, 0xffffe000, 0xff000000, 0xff66ccff};
 
+/** Frames and shades in the colour of the text: nothing is told by shades alone. */
+void setFrames(QPalette& palette, QRgb colour)
+{
+    for (QPalette::ColorRole const role : {QPalette::Light, QPalette::Midlight, QPalette::Mid,
+             QPalette::Dark, QPalette::Shadow})
+        palette.setColor(role, QColor::fromRgb(colour));
+}
+
 QPalette paletteOf(Tones const& tones)
 {
     QPalette palette(QColor::fromRgb(tones.button), QColor::fromRgb(tones.window));
@@ -63,13 +71,13 @@ std::array<StyleName, 4> const& styleNames()
     return all;
 }
 
-StyleChoice styleOf(QString const& id)
+std::optional<StyleChoice> styleOf(QString const& id)
 {
     for (StyleName const& name : styleNames()) {
         if (id == QLatin1String(name.id))
             return name.choice;
     }
-    return StyleChoice::System;
+    return std::nullopt;
 }
 
 void applyStyle(StyleChoice choice)
@@ -78,9 +86,14 @@ void applyStyle(StyleChoice choice)
         QApplication::setPalette(QApplication::style()->standardPalette());
         return;
     }
-    // The one style that takes every colour from the palette.
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setPalette(paletteOf(choice == StyleChoice::Light ? light
+    // Both take every colour from the palette; only the second has frames in colours of their own.
+    bool const isHighContrast = choice == StyleChoice::HighContrast;
+    QApplication::setStyle(QStyleFactory::create(
+        isHighContrast ? QStringLiteral("Windows") : QStringLiteral("Fusion")));
+    QPalette palette = paletteOf(choice == StyleChoice::Light ? light
             : choice == StyleChoice::Dark                           ? dark
-                                                                    : highContrast));
+                                                                    : highContrast);
+    if (isHighContrast)
+        setFrames(palette, highContrast.text);
+    QApplication::setPalette(palette);
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <array>
+#include <optional>
 
 /** How the windows look. */
 enum class StyleChoice { System, Light, Dark, HighContrast };
@@ -19,8 +20,8 @@ struct StyleName
 /** All choices, in the order of the menu. */
 std::array<StyleName, 4> const& styleNames();
 
-/** The choice of this id; StyleChoice::System for any other text. */
-StyleChoice styleOf(QString const& id);
+/** The choice of this id; nothing for any other text. */
+std::optional<StyleChoice> styleOf(QString const& id);
 
 /** Gives all windows of the application the look. */
 void applyStyle(StyleChoice choice);
