@@ -1,5 +1,6 @@
 #include "window/mainwindow.h"
 
+#include "common/text.h"
 #include "panels/appearancepanel.h"
 #include "panels/pointpanel.h"
 #include "unitcode_p.h"
@@ -146,12 +147,13 @@ void MainWindow::addStatusLine()
 void MainWindow::followDocument()
 {
     connect(&m_document, &ShapeDocument::currentChanged, this, [this] {
-        if (m_document.current() != m_lastCurrent)
+        if (m_document.current() != m_lastCurrent) {
             m_selection.clear();
-        m_lastCurrent = m_document.current();
+            noteCurrent();
+        }
         m_selection.restrictTo(*m_document.working().list);
-        noteStep();
     });
+    connect(&m_document.undoStack(), &QUndoStack::indexChanged, this, &MainWindow::noteStep);
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this, &MainWindow::showTitle);
 }
 
@@ -162,23 +164,44 @@ void MainWindow::followController()
         [this](Diagnostics const& diagnostics) { m_messages->show(diagnostics); });
     connect(&m_controller, &DocumentController::did, m_status, &StatusLine::setCommand);
     connect(&m_controller, &DocumentController::opened, m_canvas, &Canvas::fitBox);
+    connect(&m_controller, &DocumentController::opened, this, &MainWindow::noteCurrent);
     connect(&m_controller, &DocumentController::windowWanted, this, &MainWindow::windowWanted);
+}
+
+ItemPointer MainWindow::currentItem() const
+{
+    return m_document.hasCurrent()
+        ? m_document.items()[static_cast<std::size_t>(m_document.current())]
+        : nullptr;
+}
+
+void MainWindow::noteCurrent()
+{
+    m_lastCurrent = m_document.current();
+    m_lastItem = currentItem();
+    m_lastCount = m_document.count();
 }
 
 void MainWindow::noteStep()
 {
-    auto const index = static_cast<std::size_t>(m_document.current());
-    ItemPointer const now = m_document.hasCurrent() ? m_document.items()[index] : nullptr;
-    bool const isStep = m_lastItem && now && now != m_lastItem && m_document.undoStack().count() > 0
-        && now->origin == m_lastItem->origin;
-    if (isStep)
-        m_status->setCommand(CommandText::ofStep(*m_lastItem, *now, m_controller.path()));
-    m_lastItem = now;
+    ItemPointer const now = currentItem();
+    bool const isSameCount = m_document.count() == m_lastCount;
+    // What came or went is no other state of the same outline.
+    bool const isChanged = isSameCount && m_lastItem && now && now->origin == m_lastItem->origin;
+    if (now != m_lastItem || !isSameCount) {
+        m_status->setCommand(
+            isChanged ? CommandText::ofStep(*m_lastItem, *now, m_controller.path()) : QString());
+    }
+    noteCurrent();
 }
 
 void MainWindow::showTitle()
 {
-    setWindowTitle(m_controller.title() + QStringLiteral("[*] \u2014 kpshapes"));
+    // A name may hold what marks the place of the asterisk: doubled, it stands for itself.
+    QString const placeholder = QStringLiteral("[*]");
+    QString const name =
+        printable(m_controller.title()).replace(placeholder, placeholder + placeholder);
+    setWindowTitle(name + placeholder + QStringLiteral(" \u2014 kpshapes"));
     setWindowFilePath(m_controller.path());
     setWindowModified(m_controller.isModified());
 }

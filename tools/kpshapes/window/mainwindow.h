@@ -73,6 +73,8 @@ private:
     void followDocument();
     void followController();
     void showTitle();
+    ItemPointer currentItem() const;
+    void noteCurrent();
     void noteStep();
     void rememberState();
     void restoreStateOfLastTime();
@@ -92,6 +94,7 @@ private:
     QVector<QDockWidget*> m_panels;
     ItemPointer m_lastItem; ///< the current outline as the last step has left it
     int m_lastCurrent = -1;
+    int m_lastCount = 0; ///< of outlines
 };
 
 #endif // MAINWINDOW_H
