@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPageSize>
+#include <QSet>
 #include <QSettings>
 
 namespace {
@@ -116,9 +117,11 @@ void addOperations(MainWindow& window, QMenu& menu, OperationMenu kind)
             {operation.id, operation.text, operation.shortcut,
                 [&window, &operation] { runOperation(window, operation); }});
         action.setCheckable(operation.isOn != nullptr);
-        if (action.shortcut().isEmpty() || (action.shortcut()[0] & int(Qt::CTRL)) != 0)
+        bool const isForWindow = !action.shortcut().isEmpty()
+            && (action.shortcut()[0] & int(Qt::CTRL)) != 0 && kind != OperationMenu::Select;
+        if (action.shortcut().isEmpty() || isForWindow)
             continue;
-        // Keys such as Delete mean something else in lists.
+        // Keys such as Delete, or Ctrl+A, mean something else in lists.
         action.setShortcutContext(Qt::WidgetWithChildrenShortcut);
         window.canvas().addAction(&action);
     }
@@ -135,6 +138,7 @@ void addOperationMenus(MainWindow& window)
     QMenu& point = actions.addMenu(QStringLiteral("&Point"));
     addOperations(window, point, OperationMenu::Point);
     addOperations(window, actions.addMenu(point, QStringLiteral("&Align")), OperationMenu::Align);
+    addOperations(window, actions.addMenu(point, QStringLiteral("S&elect")), OperationMenu::Select);
     addOperations(window, actions.addMenu(QStringLiteral("Se&gment")), OperationMenu::Segment);
     addOperations(window, actions.addMenu(QStringLiteral("&Shape")), OperationMenu::Shape);
 }
@@ -196,6 +200,15 @@ void addToolMenu(MainWindow& window)
     }
 }
 
+/** Sets a check mark as the settings are, whoever changes them. */
+void follow(
+    MainWindow& window, QAction& action, std::function<bool(ViewSettings const&)> const& isOn)
+{
+    ViewSettings const& settings = window.settings();
+    QObject::connect(&settings, &ViewSettings::changed, &action,
+        [&action, &settings, isOn] { action.setChecked(isOn(settings)); });
+}
+
 void addUnitMenu(MainWindow& window, QMenu& view)
 {
     QMenu& menu = window.actions().addMenu(view, QStringLiteral("&Unit"));
@@ -210,6 +223,7 @@ void addUnitMenu(MainWindow& window, QMenu& view)
                     window.statusLine().setCommand(CommandText::ofUnit(unit));
                 });
         group->addAction(&action);
+        follow(window, action, [unit](ViewSettings const& now) { return now.unit() == unit; });
     }
 }
 
@@ -230,20 +244,28 @@ void addPageMenu(MainWindow& window, QMenu& view)
 {
     ViewSettings& settings = window.settings();
     QMenu& menu = window.actions().addMenu(view, QStringLiteral("Pa&ge"));
-    window.actions().addSwitch(menu, {"page-landscape", "&Landscape", "", {}},
+    QAction& landscape = window.actions().addSwitch(menu, {"page-landscape", "&Landscape", "", {}},
         settings.isLandscape(),
         [&settings](bool isOn) { settings.setPage(settings.page(), isOn); });
+    follow(window, landscape, [](ViewSettings const& now) { return now.isLandscape(); });
     menu.addSeparator();
     auto* const group = new QActionGroup(&window);
+    QSet<QString> texts;
     for (int page = 0; page < predefinedPageCount; ++page) {
+        QString const text = pageText(page);
+        // Some sizes are known by two names, of which only one is at hand.
+        if (texts.contains(text))
+            continue;
+        texts << text;
         QByteArray const id = "page-" + QByteArray::number(page);
-        QAction& action = window.actions().addSwitch(menu,
-            {id.constData(), pageText(page).toUtf8().constData(), "", {}}, settings.page() == page,
-            [&window, &settings, page](bool) {
-                settings.setPage(page, settings.isLandscape());
-                window.statusLine().setCommand(CommandText::ofPages());
-            });
+        QAction& action =
+            window.actions().addSwitch(menu, {id.constData(), text.toUtf8().constData(), "", {}},
+                settings.page() == page, [&window, &settings, page](bool) {
+                    settings.setPage(page, settings.isLandscape());
+                    window.statusLine().setCommand(CommandText::ofPages());
+                });
         group->addAction(&action);
+        follow(window, action, [page](ViewSettings const& now) { return now.page() == page; });
     }
 }
 
@@ -272,8 +294,7 @@ void addViewSwitch(MainWindow& window, QMenu& menu, ActionSpec const& spec,
     ViewSettings& settings = window.settings();
     QAction& action = window.actions().addSwitch(menu, spec, (settings.*isShown)(),
         [&settings, show](bool isOn) { (settings.*show)(isOn); });
-    QObject::connect(&settings, &ViewSettings::changed, &action,
-        [&action, &settings, isShown] { action.setChecked((settings.*isShown)()); });
+    follow(window, action, [isShown](ViewSettings const& now) { return (now.*isShown)(); });
 }
 
 void addViewMenu(MainWindow& window, QString const& settingsFile)
