@@ -55,6 +55,9 @@ foreach(name IN ITEMS
     tst_kpshapes_session)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
 endforeach()
+foreach(part IN ITEMS statusline window)
+  kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_window)
+endforeach()
 # The program on a server of its own.
 kpgeometry_add_test(tst_kpshapes_xserver UNOPTIMIZED
   DEFINITIONS KPSHAPES_EXECUTABLE="$<TARGET_FILE:kpshapes>")

@@ -1,6 +1,7 @@
 #ifndef WINDOWTESTING_H
 #define WINDOWTESTING_H
 
+#include "model/operations.h"
 #include "window/mainwindow.h"
 #include "window/prompter.h"
 #include "window/recentfiles.h"
@@ -94,6 +95,19 @@ private:
     QTemporaryDir m_folder;
 };
 
+/** A ring of three points in proportion to its box, 240 by 160, and a line of fixed points. */
+inline QByteArray twoOutlines()
+{
+    return "<Shapes><Shape Name='plate' Width='240' Height='160'><Geometry Closed='1'>"
+           "<MoveTo><X V='0' B='1' P='0'/><Y V='0' B='2' P='0'/></MoveTo>"
+           "<LineTo><X V='240' B='1' P='1'/><Y V='0' B='2' P='0'/></LineTo>"
+           "<LineTo><X V='240' B='1' P='1'/><Y V='160' B='2' P='1'/></LineTo>"
+           "</Geometry></Shape><Shape Name='roof' Width='100' Height='50'><Geometry>"
+           "<MoveTo><X V='0' B='0'/><Y V='50' B='0'/></MoveTo>"
+           "<LineTo><X V='96' B='0'/><Y V='50' B='0'/></LineTo>"
+           "</Geometry></Shape></Shapes>";
+}
+
 /** Waits until the window has read its file. */
 inline bool awaitLoading(MainWindow& window)
 {
@@ -114,6 +128,21 @@ inline void trigger(MainWindow& window, QString const& id)
     if (!action)
         qFatal("there is no action %s", qPrintable(id));
     action->trigger();
+}
+
+/** Another box for the current outline: one step. */
+inline void resizeCurrent(MainWindow& window, QSizeF const& box)
+{
+    resizeBox(window.document().working(), box);
+    window.document().commit("Resize box");
+}
+
+/** The first point of the current outline goes elsewhere: one step. */
+inline void movePoint(MainWindow& window, double x)
+{
+    window.document().working().list->segs.first()->pt.x.value = x;
+    window.document().touch();
+    window.document().commit("Move point");
 }
 
 } // namespace Testing
