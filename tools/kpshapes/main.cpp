@@ -20,6 +20,7 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 
@@ -88,6 +89,23 @@ std::optional<Options> readCommandLine(int& exitCode)
     return options;
 }
 
+/** Whether it is only asked for what can be told without a display. */
+bool isQuestion(int argc, char** argv)
+{
+    QStringList const questions {QStringLiteral("-h"), QStringLiteral("--help"),
+        QStringLiteral("-v"), QStringLiteral("--version")};
+    return std::any_of(argv + 1, argv + argc, [&questions](char const* argument) {
+        return questions.contains(QString::fromLocal8Bit(argument));
+    });
+}
+
+/** The names by which settings are found, and the version. */
+void nameProgram()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("kpshapes"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KPSHAPES_VERSION));
+}
+
 /** Draws a window into a file; the exit code. */
 int drawWindow(Windows& windows, Options const& options)
 {
@@ -131,11 +149,15 @@ int main(int argc, char** argv)
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QApplication const application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("kpshapes"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(KPSHAPES_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("kpshapes"));
+    nameProgram();
     int exitCode = 0;
+    if (isQuestion(argc, argv)) {
+        QCoreApplication const application(argc, argv);
+        readCommandLine(exitCode);
+        return exitCode;
+    }
+    QApplication const application(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("kpshapes"));
     auto const options = readCommandLine(exitCode);
     if (!options)
         return exitCode;
