@@ -201,3 +201,22 @@ bool writeFile(QString const& file, QByteArray const& content, Diagnostics& diag
     output->device().write(content);
     return output->commit(diagnostics);
 }
+
+bool isPlainFile(QString const& file, Diagnostics& diagnostics)
+{
+    QFileInfo const target(file);
+    if (!target.exists() || target.isFile())
+        return true;
+    diagnostics.error(file, QStringLiteral("is no file that can be edited"));
+    return false;
+}
+
+std::optional<QByteArray> readPlainFile(QString const& file, Diagnostics& diagnostics)
+{
+    return isPlainFile(file, diagnostics) ? readFile(file, diagnostics) : std::nullopt;
+}
+
+bool writePlainFile(QString const& file, QByteArray const& content, Diagnostics& diagnostics)
+{
+    return isPlainFile(file, diagnostics) && writeFile(file, content, diagnostics);
+}

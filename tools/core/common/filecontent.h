@@ -73,4 +73,14 @@ private:
  */
 bool writeFile(QString const& file, QByteArray const& content, Diagnostics& diagnostics);
 
+/**
+ * Whether there is a file of this name, or nothing yet. False, with a diagnostic, for a folder, a
+ * device or a pipe: to open that may wait for who knows whom, and a window must not.
+ */
+bool isPlainFile(QString const& file, Diagnostics& diagnostics);
+/** As readFile(), of plain files. */
+std::optional<QByteArray> readPlainFile(QString const& file, Diagnostics& diagnostics);
+/** As writeFile(), in the place of a plain file or of nothing. */
+bool writePlainFile(QString const& file, QByteArray const& content, Diagnostics& diagnostics);
+
 #endif // FILECONTENT_H

@@ -21,7 +21,7 @@ DocumentFile::DocumentFile(QString const& path, std::shared_ptr<SourceDocument c
 bool DocumentFile::save(Items const& items, QString const& path, Diagnostics& diagnostics)
 {
     WrittenDocument const written = m_source->written(items);
-    if (!writeFile(path, written.bytes, diagnostics))
+    if (!writePlainFile(path, written.bytes, diagnostics))
         return false;
     if (written.withoutPlace > 0) {
         diagnostics.warning(path,

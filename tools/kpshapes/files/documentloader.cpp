@@ -3,7 +3,6 @@
 #include "common/filecontent.h"
 
 #include <QElapsedTimer>
-#include <QFileInfo>
 
 /** Hands items on, some at a time. */
 class DocumentLoader::Batches
@@ -102,13 +101,8 @@ void DocumentLoader::tellEnd()
 LoadResult DocumentLoader::load()
 {
     LoadResult result;
-    // To open a pipe would wait for who knows whom.
-    if (QFileInfo const file(m_path); file.exists() && !file.isFile()) {
-        result.diagnostics.error(m_path, QStringLiteral("is no file that can be edited"));
-        return result;
-    }
     result.state = stateOf(m_path);
-    auto const content = readFile(m_path, result.diagnostics);
+    auto const content = readPlainFile(m_path, result.diagnostics);
     if (!content)
         return result;
     Batches batches(*this);

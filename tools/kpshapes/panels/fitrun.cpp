@@ -69,7 +69,7 @@ void FitRun::run(FitRequest const& request, State& state)
         if (state.isStopped)
             return std::nullopt;
         state.begin(QStringLiteral("Reading %1").arg(QFileInfo(file).fileName()));
-        return readFile(file, found);
+        return readPlainFile(file, found);
     };
     auto read = readDrawings(
         request.sources, 1.0, content, [&log] { return log.take(); }, diagnostics);

@@ -74,7 +74,7 @@ void ExchangeController::importFiles(QStringList const& files)
 {
     for (QString const& file : files) {
         Diagnostics diagnostics;
-        auto const content = readFile(file, diagnostics);
+        auto const content = readPlainFile(file, diagnostics);
         auto const items = content ? importedItems(*content, file, diagnostics) : std::nullopt;
         insert(items, diagnostics, QStringLiteral("Import %1").arg(QFileInfo(file).fileName()),
             CommandText::ofImport(file));
@@ -101,7 +101,9 @@ void ExchangeController::importGlyphs()
     if (text.isEmpty())
         return;
     Diagnostics diagnostics;
-    auto const items = glyphItems(text, fonts.first(), diagnostics);
+    auto const items = isPlainFile(fonts.first(), diagnostics)
+        ? glyphItems(text, fonts.first(), diagnostics)
+        : std::nullopt;
     insert(items, diagnostics, QStringLiteral("Import glyphs"),
         CommandText::ofGlyphs(text, fonts.first()));
 }
@@ -113,7 +115,7 @@ void ExchangeController::importPresets()
         QStringLiteral("Definitions of preset shapes (*.xml);;All files (*)"));
     for (QString const& file : files) {
         Diagnostics diagnostics;
-        auto const content = readFile(file, diagnostics);
+        auto const content = readPlainFile(file, diagnostics);
         auto const items = content ? presetItems(*content, file, diagnostics) : std::nullopt;
         insert(items, diagnostics, QStringLiteral("Import preset shapes"),
             CommandText::ofPresets(file));
@@ -158,7 +160,7 @@ bool ExchangeController::exportTo(QString const& file, ExportFormat format)
         return false;
     }
     auto const content = exported({m_window.document().items(), name()}, format, diagnostics);
-    bool const isWritten = content && writeFile(file, *content, diagnostics);
+    bool const isWritten = content && writePlainFile(file, *content, diagnostics);
     m_window.messages().show(diagnostics);
     if (isWritten) {
         m_window.statusLine().setCommand(
