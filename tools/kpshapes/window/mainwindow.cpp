@@ -225,10 +225,14 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 
 void MainWindow::dropEvent(QDropEvent* event)
 {
+    Diagnostics diagnostics;
     for (QUrl const& url : event->mimeData()->urls()) {
         if (url.isLocalFile())
             m_controller.openHereOrElsewhere(url.toLocalFile());
+        else
+            diagnostics.error(url.toDisplayString(), QStringLiteral("is no file of this computer"));
     }
+    m_messages->show(diagnostics);
     event->acceptProposedAction();
 }
 
