@@ -46,7 +46,8 @@ foreach(name IN ITEMS
 endforeach()
 kpgeometry_add_test(tst_kpshapes_anyoperation LIBRARIES kpshapes_model)
 
-foreach(part IN ITEMS canvas canvas_accessible canvas_box canvas_tools canvas_view)
+foreach(part IN ITEMS
+    canvas canvas_accessible canvas_box canvas_interrupted canvas_tools canvas_view)
   kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_canvas)
 endforeach()
 

@@ -63,9 +63,7 @@ void Canvas::setTool(Tool tool)
 {
     if (tool == m_tool)
         return;
-    if (m_pressed)
-        m_pressed->cancel();
-    m_pressed = nullptr;
+    endPress();
     if (activeTool().isActive())
         activeTool().cancel();
     m_tool = tool;

@@ -22,7 +22,8 @@ class QPinchGesture;
  * By keyboard: Tab goes from handle to handle and then to those of the box, arrows move what is
  * selected by one unit of the outline (Shift: ten, Ctrl: a tenth), and scroll if nothing is; in the
  * drawing tools they move a crosshair at which Return and Space act. Plus, minus, 0 and 9 zoom,
- * V, L, C, E, M, I, H and Z choose tools, Ctrl+Tab leaves.
+ * V, L, C, E, M, I, H and Z choose tools, Ctrl+Tab leaves. While the mouse drags, Escape and Ctrl+Z
+ * give it up, and no other shortcut works: a step of undo is never half of one.
  *
  * Nothing is done without a current outline, nor by any coordinates that are not finite.
  */
@@ -131,9 +132,11 @@ private:
     void pinch(QPinchGesture const& gesture);
 
     bool pressKey(QKeyEvent const& event);
+    void pressKeyWhileDragging(QKeyEvent const& event);
     bool pressViewKey(int key, Qt::KeyboardModifiers modifiers);
     bool pressToolKey(int key, Qt::KeyboardModifiers modifiers);
     bool pressArrow(QKeyEvent const& event);
+    void endPress();
     void pressEscape();
     void modifierChanged(QKeyEvent const& event, bool isPressed);
     void moveCrosshair(QPointF const& by);

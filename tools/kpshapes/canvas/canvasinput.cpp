@@ -82,6 +82,11 @@ Qt::Key keyOf(Tool tool)
 
 bool Canvas::event(QEvent* event)
 {
+    // No shortcut of the window makes a step of what is half done: it comes as a key instead.
+    if (event->type() == QEvent::ShortcutOverride && m_pressed) {
+        event->accept();
+        return true;
+    }
     if (event->type() == QEvent::Gesture) {
         auto* const gestures = static_cast<QGestureEvent*>(event);
         if (auto const* const found =
@@ -135,6 +140,9 @@ void Canvas::mouseMoveEvent(QMouseEvent* event)
 {
     ToolPoint const at = toolPoint(event->localPos(), event->modifiers());
     m_pointer = at.widget;
+    // The button went up where nobody told: in a dialog, or in another window.
+    if (m_pressed && !(event->buttons() & (Qt::LeftButton | Qt::MiddleButton)))
+        endPress();
     if (m_pressed)
         m_pressed->move(at);
     else if (!activeTool().isActive())
@@ -211,6 +219,10 @@ bool Canvas::pressKey(QKeyEvent const& event)
 {
     Qt::KeyboardModifiers const modifiers = event.modifiers() & ~Qt::KeypadModifier;
     int const key = event.key();
+    if (m_pressed) {
+        pressKeyWhileDragging(event);
+        return true;
+    }
     switch (key) {
     case Qt::Key_Escape:
         pressEscape();
@@ -235,6 +247,15 @@ bool Canvas::pressKey(QKeyEvent const& event)
     default:
         return pressArrow(event) || pressViewKey(key, modifiers) || pressToolKey(key, modifiers);
     }
+}
+
+/** While the mouse drags, a key must not make a step of what is half done. */
+void Canvas::pressKeyWhileDragging(QKeyEvent const& event)
+{
+    if (event.key() == Qt::Key_Escape || event.matches(QKeySequence::Undo))
+        pressEscape();
+    else if (event.key() != Qt::Key_A)
+        pressViewKey(event.key(), event.modifiers() & ~Qt::KeypadModifier);
 }
 
 bool Canvas::pressViewKey(int key, Qt::KeyboardModifiers modifiers)
@@ -280,9 +301,8 @@ bool Canvas::pressToolKey(int key, Qt::KeyboardModifiers modifiers)
 bool Canvas::pressArrow(QKeyEvent const& event)
 {
     std::optional<QPointF> const way = wayOf(event.key());
-    // While the mouse drags, a key must not make a step of what is half done.
-    if (!way || m_pressed)
-        return way.has_value();
+    if (!way)
+        return false;
     double const length = lengthOf(event.modifiers());
     if (activeTool().usesCrosshair()) {
         moveCrosshair(*way * length);
@@ -295,11 +315,18 @@ bool Canvas::pressArrow(QKeyEvent const& event)
     return true;
 }
 
+/** Gives up what the button has begun. */
+void Canvas::endPress()
+{
+    if (m_pressed)
+        m_pressed->cancel();
+    m_pressed = nullptr;
+}
+
 void Canvas::pressEscape()
 {
     if (m_pressed) {
-        m_pressed->cancel();
-        m_pressed = nullptr;
+        endPress();
     } else if (activeTool().isActive()) {
         activeTool().cancel();
     } else {
@@ -375,13 +402,13 @@ void Canvas::actAtCrosshair(Qt::KeyboardModifiers modifiers)
 
 bool Canvas::focusNextPrevChild(bool next)
 {
-    return stepHandle(next) || QWidget::focusNextPrevChild(next);
+    return m_pressed || stepHandle(next) || QWidget::focusNextPrevChild(next);
 }
 
 /** Goes to the next handle, of the outline and then of the box; false behind the last one. */
 bool Canvas::stepHandle(bool next)
 {
-    if (!m_scene.document.hasCurrent() || m_pressed)
+    if (!m_scene.document.hasCurrent())
         return false;
     int const first = m_scene.settings.showsHandles() ? 0 : handleIds().size();
     int const count = handleIds().size() + boxHandleCount;

@@ -140,6 +140,9 @@ void SelectTool::click()
     Selection& selection = scene().selection;
     auto const selected = std::find_if(
         m_hits.cbegin(), m_hits.cend(), [&](HandleId id) { return selection.contains(id); });
+    // Something else has changed the selection while the button was down.
+    if (selected == m_hits.cend())
+        return;
     auto const next = std::next(selected) == m_hits.cend() ? m_hits.cbegin() : std::next(selected);
     if (m_pressed.modifiers.testFlag(Qt::AltModifier))
         selection.set({*next});
