@@ -36,8 +36,6 @@ void Canvas::paintEvent(QPaintEvent* event)
             paintShape(painter, grid);
         activeTool().paint(painter, grid);
         paintCrosshair(painter, grid);
-        if (m_showsLegend && m_scene.settings.showsHandles())
-            paintLegend(painter);
         if (hasFocus())
             grid.drawFrame(painter, m_view.area(), palette().color(QPalette::Highlight));
         painter.restore();
@@ -72,6 +70,9 @@ void Canvas::paintShape(QPainter& painter, PixelGrid const& grid)
     QRectF const area = m_view.area();
     drawShape(
         painter, shape, m_drawing.path(shape, m_view.outlineTransform(), area), m_view.zoom());
+    // Behind the handles: all of them must be seen to be dragged.
+    if (m_showsLegend && m_scene.settings.showsHandles())
+        paintLegend(painter);
     QRectF const near = area.adjusted(-10.0, -10.0, 10.0, 10.0);
     QRectF const box(
         m_view.fromOutline({}), m_view.fromOutline({shape.box.width(), shape.box.height()}));

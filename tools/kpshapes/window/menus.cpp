@@ -313,6 +313,8 @@ void addViewMenu(MainWindow& window, QString const& settingsFile)
         &ViewSettings::showsRulers, &ViewSettings::setShowsRulers);
     addViewSwitch(window, menu, {"show-page", "Show the S&heet", "", {}}, &ViewSettings::showsPage,
         &ViewSettings::setShowsPage);
+    actions.addSwitch(menu, {"show-legend", "Show the &Legend", "", {}}, canvas.showsLegend(),
+        [&canvas](bool isOn) { canvas.setShowsLegend(isOn); });
     menu.addSeparator();
     addUnitMenu(window, menu);
     addPageMenu(window, menu);
