@@ -65,6 +65,7 @@ bool DocumentController::holdsNothing() const
 
 void DocumentController::changed()
 {
+    m_isChangedMeanwhile = isLoading();
     if (isModified() && !m_recoveryTimer.isActive())
         m_recoveryTimer.start();
     Q_EMIT titleChanged();
@@ -108,6 +109,7 @@ void DocumentController::open(QString const& path)
 void DocumentController::load(QString const& path)
 {
     endLoading();
+    m_isChangedMeanwhile = false;
     m_loading = path;
     m_loader = new DocumentLoader(path);
     connect(m_loader, &DocumentLoader::progress, this, &DocumentController::progressed);
@@ -136,13 +138,18 @@ void DocumentController::finishReloading(LoadResult const& result)
     endLoading();
     if (!result.diagnostics.isEmpty())
         Q_EMIT reported(result.diagnostics);
-    // What is no document any more takes nothing away.
-    if (result.reading.document && !result.reading.wasCancelled) {
+    if (m_isChangedMeanwhile) {
+        Diagnostics diagnostics;
+        diagnostics.warning(m_loading,
+            QStringLiteral("it was changed here while it was read again, and stays as it is"));
+        Q_EMIT reported(diagnostics);
+    } else if (result.reading.document && !result.reading.wasCancelled) {
         takeFile(result);
         forgetRecovery();
         m_document.reset(result.reading.document->items());
         Q_EMIT opened();
     } else if (result.reading.kind == SourceKind::Picture) {
+        // What is no document any more takes nothing away.
         Diagnostics diagnostics;
         diagnostics.error(m_loading, QStringLiteral("it is no document of outlines any more"));
         Q_EMIT reported(diagnostics);

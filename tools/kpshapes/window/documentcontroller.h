@@ -111,6 +111,7 @@ private:
     QString m_name; ///< of a document without a file
     DocumentLoader* m_loader = nullptr; ///< while a file is read
     QString m_loading; ///< the path of that file
+    bool m_isChangedMeanwhile = false; ///< the document, since that began
     std::unique_ptr<RecoveryFile> m_recovery; ///< once there is something to be kept
     QTimer m_recoveryTimer;
     bool m_hasToldChange = false; ///< of the file on disk, since it was read or written last
