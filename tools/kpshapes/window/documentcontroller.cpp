@@ -12,9 +12,6 @@
 
 namespace {
 
-/** How long after a change unsaved work is kept: less than a minute of work is lost at worst. */
-constexpr int recoveryDelay = 20000; // milliseconds
-
 QString documentFilter()
 {
     return QStringLiteral("Documents of outlines (*.xml);;All files (*)");
@@ -30,7 +27,7 @@ DocumentController::DocumentController(
     , m_name(QStringLiteral("New shapes"))
 {
     m_recoveryTimer.setSingleShot(true);
-    m_recoveryTimer.setInterval(recoveryDelay);
+    m_recoveryTimer.setInterval(surroundings.recoveryDelay);
     connect(&m_recoveryTimer, &QTimer::timeout, this, &DocumentController::storeRecovery);
     connect(&m_document.undoStack(), &QUndoStack::indexChanged, this, &DocumentController::changed);
 }

@@ -13,6 +13,8 @@ struct Surroundings
     RecentFiles& recent; ///< recent files and folders
     QString settingsFile; ///< where the state of the windows is remembered
     QString recoveryFolder; ///< where unsaved work is kept
+    /** How long after a change that is done, in milliseconds: less than a minute is lost at worst. */
+    int recoveryDelay = 20000;
 };
 
 #endif // SURROUNDINGS_H
