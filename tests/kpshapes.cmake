@@ -56,7 +56,7 @@ foreach(name IN ITEMS
     tst_kpshapes_session)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
 endforeach()
-foreach(part IN ITEMS documents faultyfiles loading statusline window)
+foreach(part IN ITEMS documents faultyfiles loading statusline window windows)
   kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_window)
 endforeach()
 # The program on a server of its own.

@@ -64,9 +64,13 @@ public:
     }
 
     /** What windows in it get. */
-    Surroundings surroundings()
+    Surroundings surroundings() { return surroundingsIn(m_folder.path(), prompter, *recent); }
+
+    /** What windows get in any folder; unsaved work is kept at once. */
+    static Surroundings surroundingsIn(
+        QString const& folder, Prompter& prompter, RecentFiles& recent)
     {
-        return {prompter, *recent, m_folder.filePath("window.ini"), m_folder.filePath("recovery")};
+        return {prompter, recent, folder + "/window.ini", folder + "/recovery", 50};
     }
 
     /** The path of a file in it. */
