@@ -47,6 +47,20 @@ private Q_SLOTS:
         QCOMPARE(bench.steps(), 1);
     }
 
+    void theFirstStepAfterADragThatWasGivenUpKeepsTheView()
+    {
+        Bench bench({rectangle()});
+        beginDrag(bench);
+        bench.key(Qt::Key_Escape);
+        double const zoom = bench.canvas.zoom();
+        QPointF const centre = bench.canvas.view().centre();
+        bench.drag(bench.pixel(180.0, 10.0), QPoint(20, 0));
+        QCOMPARE(bench.steps(), 1);
+        QCOMPARE(bench.selection.handles(), (QVector<HandleId> {{1, HandleKind::Point}}));
+        QCOMPARE(bench.canvas.zoom(), zoom);
+        QCOMPARE(bench.canvas.view().centre(), centre);
+    }
+
     void shortcutsWaitForTheEndOfADrag()
     {
         Bench bench({rectangle()});

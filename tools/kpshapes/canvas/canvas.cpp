@@ -275,6 +275,7 @@ void Canvas::centreBox()
 
 void Canvas::outlineChanged()
 {
+    m_list = m_scene.document.working().list.get();
     m_areIdsValid = false;
     m_drawing.invalidate();
     update();

@@ -25,7 +25,8 @@ BoxPopup::BoxPopup(QWidget* parent)
     , m_width(newSideBox(this, QStringLiteral("Width of the box")))
     , m_height(newSideBox(this, QStringLiteral("Height of the box")))
 {
-    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    setFrameShape(QFrame::StyledPanel);
+    setFrameShadow(QFrame::Raised);
     setAccessibleName(QStringLiteral("Add a box"));
     auto* const add = new QPushButton(QStringLiteral("&Add"), this);
     auto* const row = new QHBoxLayout(this);
