@@ -11,3 +11,15 @@ foreach(schema IN ITEMS geometry.rng shapes.rng)
     message(FATAL_ERROR "the schema ${schema} is not installed")
   endif()
 endforeach()
+foreach(file IN ITEMS
+    bin/kpgeom
+    bin/kpshapes
+    share/applications/kpshapes.desktop
+    share/icons/hicolor/scalable/apps/kpshapes.svg
+    share/man/man1/kpgeom.1
+    share/man/man1/kpshapes.1)
+  if(NOT EXISTS ${PREFIX}/${file})
+    message(FATAL_ERROR "${file} is not installed")
+  endif()
+endforeach()
+kp_run("starting the editor" COMMAND ${PREFIX}/bin/kpshapes --version)

@@ -65,6 +65,11 @@ void DocumentController::changed()
     m_isChangedMeanwhile = isLoading();
     if (isModified() && !m_recoveryTimer.isActive())
         m_recoveryTimer.start();
+    tellTitle();
+}
+
+void DocumentController::tellTitle()
+{
     Q_EMIT titleChanged();
 }
 
@@ -100,7 +105,7 @@ void DocumentController::open(QString const& path)
         [this](Items const& items) { m_document.append(items); });
     connect(m_loader, &DocumentLoader::finished, this, &DocumentController::finishOpening);
     m_loader->start();
-    Q_EMIT titleChanged();
+    tellTitle();
 }
 
 void DocumentController::load(QString const& path)
@@ -126,7 +131,7 @@ void DocumentController::finishOpening(LoadResult const& result)
         // Half a document must never be saved as the whole.
         m_document.reset({});
     }
-    Q_EMIT titleChanged();
+    tellTitle();
     Q_EMIT opened();
 }
 
@@ -151,7 +156,7 @@ void DocumentController::finishReloading(LoadResult const& result)
         diagnostics.error(m_loading, QStringLiteral("it is no document of outlines any more"));
         Q_EMIT reported(diagnostics);
     }
-    Q_EMIT titleChanged();
+    tellTitle();
 }
 
 void DocumentController::takeFile(LoadResult const& result)
@@ -202,7 +207,7 @@ void DocumentController::cancelLoading()
 void DocumentController::openExample()
 {
     takeWithoutFile(QStringLiteral("Example"), Resources::example());
-    Q_EMIT titleChanged();
+    tellTitle();
     Q_EMIT opened();
 }
 
@@ -225,7 +230,7 @@ void DocumentController::recover(RecoverableDocument const& document)
     m_recovery = RecoveryFile::adopt(document.file);
     m_document.reset(reading.document->items());
     m_document.undoStack().resetClean();
-    Q_EMIT titleChanged();
+    tellTitle();
     Q_EMIT opened();
 }
 
@@ -272,7 +277,7 @@ bool DocumentController::saveTo(QString const& path)
     forgetRecovery();
     m_surroundings.recent.add(path);
     Q_EMIT did(CommandText::ofCheck(path));
-    Q_EMIT titleChanged();
+    tellTitle();
     return true;
 }
 

@@ -102,6 +102,7 @@ private:
     bool mayOverwrite(QString const& path);
     bool holdsNothing() const;
     void endLoading();
+    void tellTitle();
     void changed();
 
     ShapeDocument& m_document;

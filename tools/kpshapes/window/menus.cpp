@@ -11,6 +11,7 @@
 #include "window/stylechoice.h"
 
 #include <QActionGroup>
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QMenu>
 #include <QMessageBox>

@@ -30,8 +30,8 @@ constexpr Tones highContrast {
 /** Frames and shades in the colour of the text: nothing is told by shades alone. */
 void setFrames(QPalette& palette, QRgb colour)
 {
-    for (QPalette::ColorRole const role : {QPalette::Light, QPalette::Midlight, QPalette::Mid,
-             QPalette::Dark, QPalette::Shadow})
+    for (QPalette::ColorRole const role :
+        {QPalette::Light, QPalette::Midlight, QPalette::Mid, QPalette::Dark, QPalette::Shadow})
         palette.setColor(role, QColor::fromRgb(colour));
 }
 
@@ -91,8 +91,8 @@ void applyStyle(StyleChoice choice)
     QApplication::setStyle(QStyleFactory::create(
         isHighContrast ? QStringLiteral("Windows") : QStringLiteral("Fusion")));
     QPalette palette = paletteOf(choice == StyleChoice::Light ? light
-            : choice == StyleChoice::Dark                           ? dark
-                                                                    : highContrast);
+            : choice == StyleChoice::Dark                     ? dark
+                                                              : highContrast);
     if (isHighContrast)
         setFrames(palette, highContrast.text);
     QApplication::setPalette(palette);
