@@ -162,6 +162,7 @@ int main(int argc, char** argv)
     if (!options)
         return exitCode;
     initUnits();
+    QObject::connect(&application, &QGuiApplication::primaryScreenChanged, initUnits);
     installCanvasAccessibility();
     QDir const config(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
     QDir const data(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
