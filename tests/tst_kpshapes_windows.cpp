@@ -123,6 +123,27 @@ private Q_SLOTS:
         QCOMPARE(m_folder->prompter.asked, QStringList());
     }
 
+    void aDocumentTakesThePlaceOfTheUnchangedExample()
+    {
+        QString const file = m_folder->write("a.xml", Testing::twoOutlines());
+        auto const windows = started();
+        MainWindow& window = *windows->all().first();
+        window.controller().openExample();
+        window.controller().newDocument();
+        QCOMPARE(window.document().count(), 0);
+        QCOMPARE(window.controller().title(), QString("New shapes"));
+        window.controller().openExample();
+        window.controller().openHereOrElsewhere(file);
+        QVERIFY(Testing::awaitLoading(window));
+        QCOMPARE(window.controller().path(), file);
+        QCOMPARE(windows->all().size(), 1);
+        // What somebody has changed is a document like any other.
+        window.controller().openExample();
+        window.document().remove(0, 1, "Remove outline");
+        window.controller().openHereOrElsewhere(file);
+        QCOMPARE(windows->all().size(), 2);
+    }
+
     void everyFileHasAWindow()
     {
         QString const first = m_folder->write("a.xml", Testing::twoOutlines());

@@ -57,7 +57,8 @@ bool DocumentController::isModified() const
 
 bool DocumentController::holdsNothing() const
 {
-    return path().isEmpty() && !isLoading() && m_document.count() == 0 && !isModified();
+    bool const isUnused = m_document.count() == 0 || m_isExample;
+    return path().isEmpty() && !isLoading() && isUnused && !isModified();
 }
 
 void DocumentController::changed()
@@ -75,8 +76,12 @@ void DocumentController::tellTitle()
 
 void DocumentController::newDocument()
 {
-    if (!holdsNothing())
+    if (!holdsNothing()) {
         Q_EMIT windowWanted({});
+    } else if (m_isExample) {
+        takeWithoutFile(QStringLiteral("New shapes"), {});
+        tellTitle();
+    }
 }
 
 void DocumentController::openHereOrElsewhere(QString const& path)
@@ -99,6 +104,7 @@ void DocumentController::open(QString const& path)
 {
     load(path);
     m_file = DocumentFile();
+    m_isExample = false;
     m_document.reset({});
     forgetRecovery();
     connect(m_loader, &DocumentLoader::loaded, this,
@@ -183,6 +189,7 @@ void DocumentController::takeWithoutFile(QString const& name, Items const& items
 {
     m_file = DocumentFile();
     m_name = name;
+    m_isExample = false;
     m_document.reset(items);
 }
 
@@ -207,6 +214,7 @@ void DocumentController::cancelLoading()
 void DocumentController::openExample()
 {
     takeWithoutFile(QStringLiteral("Example"), Resources::example());
+    m_isExample = true;
     tellTitle();
     Q_EMIT opened();
 }

@@ -115,6 +115,7 @@ private:
     bool m_isChangedMeanwhile = false; ///< the document, since that began
     std::unique_ptr<RecoveryFile> m_recovery; ///< once there is something to be kept
     QTimer m_recoveryTimer;
+    bool m_isExample = false; ///< it shows the example, which another document may replace
     bool m_hasToldChange = false; ///< of the file on disk, since it was read or written last
 };
 
