@@ -1,9 +1,12 @@
 # The editor: its model without widgets, and its widgets on a screen of several densities.
 # kpgeometry_add_window_test(<name> [LIBRARIES ...] [TIMEOUT seconds]): a test program with widgets,
-# which runs once for each device pixel ratio.
+# which runs once for each device pixel ratio; sanitized, where it is slow, at one of them.
 function(kpgeometry_add_window_test name)
   cmake_parse_arguments(arg "" "TIMEOUT" "LIBRARIES" ${ARGN})
   kpgeometry_add_test(${name} WIDGETS LIBRARIES ${arg_LIBRARIES} TIMEOUT ${arg_TIMEOUT})
+  if(KPGEOMETRY_SANITIZERS)
+    return()
+  endif()
   foreach(ratio IN ITEMS 1.5 2)
     add_test(NAME ${name}_at_${ratio} COMMAND ${name})
     get_test_property(${name} TIMEOUT timeout)
