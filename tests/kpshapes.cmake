@@ -56,7 +56,8 @@ endforeach()
 
 # Whole windows.
 foreach(name IN ITEMS
-    tst_kpshapes_session)
+    tst_kpshapes_session
+    tst_kpshapes_windowedges)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
 endforeach()
 foreach(part IN ITEMS documents faultyfiles loading statusline window windows)

@@ -165,6 +165,17 @@ void DocumentController::finishReloading(LoadResult const& result)
     tellTitle();
 }
 
+/** Nobody has been asked whether what was changed meanwhile may be lost. */
+void DocumentController::giveUpReloading()
+{
+    endLoading();
+    Diagnostics diagnostics;
+    diagnostics.warning(
+        path(), QStringLiteral("it is not reloaded: it was changed here while it was being read"));
+    Q_EMIT reported(diagnostics);
+    Q_EMIT titleChanged();
+}
+
 void DocumentController::takeFile(LoadResult const& result)
 {
     m_file = DocumentFile(m_loading, result.reading.document, result.state);
@@ -299,7 +310,13 @@ void DocumentController::reload()
         && !m_surroundings.prompter.confirm(&m_window, question, QStringLiteral("Reload")))
         return;
     load(path());
-    connect(m_loader, &DocumentLoader::finished, this, &DocumentController::finishReloading);
+    connect(m_loader, &DocumentLoader::finished, this,
+        [this, step = m_document.undoStack().index()](LoadResult const& result) {
+            if (m_document.undoStack().index() == step)
+                finishReloading(result);
+            else
+                giveUpReloading();
+        });
     m_loader->start();
 }
 
@@ -334,8 +351,12 @@ void DocumentController::lookAtFile()
 
 void DocumentController::storeRecovery()
 {
-    if (!isModified() || isLoading())
+    if (!isModified())
         return;
+    if (isLoading()) {
+        m_recoveryTimer.start();
+        return;
+    }
     Diagnostics diagnostics;
     if (!m_recovery)
         m_recovery = RecoveryFile::create(m_surroundings.recoveryFolder, diagnostics);

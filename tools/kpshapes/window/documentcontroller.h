@@ -64,13 +64,13 @@ public:
     bool save();
     /** Asks for a name and writes the file. */
     bool saveAs();
-    /** Reads the file anew, after asking if changes would be lost. */
+    /** Reads the file anew, after asking if changes would be lost; not if there are more by then. */
     void reload();
     /** Whether the window may close: asks for what is not saved, and saves if asked to. */
     bool mayClose();
     /** Looks whether another program has changed the file, and says so once. */
     void lookAtFile();
-    /** Keeps unsaved work now. */
+    /** Keeps unsaved work now; while a file is read, a little later. */
     void storeRecovery();
     /** Drops what was kept of unsaved work: there is none any more. */
     void forgetRecovery();
@@ -95,6 +95,7 @@ private:
     void load(QString const& path);
     void finishOpening(LoadResult const& result);
     void finishReloading(LoadResult const& result);
+    void giveUpReloading();
     void takeFile(LoadResult const& result);
     void takePicture(LoadResult const& result);
     void takeWithoutFile(QString const& name, Items const& items);

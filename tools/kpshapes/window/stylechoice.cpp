@@ -82,7 +82,9 @@ std::optional<StyleChoice> styleOf(QString const& id)
 
 void applyStyle(StyleChoice choice)
 {
+    static QString const ofSystem = QApplication::style()->objectName();
     if (choice == StyleChoice::System) {
+        QApplication::setStyle(QStyleFactory::create(ofSystem));
         QApplication::setPalette(QApplication::style()->standardPalette());
         return;
     }
