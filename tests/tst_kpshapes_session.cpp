@@ -1,6 +1,7 @@
 #include "canvas/canvasaccessible.h"
 #include "kpshapestesting.h"
 #include "testing.h"
+#include "window/stylechoice.h"
 #include "windowtesting.h"
 
 #include <QClipboard>
@@ -56,32 +57,45 @@ public:
         }
     }
 
-    void act()
+    /** Does something. @return what */
+    QString act()
+    {
+        QString const name = actAtRandom();
+        Testing::awaitLoading(m_window);
+        // What hides and shows changes sizes, but not at once.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        return name;
+    }
+
+private:
+    QString actAtRandom()
     {
         switch (m_random.bounded(10)) {
         case 0:
         case 1:
         case 2:
             drag();
-            break;
+            return "drag";
         case 3:
         case 4:
             press();
-            break;
+            return "key";
         case 5:
-            Testing::trigger(m_window, any(QStringList {"undo", "undo", "redo"}));
-            break;
+            return trigger(any(QStringList {"undo", "undo", "redo"}));
         case 6:
             m_window.document().setCurrent(m_random.bounded(m_window.document().count() + 1));
-            break;
+            return "current";
         default:
-            Testing::trigger(m_window, any(m_random.bounded(12) == 0 ? m_seldom : m_often));
-            break;
+            return trigger(any(m_random.bounded(12) == 0 ? m_seldom : m_often));
         }
-        Testing::awaitLoading(m_window);
     }
 
-private:
+    QString trigger(QString const& id)
+    {
+        Testing::trigger(m_window, id);
+        return id;
+    }
+
     QString any(QStringList const& list) { return list.at(m_random.bounded(list.size())); }
 
     QPoint anywhere()
@@ -150,7 +164,25 @@ private:
         QByteArray undone; ///< of the document with all steps undone
         int steps = 0; ///< that could be undone at the end
         int greatestSteps = 0;
+        QStringList states; ///< behind each action
     };
+
+    /** What is to be the same in a replay. */
+    static QString stateOf(MainWindow& window)
+    {
+        Canvas const& canvas = window.canvas();
+        QPointF const centre = canvas.view().centre();
+        return QString("outline %1 of %2, step %3 (%4), %5 selected, tool %6, zoom %7 at %8, %9")
+            .arg(window.document().current())
+            .arg(window.document().count())
+            .arg(window.document().undoStack().index())
+            .arg(window.document().undoStack().undoText())
+            .arg(window.selection().handles().size())
+            .arg(int(canvas.tool()))
+            .arg(canvas.zoom())
+            .arg(centre.x())
+            .arg(centre.y());
+    }
 
     static void prepare(WindowFolder& folder)
     {
@@ -164,10 +196,12 @@ private:
         QGuiApplication::clipboard()->clear();
     }
 
-    static Outcome session(quint32 seed)
+    /** @param folder messages name it: one of another name would make them wrap elsewhere */
+    static Outcome session(quint32 seed, WindowFolder& folder)
     {
-        WindowFolder folder;
+        folder.clear();
         prepare(folder);
+        applyStyle(StyleChoice::System);
         QString const file = folder.write("shapes.xml", documentText());
         Outcome outcome;
         MainWindow window(folder.surroundings());
@@ -184,7 +218,8 @@ private:
         Testing::openFile(window, file);
         RandomUser user(window, seed);
         for (int i = 0; i < actionCount; ++i) {
-            user.act();
+            QString const action = user.act();
+            outcome.states << action + ": " + stateOf(window);
             outcome.greatestSteps =
                 std::max(outcome.greatestSteps, window.document().undoStack().count());
             if (i % 16 == 0)
@@ -207,10 +242,16 @@ private Q_SLOTS:
         int const given = qEnvironmentVariableIntValue("KPSHAPES_SESSION_SEED", &isGiven);
         quint32 const seed = isGiven ? static_cast<quint32>(given) : 20261121;
         qInfo("random seed %u, %d actions", seed, actionCount);
-        Outcome const first = session(seed);
+        WindowFolder folder;
+        Outcome const first = session(seed, folder);
         QVERIFY(first.greatestSteps > 100);
         QCOMPARE(first.undone, first.read);
-        Outcome const second = session(seed);
+        Outcome const second = session(seed, folder);
+        for (int i = 0; i < actionCount; ++i) {
+            if (second.states.at(i) != first.states.at(i))
+                qInfo("action %d, after %s", i, qPrintable(first.states.value(i - 1)));
+            QCOMPARE(second.states.at(i), first.states.at(i));
+        }
         QCOMPARE(second.steps, first.steps);
         QCOMPARE(second.text, first.text);
         QCOMPARE(second.undone, second.read);

@@ -59,8 +59,19 @@ public:
     {
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.filePath("config")));
         qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.filePath("data")));
-        KpRecentFileManager::s_isLoaded = false;
-        recent = std::make_unique<RecentFiles>();
+        forgetRecent();
+    }
+
+    /** Empties it: another session begins in a folder of the same name. */
+    void clear()
+    {
+        for (QFileInfo const& entry :
+            QDir(m_folder.path()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+            if (!(entry.isDir() ? QDir(entry.filePath()).removeRecursively()
+                                : QFile::remove(entry.filePath())))
+                qFatal("cannot remove %s", qPrintable(entry.filePath()));
+        }
+        forgetRecent();
     }
 
     /** What windows in it get. */
@@ -96,6 +107,12 @@ public:
     std::unique_ptr<RecentFiles> recent; ///< the recent files
 
 private:
+    void forgetRecent()
+    {
+        KpRecentFileManager::s_isLoaded = false;
+        recent = std::make_unique<RecentFiles>();
+    }
+
     QTemporaryDir m_folder;
 };
 
