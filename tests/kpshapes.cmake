@@ -56,6 +56,7 @@ endforeach()
 
 # Whole windows.
 foreach(name IN ITEMS
+    tst_kpshapes_odddocuments
     tst_kpshapes_session
     tst_kpshapes_windowedges)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
