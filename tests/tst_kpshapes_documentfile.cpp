@@ -2,8 +2,12 @@
 #include "files/documentfile.h"
 #include "model/shapedocument.h"
 
+#include <QSet>
 #include <QTemporaryDir>
 
+#include <csignal>
+
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -42,6 +46,34 @@ struct Opened
 QByteArray const twoShapes = "<D>\n <S Name='a' z=''><Geometry/></S> <!-- c -->\n "
                              "<S Name='b'><Geometry/></S>\n</D>\n";
 
+/** A process that does something until it is killed. */
+class Child
+{
+public:
+    explicit Child(std::function<void()> const& work)
+        : m_id(fork())
+    {
+        if (m_id != 0)
+            return;
+        work();
+        _exit(0);
+    }
+    Child(Child const&) = delete;
+    Child& operator=(Child const&) = delete;
+
+    /** Ends it. @return the signal that it ended by, or 0 */
+    int kill() const
+    {
+        int status = 0;
+        ::kill(m_id, SIGKILL);
+        waitpid(m_id, &status, 0);
+        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
+
+private:
+    pid_t const m_id;
+};
+
 /** Becomes a user who may not do everything, if it was one who may. */
 class OrdinaryUser
 {
@@ -73,6 +105,7 @@ class TestKpshapesDocumentFile : public QObject
 private Q_SLOTS:
     void undoAfterASaveGivesBackTheFile();
     void undoBringsBackWhatWasSavedAway();
+    void aKilledSaveLeavesAWholeFile();
     void savesUnderAnotherName();
     void savesANewDocument();
     void keepsTheFileWhenItCannotBeWritten();
@@ -119,6 +152,34 @@ void TestKpshapesDocumentFile::undoBringsBackWhatWasSavedAway()
                    "<S Name='a' z=''><Geometry/></S>\n</D>\n"));
 }
 
+void TestKpshapesDocumentFile::aKilledSaveLeavesAWholeFile()
+{
+    QByteArray const shape = "<S Name='a'><Geometry/></S>\n";
+    QByteArray const all = "<D>\n" + shape.repeated(3000) + "</D>\n";
+    Opened opened(all);
+    Items const items = opened.file.source().items();
+    // All but the first are removed, and are there again.
+    QByteArray const removed = opened.file.source().write({items.front()});
+    QVERIFY(removed.size() < all.size());
+    int const rounds = Testing::sanitized ? 20 : 100;
+    QRandomGenerator random = Testing::seededRandom(7);
+    QSet<int> sizes;
+    for (int round = 0; round < rounds; ++round) {
+        Child child([&] {
+            for (;;) {
+                opened.file.save({items.front()}, opened.path, opened.diagnostics);
+                opened.file.save(items, opened.path, opened.diagnostics);
+            }
+        });
+        usleep(useconds_t(random.bounded(20000)));
+        QCOMPARE(child.kill(), SIGKILL);
+        QByteArray const left = contentOf(opened.path);
+        QVERIFY2(left == all || left == removed, left.left(200).constData());
+        sizes << left.size();
+    }
+    QCOMPARE(sizes.size(), 2);
+}
+
 void TestKpshapesDocumentFile::savesUnderAnotherName()
 {
     Opened opened(twoShapes);
@@ -161,7 +222,7 @@ void TestKpshapesDocumentFile::keepsTheFileWhenItCannotBeWritten()
     QVERIFY(!opened.file.save({}, opened.folder.filePath("none/a.xml"), opened.diagnostics));
     QVERIFY(!opened.file.save({}, opened.folder.path(), opened.diagnostics));
     QCOMPARE(opened.diagnostics.size(), 2);
-    QCOMPARE(opened.diagnostics.at(1).text, "is a directory");
+    QCOMPARE(opened.diagnostics.at(1).text, "is no file that can be edited");
     QCOMPARE(opened.file.path(), opened.path);
     QCOMPARE(opened.file.state().digest, before.digest);
     QCOMPARE(contentOf(opened.path), twoShapes);
