@@ -149,7 +149,7 @@ void DocumentController::finishReloading(LoadResult const& result)
     if (m_isChangedMeanwhile) {
         Diagnostics diagnostics;
         diagnostics.warning(m_loading,
-            QStringLiteral("it was changed here while it was read again, and stays as it is"));
+            QStringLiteral("it is not reloaded: it was changed here while it was read again"));
         Q_EMIT reported(diagnostics);
     } else if (result.reading.document && !result.reading.wasCancelled) {
         takeFile(result);
@@ -163,17 +163,6 @@ void DocumentController::finishReloading(LoadResult const& result)
         Q_EMIT reported(diagnostics);
     }
     tellTitle();
-}
-
-/** Nobody has been asked whether what was changed meanwhile may be lost. */
-void DocumentController::giveUpReloading()
-{
-    endLoading();
-    Diagnostics diagnostics;
-    diagnostics.warning(
-        path(), QStringLiteral("it is not reloaded: it was changed here while it was being read"));
-    Q_EMIT reported(diagnostics);
-    Q_EMIT titleChanged();
 }
 
 void DocumentController::takeFile(LoadResult const& result)
@@ -310,13 +299,7 @@ void DocumentController::reload()
         && !m_surroundings.prompter.confirm(&m_window, question, QStringLiteral("Reload")))
         return;
     load(path());
-    connect(m_loader, &DocumentLoader::finished, this,
-        [this, step = m_document.undoStack().index()](LoadResult const& result) {
-            if (m_document.undoStack().index() == step)
-                finishReloading(result);
-            else
-                giveUpReloading();
-        });
+    connect(m_loader, &DocumentLoader::finished, this, &DocumentController::finishReloading);
     m_loader->start();
 }
 

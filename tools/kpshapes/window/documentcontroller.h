@@ -95,7 +95,6 @@ private:
     void load(QString const& path);
     void finishOpening(LoadResult const& result);
     void finishReloading(LoadResult const& result);
-    void giveUpReloading();
     void takeFile(LoadResult const& result);
     void takePicture(LoadResult const& result);
     void takeWithoutFile(QString const& name, Items const& items);
