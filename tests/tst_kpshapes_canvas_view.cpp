@@ -26,6 +26,7 @@ private Q_SLOTS:
     void fittedBoxFollowsTheSizeOfTheWidget();
     void scrollToBringsAHandleIntoView();
     void pageStaysInReach();
+    void handlesFarAwayAreNotFollowed();
     void pointerIsTold();
     void anotherPageCentresTheBoxAgain();
     void rulersTakeTheirPlaceOnlyWhenShown();
@@ -185,6 +186,19 @@ void TestKpshapesCanvasView::pageStaysInReach()
         turnWheel(bench.canvas, bench.canvas.rect().center(), QPoint(1200, 1200));
     QPointF const centre = bench.canvas.view().centre();
     QVERIFY(std::abs(centre.x()) < 1.0 && std::abs(centre.y()) < 1.0);
+}
+
+void TestKpshapesCanvasView::handlesFarAwayAreNotFollowed()
+{
+    Bench bench({rectangle()});
+    bench.segment(1).pt.x.value = 1e300;
+    bench.segment(1).pt.y.value = -1e300;
+    bench.canvas.scrollTo(HandleId {1, HandleKind::Point});
+    QVERIFY(bench.canvas.view().centre().x() < 1.1e9);
+    QVERIFY(bench.canvas.view().centre().y() > -1.1e9);
+    QVERIFY(!bench.canvas.grab().isNull());
+    bench.canvas.scrollTo(HandleId {0, HandleKind::Point});
+    QVERIFY(bench.canvas.rect().contains(bench.canvas.handleRect({0, HandleKind::Point})));
 }
 
 void TestKpshapesCanvasView::pointerIsTold()

@@ -68,8 +68,7 @@ void Ruler::paint(QPainter& painter, PixelGrid const& grid, QPalette const& pale
         line(at, thickness * (isLabelled ? 1.0 : isHalf ? longMark : shortMark), marks);
         if (!isLabelled)
             continue;
-        QString const label =
-            scale.label(static_cast<int>(first / scale.divisions) + i / scale.divisions);
+        QString const label = scale.label((first + i) / scale.divisions);
         painter.setPen(text);
         painter.save();
         painter.translate(isLevel ? QPointF(at + 3.0, rect.top() + 1.0 + metrics.ascent())

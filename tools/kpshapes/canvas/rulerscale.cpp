@@ -77,7 +77,7 @@ double RulerScale::minorPixels() const
     return UnitUtil::unitToPixel(major, unit) / divisions;
 }
 
-QString RulerScale::label(int index) const
+QString RulerScale::label(double index) const
 {
     double const value = major * index;
     if (unit == UnitFeetAndInches)

@@ -13,7 +13,7 @@ struct RulerScale
     /** From one mark to the next, in pixels of 96 an inch. */
     double minorPixels() const;
     /** What stands at a labelled mark. @param index of the labelled mark; 0 stands at zero */
-    QString label(int index) const;
+    QString label(double index) const;
 };
 
 /**

@@ -6,6 +6,9 @@
 namespace {
 
 constexpr double fitMargin = 24.0; ///< around what is fitted, in the widget
+// Beyond this a pixel is less than doubles tell apart at the greatest zoom, and marks of rulers have
+// no number.
+constexpr double farthest = 1e9;
 
 bool isFinite(QPointF const& point)
 {
@@ -31,8 +34,10 @@ void ViewTransform::setBoxOrigin(QPointF const& origin)
 
 void ViewTransform::setCentre(QPointF const& centre)
 {
-    if (isFinite(centre))
-        m_centre = centre;
+    if (isFinite(centre)) {
+        m_centre = {std::clamp(centre.x(), -farthest, farthest),
+            std::clamp(centre.y(), -farthest, farthest)};
+    }
 }
 
 void ViewTransform::fit(QRectF const& page)
@@ -49,8 +54,8 @@ void ViewTransform::fit(QRectF const& page)
 
 void ViewTransform::keepWithin(QRectF const& page)
 {
-    m_centre = {std::clamp(m_centre.x(), page.left(), std::max(page.left(), page.right())),
-        std::clamp(m_centre.y(), page.top(), std::max(page.top(), page.bottom()))};
+    setCentre({std::clamp(m_centre.x(), page.left(), std::max(page.left(), page.right())),
+        std::clamp(m_centre.y(), page.top(), std::max(page.top(), page.bottom()))});
 }
 
 void ViewTransform::alignBox()

@@ -32,7 +32,7 @@ public:
 
     /** The place on the page that is in the middle of the area. */
     QPointF centre() const { return m_centre; }
-    /** @param centre any finite place; anything else is ignored */
+    /** @param centre any finite place, brought within 1e9 of the page; anything else is ignored */
     void setCentre(QPointF const& centre);
     /** Moves what is shown; `by` is in the widget. */
     void pan(QPointF const& by) { setCentre(m_centre - by / m_zoom); }
