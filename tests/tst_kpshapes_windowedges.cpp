@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->document().at(0).name, QString("changed"));
         QCOMPARE(m_window->controller().text(), text);
         QVERIFY(m_window->controller().isModified());
-        QVERIFY(m_window->messages().text().contains("not reloaded"));
+        QVERIFY(m_window->messages().text().contains("changed here"));
         m_window->document().undoStack().setIndex(0);
         m_window->controller().reload();
         QVERIFY(Testing::awaitLoading(*m_window));
