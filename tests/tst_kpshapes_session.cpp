@@ -13,8 +13,8 @@ using Testing::WindowFolder;
 
 namespace {
 
-/** As many in a plain run; a sanitized one takes ten times as long for each. */
-constexpr int actionCount = Testing::sanitized ? 2500 : 10000;
+/** In each of the two sessions. */
+constexpr int actionCount = 10000;
 
 /** Two outlines, with what the editor does not know between them. */
 QByteArray documentText()
@@ -62,8 +62,6 @@ public:
     {
         QString const name = actAtRandom();
         Testing::awaitLoading(m_window);
-        // What hides and shows changes sizes, but not at once.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         return name;
     }
 
@@ -83,12 +81,24 @@ private:
         case 5:
             return trigger(any(QStringList {"undo", "undo", "redo"}));
         case 6:
+            if (m_random.bounded(8) == 0)
+                return resize();
             m_window.document().setCurrent(m_random.bounded(m_window.document().count() + 1));
             return "current";
         default:
             return trigger(any(m_random.bounded(12) == 0 ? m_seldom : m_often));
         }
     }
+
+    /** Layouts and what shows later would resize the canvas at another moment in a replay. */
+    QString resize()
+    {
+        bool const isTiny = m_random.bounded(10) == 0;
+        m_window.canvas().setFixedSize(isTiny ? QSize(1, 1) : anySize());
+        return "resize";
+    }
+
+    QSize anySize() { return {m_random.bounded(200, 900), m_random.bounded(150, 700)}; }
 
     QString trigger(QString const& id)
     {
@@ -214,6 +224,7 @@ private:
         });
         dialogs.start(1);
         window.resize(1000, 700);
+        window.canvas().setFixedSize(640, 480);
         window.show();
         Testing::openFile(window, file);
         RandomUser user(window, seed);
