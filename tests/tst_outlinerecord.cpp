@@ -36,6 +36,7 @@ private Q_SLOTS:
     void keepsEveryBit_data();
     void keepsEveryBit();
     void keepsUnknownRules();
+    void takesNoMoreThanItHolds();
     void tellsBitsApart();
     void tellsFlagsAndKindsApart();
     void readsAnEmptyRecord();
@@ -86,6 +87,16 @@ void TestOutlineRecord::keepsUnknownRules()
 {
     for (int const base : {-32768, -1, 8, 17, 32767})
         QCOMPARE(int(outlineOf(recordOfLine(1.0, qint16(base)))->segs[0]->pt.x.base), base);
+}
+
+void TestOutlineRecord::takesNoMoreThanItHolds()
+{
+    QRandomGenerator random = Testing::seededRandom(5);
+    KpPathSegList list;
+    fillRandomly(list, 1000, random);
+    OutlineRecord const record = recordOf(list);
+    QCOMPARE(record.ints.capacity(), record.ints.size());
+    QCOMPARE(record.doubles.capacity(), record.doubles.size());
 }
 
 void TestOutlineRecord::tellsBitsApart()

@@ -17,6 +17,9 @@ OutlineRecord recordOf(KpPathSegList& list)
 {
     OutlineRecord record;
     list.toUndoValue(record.ints, record.doubles);
+    // Steps of undo keep many of them.
+    record.ints.squeeze();
+    record.doubles.squeeze();
     record.segmentCount = list.segs.count();
     return record;
 }
