@@ -25,6 +25,8 @@ private Q_SLOTS:
     void keysMoveTheCurrentRow();
     void f2RenamesAnOutline();
     void aDoubleClickRenamesAnOutline();
+    void oddNamesStayUnlessTheyAreTypedAnew_data();
+    void oddNamesStayUnlessTheyAreTypedAnew();
     void keysWithinANameDoNothingElse();
     void anUnchangedNameIsNoStep();
     void keysMoveAnOutline();
@@ -217,6 +219,34 @@ void TestKpshapesOutlineList::aDoubleClickRenamesAnOutline()
     QTest::keyClicks(editor, "x");
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(m_document->at(3).name, QStringLiteral("x"));
+}
+
+void TestKpshapesOutlineList::oddNamesStayUnlessTheyAreTypedAnew_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("long") << QString(40000, 'n');
+    QTest::newRow("of lines") << QString("a\nb\tc");
+    QTest::newRow("empty") << QString();
+}
+
+void TestKpshapesOutlineList::oddNamesStayUnlessTheyAreTypedAnew()
+{
+    QFETCH(QString, name);
+    showList();
+    m_document->working().name = name;
+    m_document->commit("Name");
+    int const steps = m_document->undoStack().index();
+    for (QString const& typed : {QString(), QString("x")}) {
+        press(Qt::Key_F2);
+        auto* const editor = m_view->viewport()->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        QTest::keyClick(editor, Qt::Key_End);
+        QTest::keyClicks(editor, typed);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!m_view->viewport()->findChild<QLineEdit*>());
+        QCOMPARE(m_document->undoStack().index(), steps + typed.size());
+        QVERIFY(m_document->at(0).name == name + typed);
+    }
 }
 
 void TestKpshapesOutlineList::keysWithinANameDoNothingElse()

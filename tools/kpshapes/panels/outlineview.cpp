@@ -4,10 +4,12 @@
 
 #include <QDrag>
 #include <QDropEvent>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QPainter>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -84,6 +86,25 @@ QSize OutlineDelegate::sizeHint(
 {
     int const lines = 2 * option.fontMetrics.lineSpacing();
     return {180, std::max(OutlineModel::thumbnailSide, lines) + 2 * margin};
+}
+
+QWidget* OutlineDelegate::createEditor(
+    QWidget* parent, QStyleOptionViewItem const& option, QModelIndex const& index) const
+{
+    QWidget* const editor = QStyledItemDelegate::createEditor(parent, option, index);
+    // A name that is longer than usual keeps its end.
+    if (auto* const line = qobject_cast<QLineEdit*>(editor))
+        line->setMaxLength(std::numeric_limits<int>::max());
+    return editor;
+}
+
+void OutlineDelegate::setModelData(
+    QWidget* editor, QAbstractItemModel* model, QModelIndex const& index) const
+{
+    auto const* const line = qobject_cast<QLineEdit*>(editor);
+    // An editor may show a name otherwise than it is; only what was typed counts.
+    if (!line || line->isModified())
+        QStyledItemDelegate::setModelData(editor, model, index);
 }
 
 void OutlineDelegate::updateEditorGeometry(

@@ -15,6 +15,10 @@ public:
     void paint(QPainter* painter, QStyleOptionViewItem const& option,
         QModelIndex const& index) const override;
     QSize sizeHint(QStyleOptionViewItem const& option, QModelIndex const& index) const override;
+    QWidget* createEditor(QWidget* parent, QStyleOptionViewItem const& option,
+        QModelIndex const& index) const override;
+    void setModelData(
+        QWidget* editor, QAbstractItemModel* model, QModelIndex const& index) const override;
     void updateEditorGeometry(QWidget* editor, QStyleOptionViewItem const& option,
         QModelIndex const& index) const override;
 };
