@@ -2,6 +2,7 @@
 #include "common/filecontent.h"
 #include "paint/imagefile.h"
 #include "unitutil.h"
+#include "window/commandtext.h"
 #include "window/mainwindow.h"
 #include "window/prompter.h"
 #include "window/recentfiles.h"
@@ -124,6 +125,10 @@ int drawWindow(Windows& windows, Options const& options)
     });
     ready.start();
     loop.exec();
+    // A picture to be shown around does not tell where its file was.
+    if (!options.files.isEmpty())
+        window.statusLine().setCommand(
+            CommandText::ofOpening(QFileInfo(options.files.first()).fileName()));
     Diagnostics diagnostics;
     writeFile(options.picture, encodedPicture(window.grab().toImage(), QStringLiteral("png")),
         diagnostics);

@@ -115,9 +115,13 @@ void Canvas::refit()
         // The handles of the box stand outside of it.
         QRectF const area = m_view.area();
         double const margin = std::min(viewMargin, std::min(area.width(), area.height()) / 8.0);
-        m_view.setArea(area.adjusted(margin, margin, -margin, -margin));
+        // Where there is room enough, the legend lies beside it.
+        double const height = legendRect().height();
+        double const legend = height * 3.0 < area.height() ? height : 0.0;
+        m_view.setArea(area.adjusted(margin, margin, -margin, -margin - legend));
         m_view.fit(boxOnPage(m_scene));
         m_view.setArea(area);
+        m_view.pan({0.0, -legend / 2.0});
     }
     takeView();
 }

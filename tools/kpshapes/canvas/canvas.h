@@ -145,6 +145,7 @@ private:
 
     void paintPage(QPainter& painter, PixelGrid const& grid);
     void paintShape(QPainter& painter, PixelGrid const& grid);
+    QRectF legendRect() const;
     void paintLegend(QPainter& painter) const;
     void paintCrosshair(QPainter& painter, PixelGrid const& grid) const;
     void paintRulers(QPainter& painter, PixelGrid const& grid) const;

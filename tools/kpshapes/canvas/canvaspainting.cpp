@@ -71,8 +71,7 @@ void Canvas::paintShape(QPainter& painter, PixelGrid const& grid)
     drawShape(
         painter, shape, m_drawing.path(shape, m_view.outlineTransform(), area), m_view.zoom());
     // Behind the handles: all of them must be seen to be dragged.
-    if (m_showsLegend && m_scene.settings.showsHandles())
-        paintLegend(painter);
+    paintLegend(painter);
     QRectF const near = area.adjusted(-10.0, -10.0, 10.0, 10.0);
     QRectF const box(
         m_view.fromOutline({}), m_view.fromOutline({shape.box.width(), shape.box.height()}));
@@ -92,17 +91,26 @@ void Canvas::paintShape(QPainter& painter, PixelGrid const& grid)
     m_handlePainter.paintBox(painter, boxHandleFrame(shape.box, m_view), focus);
 }
 
-void Canvas::paintLegend(QPainter& painter) const
+QRectF Canvas::legendRect() const
 {
     Legend const legend = legendOf(*m_scene.document.working().list);
-    QFont const small = rulerFont(font());
-    QSizeF const size = legend.size(small);
+    QSizeF const size = legend.size(rulerFont(font()));
     QRectF const area =
         m_view.area().adjusted(legendMargin, legendMargin, -legendMargin, -legendMargin);
+    bool const isShown = m_showsLegend && m_scene.settings.showsHandles() && !legend.isEmpty();
     bool const isRoom = size.width() * 2.0 < area.width() && size.height() < area.height();
-    if (isRoom && !legend.isEmpty())
-        legend.paint(
-            painter, area.bottomRight() - QPointF(size.width(), size.height()), small, palette());
+    if (!isShown || !isRoom)
+        return {};
+    return {area.bottomRight() - QPointF(size.width(), size.height()), size};
+}
+
+void Canvas::paintLegend(QPainter& painter) const
+{
+    QRectF const rect = legendRect();
+    if (rect.isEmpty())
+        return;
+    legendOf(*m_scene.document.working().list)
+        .paint(painter, rect.topLeft(), rulerFont(font()), palette());
 }
 
 void Canvas::paintCrosshair(QPainter& painter, PixelGrid const& grid) const
