@@ -340,6 +340,43 @@ private Q_SLOTS:
         QCOMPARE(settings.value("view/style").toString(), id);
     }
 
+    void theSystemsStyleComesBack()
+    {
+        applyStyle(StyleChoice::System);
+        QString const style = QApplication::style()->objectName();
+        QPalette const palette = QApplication::palette();
+        trigger(*m_window, "style-high-contrast");
+        QVERIFY(QApplication::palette().color(QPalette::Window) != palette.color(QPalette::Window));
+        trigger(*m_window, "style-system");
+        QCOMPARE(QApplication::style()->objectName(), style);
+        for (QPalette::ColorRole const role : {QPalette::Window, QPalette::Text, QPalette::Base})
+            QCOMPARE(QApplication::palette().color(role), palette.color(role));
+    }
+
+    /** Where every ground is black, edges alone show where a control is. */
+    void controlsHaveEdgesInHighContrast()
+    {
+        applyStyle(StyleChoice::HighContrast);
+        QWidget parent;
+        auto* const layout = new QVBoxLayout(&parent);
+        QVector<QWidget*> const controls {new QCheckBox, new QPushButton, new QLineEdit,
+            new QSpinBox, new QComboBox, new QListWidget, new QToolButton, new QPlainTextEdit};
+        for (QWidget* const control : controls)
+            layout->addWidget(control);
+        parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&parent));
+        QImage const shown = parent.grab().toImage();
+        for (QWidget* const control : controls) {
+            double best = 1.0;
+            int const y = qRound(control->geometry().center().y() * shown.devicePixelRatio());
+            for (int x = 0; x < 10; ++x) {
+                int const at = qRound((control->x() + x) * shown.devicePixelRatio());
+                best = std::max(best, contrast(shown.pixelColor(at, y), Qt::black));
+            }
+            QVERIFY2(best >= 4.5, control->metaObject()->className());
+        }
+    }
+
     void theNextWindowIsAsTheLastOne()
     {
         trigger(*m_window, "unit-in");

@@ -1,5 +1,7 @@
 #include "window/stylechoice.h"
 
+#include "window/plainstyle.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
@@ -26,14 +28,6 @@ constexpr Tones dark {
     0xff23272e, 0xff1b1e24, 0xff2f353e, 0xffe4e8ee, 0xff8d96a2, 0xff4f8fd9, 0xff101318, 0xff8ab8ee};
 constexpr Tones highContrast {
     0xff000000, 0xff000000, 0xff000000, 0xffffffff, 0xffb0b0b0, 0xffffe000, 0xff000000, 0xff66ccff};
-
-/** Frames and shades in the colour of the text: nothing is told by shades alone. */
-void setFrames(QPalette& palette, QRgb colour)
-{
-    for (QPalette::ColorRole const role :
-        {QPalette::Light, QPalette::Midlight, QPalette::Mid, QPalette::Dark, QPalette::Shadow})
-        palette.setColor(role, QColor::fromRgb(colour));
-}
 
 QPalette paletteOf(Tones const& tones)
 {
@@ -83,19 +77,19 @@ std::optional<StyleChoice> styleOf(QString const& id)
 void applyStyle(StyleChoice choice)
 {
     static QString const ofSystem = QApplication::style()->objectName();
+    static bool isOfSystem = true;
     if (choice == StyleChoice::System) {
-        QApplication::setStyle(QStyleFactory::create(ofSystem));
-        QApplication::setPalette(QApplication::style()->standardPalette());
+        // Untouched, it goes on to follow the desktop.
+        if (!isOfSystem) {
+            QApplication::setStyle(QStyleFactory::create(ofSystem));
+            QApplication::setPalette(QPalette());
+        }
+        isOfSystem = true;
         return;
     }
-    // Both take every colour from the palette; only the second has frames in colours of their own.
-    bool const isHighContrast = choice == StyleChoice::HighContrast;
-    QApplication::setStyle(QStyleFactory::create(
-        isHighContrast ? QStringLiteral("Windows") : QStringLiteral("Fusion")));
-    QPalette palette = paletteOf(choice == StyleChoice::Light ? light
-            : choice == StyleChoice::Dark                     ? dark
-                                                              : highContrast);
-    if (isHighContrast)
-        setFrames(palette, highContrast.text);
-    QApplication::setPalette(palette);
+    isOfSystem = false;
+    QApplication::setStyle(new PlainStyle(choice == StyleChoice::HighContrast));
+    QApplication::setPalette(paletteOf(choice == StyleChoice::Light ? light
+            : choice == StyleChoice::Dark                           ? dark
+                                                                    : highContrast));
 }
