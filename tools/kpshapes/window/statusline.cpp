@@ -37,6 +37,7 @@ StatusLine::StatusLine(ShapeDocument const& document, Selection const& selection
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(6, 0, 6, 0);
     row->addWidget(m_position);
+    row->addSpacing(12);
     row->addWidget(label);
     row->addWidget(m_command, 1);
     row->addWidget(copy);
