@@ -130,6 +130,8 @@ OutlineView::OutlineView(QWidget* parent)
     setDragDropMode(DragDrop);
     setDefaultDropAction(Qt::MoveAction);
     setVerticalScrollMode(ScrollPerPixel);
+    // Names that are too long are elided instead.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(QStringLiteral("Outlines"));
 }
 
