@@ -61,9 +61,11 @@ foreach(name IN ITEMS
     tst_kpshapes_windowedges)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
 endforeach()
-foreach(part IN ITEMS documents faultyfiles loading statusline window windows)
+foreach(part IN ITEMS documents exchangewindow faultyfiles loading statusline window windows)
   kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_window)
 endforeach()
+target_compile_definitions(tst_kpshapes_exchangewindow PRIVATE
+  KPGEOMETRY_EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
 # The program on a server of its own.
 kpgeometry_add_test(tst_kpshapes_xserver UNOPTIMIZED
   DEFINITIONS KPSHAPES_EXECUTABLE="$<TARGET_FILE:kpshapes>")
