@@ -190,13 +190,17 @@ private Q_SLOTS:
     void whatIsDoneWhileTheFileIsReadAnewIsKept()
     {
         QVERIFY(Testing::openFile(*m_window, m_path));
+        Testing::movePoint(*m_window, 5.0);
+        m_folder->prompter.isConfirmed = true;
         trigger(*m_window, "reload");
         QVERIFY(controller().isLoading());
+        // As many steps as before, and yet another one.
+        trigger(*m_window, "undo");
         Testing::movePoint(*m_window, 7.0);
         QVERIFY(Testing::awaitLoading(*m_window));
         QCOMPARE(m_window->document().working().list->segs.first()->pt.x.value, 7.0);
         QVERIFY(controller().isModified());
-        QVERIFY2(m_window->messages().text().contains("changed here while it was read again"),
+        QVERIFY2(m_window->messages().text().contains("it was changed here while"),
             qPrintable(m_window->messages().text()));
     }
 
