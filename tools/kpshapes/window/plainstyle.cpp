@@ -41,13 +41,22 @@ QRect edgeOf(QStyle const& style, QStyle::ComplexControl control, QStyleOptionCo
     }
 }
 
-void drawEdge(QPainter& painter, QStyleOption const& option, QRect const& rect)
+/** The colour that is a part of the way from one to the other. */
+QColor between(QColor const& one, QColor const& other, double part)
 {
-    if (rect.isEmpty())
+    auto const mix = [part](int from, int to) { return qRound(from + part * (to - from)); };
+    return {mix(one.red(), other.red()), mix(one.green(), other.green()),
+        mix(one.blue(), other.blue())};
+}
+
+void drawEdge(QPainter& painter, QStyleOption const& option, QRect const& rect, double strength)
+{
+    if (strength <= 0.0 || rect.isEmpty())
         return;
-    bool const isFocused = option.state & QStyle::State_HasFocus;
-    QColor const colour =
-        option.palette.color(isFocused ? QPalette::Highlight : QPalette::WindowText);
+    QPalette const& palette = option.palette;
+    QColor const colour = option.state & QStyle::State_HasFocus
+        ? palette.color(QPalette::Highlight)
+        : between(palette.color(QPalette::Window), palette.color(QPalette::WindowText), strength);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
@@ -58,9 +67,9 @@ void drawEdge(QPainter& painter, QStyleOption const& option, QRect const& rect)
 
 } // namespace
 
-PlainStyle::PlainStyle(bool hasEdges)
+PlainStyle::PlainStyle(double edges)
     : QProxyStyle(QStringLiteral("Fusion"))
-    , m_hasEdges(hasEdges)
+    , m_edges(edges)
 {
 }
 
@@ -74,22 +83,21 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, QStyleOption const* opt
     QPainter* painter, QWidget const* widget) const
 {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
-    if (m_hasEdges && hasEdge(element))
-        drawEdge(*painter, *option, option->rect);
+    if (hasEdge(element))
+        drawEdge(*painter, *option, option->rect, m_edges);
 }
 
 void PlainStyle::drawControl(ControlElement element, QStyleOption const* option, QPainter* painter,
     QWidget const* widget) const
 {
     QProxyStyle::drawControl(element, option, painter, widget);
-    if (m_hasEdges && element == CE_TabBarTabShape && (option->state & State_Selected))
-        drawEdge(*painter, *option, option->rect);
+    if (element == CE_TabBarTabShape && (option->state & State_Selected))
+        drawEdge(*painter, *option, option->rect, m_edges);
 }
 
 void PlainStyle::drawComplexControl(ComplexControl control, QStyleOptionComplex const* option,
     QPainter* painter, QWidget const* widget) const
 {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
-    if (m_hasEdges)
-        drawEdge(*painter, *option, edgeOf(*proxy(), control, *option, widget));
+    drawEdge(*painter, *option, edgeOf(*proxy(), control, *option, widget), m_edges);
 }

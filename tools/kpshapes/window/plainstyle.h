@@ -5,16 +5,16 @@
 
 /**
  * A style that takes every colour from the palette. Its disabled texts have no shade, which blurs
- * them on dark grounds; and its controls have edges in the colour of texts if asked to, for palettes
- * in which one ground does not stand out from another.
+ * them on dark grounds; and its controls have edges if asked to, for palettes in which one ground
+ * does not stand out from another.
  */
 class PlainStyle : public QProxyStyle
 {
     Q_OBJECT
 
 public:
-    /** @param hasEdges whether controls have edges in the colour of texts */
-    explicit PlainStyle(bool hasEdges);
+    /** @param edges how far their colour is from the ground to that of texts: 0, without, to 1 */
+    explicit PlainStyle(double edges);
 
     int styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
         QStyleHintReturn* result) const override;
@@ -26,7 +26,7 @@ public:
         QPainter* painter, QWidget const* widget) const override;
 
 private:
-    bool const m_hasEdges;
+    double const m_edges;
 };
 
 #endif // PLAINSTYLE_H

@@ -9,8 +9,8 @@
 
 namespace {
 
-/** The colours of which a palette is made. */
-struct Tones
+/** The colours of which a palette is made, and how strong the edges of controls are. */
+struct Look
 {
     QRgb window;
     QRgb base;
@@ -20,35 +20,36 @@ struct Tones
     QRgb accent;
     QRgb onAccent;
     QRgb link;
+    double edges;
 };
 
-constexpr Tones light {
-    0xfff3f4f6, 0xffffffff, 0xffe7e9ed, 0xff1c2430, 0xff6b7480, 0xff2f6db5, 0xffffffff, 0xff1f5a9e};
-constexpr Tones dark {
-    0xff23272e, 0xff1b1e24, 0xff2f353e, 0xffe4e8ee, 0xff8d96a2, 0xff4f8fd9, 0xff101318, 0xff8ab8ee};
-constexpr Tones highContrast {
-    0xff000000, 0xff000000, 0xff000000, 0xffffffff, 0xffb0b0b0, 0xffffe000, 0xff000000, 0xff66ccff};
+constexpr Look light {0xfff3f4f6, 0xffffffff, 0xffe7e9ed, 0xff1c2430, 0xff6b7480, 0xff2f6db5,
+    0xffffffff, 0xff1f5a9e, 0.0};
+constexpr Look dark {0xff23272e, 0xff1b1e24, 0xff2f353e, 0xffe4e8ee, 0xff8d96a2, 0xff4f8fd9,
+    0xff101318, 0xff8ab8ee, 0.45};
+constexpr Look highContrast {0xff000000, 0xff000000, 0xff000000, 0xffffffff, 0xffb0b0b0, 0xffffe000,
+    0xff000000, 0xff66ccff, 1.0};
 
-QPalette paletteOf(Tones const& tones)
+QPalette paletteOf(Look const& look)
 {
-    QPalette palette(QColor::fromRgb(tones.button), QColor::fromRgb(tones.window));
+    QPalette palette(QColor::fromRgb(look.button), QColor::fromRgb(look.window));
     auto const set = [&palette](std::initializer_list<QPalette::ColorRole> roles, QRgb colour) {
         for (QPalette::ColorRole const role : roles)
             palette.setColor(role, QColor::fromRgb(colour));
     };
-    set({QPalette::Window, QPalette::AlternateBase, QPalette::ToolTipBase}, tones.window);
-    set({QPalette::Base}, tones.base);
-    set({QPalette::Button}, tones.button);
+    set({QPalette::Window, QPalette::AlternateBase, QPalette::ToolTipBase}, look.window);
+    set({QPalette::Base}, look.base);
+    set({QPalette::Button}, look.button);
     set({QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText,
             QPalette::BrightText},
-        tones.text);
-    set({QPalette::Highlight}, tones.accent);
-    set({QPalette::HighlightedText}, tones.onAccent);
-    set({QPalette::Link, QPalette::LinkVisited}, tones.link);
-    set({QPalette::PlaceholderText}, tones.disabled);
+        look.text);
+    set({QPalette::Highlight}, look.accent);
+    set({QPalette::HighlightedText}, look.onAccent);
+    set({QPalette::Link, QPalette::LinkVisited}, look.link);
+    set({QPalette::PlaceholderText}, look.disabled);
     for (QPalette::ColorRole const role :
         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(tones.disabled));
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(look.disabled));
     return palette;
 }
 
@@ -88,8 +89,9 @@ void applyStyle(StyleChoice choice)
         return;
     }
     isOfSystem = false;
-    QApplication::setStyle(new PlainStyle(choice == StyleChoice::HighContrast));
-    QApplication::setPalette(paletteOf(choice == StyleChoice::Light ? light
-            : choice == StyleChoice::Dark                           ? dark
-                                                                    : highContrast));
+    Look const& look = choice == StyleChoice::Light ? light
+        : choice == StyleChoice::Dark               ? dark
+                                                    : highContrast;
+    QApplication::setStyle(new PlainStyle(look.edges));
+    QApplication::setPalette(paletteOf(look));
 }
