@@ -70,8 +70,6 @@ void Canvas::paintShape(QPainter& painter, PixelGrid const& grid)
     QRectF const area = m_view.area();
     drawShape(
         painter, shape, m_drawing.path(shape, m_view.outlineTransform(), area), m_view.zoom());
-    // Behind the handles: all of them must be seen to be dragged.
-    paintLegend(painter);
     QRectF const near = area.adjusted(-10.0, -10.0, 10.0, 10.0);
     QRectF const box(
         m_view.fromOutline({}), m_view.fromOutline({shape.box.width(), shape.box.height()}));
@@ -80,6 +78,8 @@ void Canvas::paintShape(QPainter& painter, PixelGrid const& grid)
         QPointF(std::min(box.right(), near.right()), std::min(box.bottom(), near.bottom())));
     if (visibleBox.isValid())
         grid.drawFrame(painter, visibleBox, ColorUtil::s_alignBox.darker(140));
+    // Behind the handles: all of them must be seen to be dragged.
+    paintLegend(painter);
     if (m_scene.settings.showsHandles()) {
         std::optional<HandleId> const focus =
             hasFocus() ? m_scene.selection.current() : std::nullopt;
