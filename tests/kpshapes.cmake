@@ -61,7 +61,7 @@ foreach(name IN ITEMS
     tst_kpshapes_windowedges)
   kpgeometry_add_test(${name} WIDGETS LIBRARIES kpshapes_window TIMEOUT 900)
 endforeach()
-foreach(part IN ITEMS documents exchangewindow faultyfiles loading statusline window windows)
+foreach(part IN ITEMS documents exchangewindow faultyfiles loading prompter statusline window windows)
   kpgeometry_add_window_test(tst_kpshapes_${part} LIBRARIES kpshapes_window)
 endforeach()
 target_compile_definitions(tst_kpshapes_exchangewindow PRIVATE

@@ -10,6 +10,8 @@ Prompter::Unsaved DialogPrompter::askToSave(QWidget* parent, QString const& name
     QMessageBox box(QMessageBox::Warning, QStringLiteral("Save changes?"),
         QStringLiteral("The changes of %1 are not saved.").arg(name),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    // Names of files may look like markup.
+    box.setTextFormat(Qt::PlainText);
     box.setInformativeText(QStringLiteral("They are lost if you do not save them."));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
@@ -26,6 +28,7 @@ bool DialogPrompter::confirm(QWidget* parent, QString const& question, QString c
 {
     QMessageBox box(
         QMessageBox::Question, QStringLiteral("kpshapes"), question, QMessageBox::Cancel, parent);
+    box.setTextFormat(Qt::PlainText);
     QPushButton const* const button = box.addButton(yes, QMessageBox::AcceptRole);
     box.exec();
     return box.clickedButton() == button;
