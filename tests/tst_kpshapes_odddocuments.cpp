@@ -297,7 +297,7 @@ private:
     }
 
     /** Patient enough for a machine with other things to do. */
-    static qint64 patience() { return Testing::sanitized ? 30000 : 3000; }
+    static qint64 patience() { return Testing::sanitized ? 120000 : 20000; }
 
 private Q_SLOTS:
     void initTestCase() { installCanvasAccessibility(); }
@@ -389,7 +389,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("text");
         QByteArray const box = "Width=\"1000\" Height=\"700\"";
-        int const scale = Testing::sanitized ? 20 : 1;
+        int const scale = Testing::sanitized ? 40 : 10;
         QTest::newRow("many segments") << document(outline(box, lines(50000 / scale)));
         QByteArray const one = outline("Width=\"100\" Height=\"70\"", lines(4));
         QTest::newRow("many outlines") << document(one.repeated(20000 / scale));
@@ -405,7 +405,7 @@ private Q_SLOTS:
     {
         QRandomGenerator random = Testing::seededRandom(20261122);
         DocumentTesting::OddDocuments documents(random);
-        for (int i = 0; i < (Testing::sanitized ? 4 : 20); ++i) {
+        for (int i = 0; i < (Testing::sanitized ? 2 : 5); ++i) {
             vandalize(documents.next(), patience());
             if (QTest::currentTestFailed())
                 return;
