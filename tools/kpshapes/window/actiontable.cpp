@@ -1,5 +1,6 @@
 #include "window/actiontable.h"
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -43,6 +44,11 @@ void ActionTable::add(QMenu& menu, QString const& id, QAction& action)
 {
     menu.addAction(&action);
     keep(id, action);
+}
+
+QActionGroup& ActionTable::addGroup()
+{
+    return *new QActionGroup(this);
 }
 
 void ActionTable::keep(QString const& id, QAction& action)

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class QActionGroup;
 class QMenu;
 class QMenuBar;
 
@@ -39,6 +40,8 @@ public:
         QMenu& menu, ActionSpec const& spec, bool isOn, std::function<void(bool)> const& run);
     /** Appends an action that exists already, under a name. */
     void add(QMenu& menu, QString const& id, QAction& action);
+    /** A new group; of the switches in it one is on. */
+    QActionGroup& addGroup();
     /** The action of this name, or null. */
     QAction* action(QString const& id) const { return m_actions.value(id); }
     /** The names of all actions, in the order of the menus. */

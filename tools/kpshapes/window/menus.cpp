@@ -187,7 +187,7 @@ void addToolMenu(MainWindow& window)
 {
     Canvas& canvas = window.canvas();
     QMenu& menu = window.actions().addMenu(QStringLiteral("&Tools"));
-    auto* const group = new QActionGroup(&window);
+    QActionGroup& group = window.actions().addGroup();
     for (ToolEntry const& entry : toolEntries) {
         QAction& action =
             window.actions().addSwitch(menu, {entry.id, entry.text, entry.shortcut, {}},
@@ -195,7 +195,7 @@ void addToolMenu(MainWindow& window)
                     canvas.setTool(tool);
                     canvas.setFocus();
                 });
-        group->addAction(&action);
+        group.addAction(&action);
         QObject::connect(&canvas, &Canvas::toolChanged, &action,
             [&action, tool = entry.tool](Tool now) { action.setChecked(now == tool); });
     }
@@ -213,7 +213,7 @@ void follow(
 void addUnitMenu(MainWindow& window, QMenu& view)
 {
     QMenu& menu = window.actions().addMenu(view, QStringLiteral("&Unit"));
-    auto* const group = new QActionGroup(&window);
+    QActionGroup& group = window.actions().addGroup();
     for (unsigned int unit = 0; unit < unitCount; ++unit) {
         QString const name = UnitUtil::unitStr(unit);
         QByteArray const id = "unit-" + name.toLatin1();
@@ -223,7 +223,7 @@ void addUnitMenu(MainWindow& window, QMenu& view)
                     window.settings().setUnit(unit);
                     window.statusLine().setCommand(CommandText::ofUnit(unit));
                 });
-        group->addAction(&action);
+        group.addAction(&action);
         follow(window, action, [unit](ViewSettings const& now) { return now.unit() == unit; });
     }
 }
@@ -250,7 +250,7 @@ void addPageMenu(MainWindow& window, QMenu& view)
         [&settings](bool isOn) { settings.setPage(settings.page(), isOn); });
     follow(window, landscape, [](ViewSettings const& now) { return now.isLandscape(); });
     menu.addSeparator();
-    auto* const group = new QActionGroup(&window);
+    QActionGroup& group = window.actions().addGroup();
     QSet<QString> texts;
     for (int page = 0; page < predefinedPageCount; ++page) {
         QString const text = pageText(page);
@@ -265,7 +265,7 @@ void addPageMenu(MainWindow& window, QMenu& view)
                     settings.setPage(page, settings.isLandscape());
                     window.statusLine().setCommand(CommandText::ofPages());
                 });
-        group->addAction(&action);
+        group.addAction(&action);
         follow(window, action, [page](ViewSettings const& now) { return now.page() == page; });
     }
 }
@@ -276,7 +276,7 @@ void addStyleMenu(MainWindow& window, QMenu& view, QString const& settingsFile)
     QSettings const settings(settingsFile, QSettings::IniFormat);
     StyleChoice const now = styleOf(settings.value(QStringLiteral("view/style")).toString())
                                 .value_or(StyleChoice::System);
-    auto* const group = new QActionGroup(&window);
+    QActionGroup& group = window.actions().addGroup();
     for (StyleName const& name : styleNames()) {
         QByteArray const id = QByteArray("style-") + name.id;
         QAction& action = window.actions().addSwitch(menu, {id.constData(), name.text, "", {}},
@@ -285,7 +285,7 @@ void addStyleMenu(MainWindow& window, QMenu& view, QString const& settingsFile)
                 QSettings(settingsFile, QSettings::IniFormat)
                     .setValue(QStringLiteral("view/style"), QString::fromLatin1(name.id));
             });
-        group->addAction(&action);
+        group.addAction(&action);
     }
 }
 

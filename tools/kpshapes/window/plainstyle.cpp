@@ -73,6 +73,11 @@ PlainStyle::PlainStyle(double edges)
 {
 }
 
+QStyle* PlainStyle::create(double edges)
+{
+    return new PlainStyle(edges);
+}
+
 int PlainStyle::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
     QStyleHintReturn* result) const
 {

@@ -13,8 +13,12 @@ class PlainStyle : public QProxyStyle
     Q_OBJECT
 
 public:
-    /** @param edges how far their colour is from the ground to that of texts: 0, without, to 1 */
-    explicit PlainStyle(double edges);
+    /**
+     * One that its caller, such as QApplication::setStyle(), owns.
+     *
+     * @param edges how far their colour is from the ground to that of texts: 0, without, to 1
+     */
+    static QStyle* create(double edges);
 
     int styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
         QStyleHintReturn* result) const override;
@@ -26,6 +30,8 @@ public:
         QPainter* painter, QWidget const* widget) const override;
 
 private:
+    explicit PlainStyle(double edges);
+
     double const m_edges;
 };
 

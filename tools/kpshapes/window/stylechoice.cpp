@@ -92,6 +92,6 @@ void applyStyle(StyleChoice choice)
     Look const& look = choice == StyleChoice::Light ? light
         : choice == StyleChoice::Dark               ? dark
                                                     : highContrast;
-    QApplication::setStyle(new PlainStyle(look.edges));
+    QApplication::setStyle(PlainStyle::create(look.edges));
     QApplication::setPalette(paletteOf(look));
 }
