@@ -1,5 +1,6 @@
 #include "canvas/canvasaccessible.h"
 #include "kpshapestesting.h"
+#include "panels/boxcell.h"
 #include "testing.h"
 #include "window/stylechoice.h"
 #include "windowtesting.h"
@@ -138,9 +139,34 @@ private:
         QMouseEvent move(
             QEvent::MouseMove, to, canvas.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, keys);
         QApplication::sendEvent(&canvas, &move);
-        if (m_random.bounded(10) == 0)
-            QTest::keyClick(&canvas, Qt::Key_Escape);
+        disturb();
         QTest::mouseRelease(&canvas, Qt::LeftButton, keys, to);
+    }
+
+    /** What may come between within a drag. */
+    void disturb()
+    {
+        switch (m_random.bounded(20)) {
+        case 0:
+        case 1:
+            QTest::keyClick(&m_window.canvas(), Qt::Key_Escape);
+            break;
+        case 2:
+            trigger(any(m_often));
+            break;
+        case 3:
+            QTest::keyClick(&m_window.canvas(), Qt::Key_Z, Qt::ControlModifier);
+            break;
+        case 4:
+            m_window.document().setCurrent(m_random.bounded(m_window.document().count() + 1));
+            break;
+        case 5:
+            // The box of the user: the others follow the shape a little later.
+            m_window.strip().findChildren<BoxCell*>().last()->click();
+            break;
+        default:
+            break;
+        }
     }
 
     void press()
@@ -225,6 +251,7 @@ private:
         dialogs.start(1);
         window.resize(1000, 700);
         window.canvas().setFixedSize(640, 480);
+        window.strip().setBoxes({QSizeF(120.0, 80.0)});
         window.show();
         Testing::openFile(window, file);
         RandomUser user(window, seed);
