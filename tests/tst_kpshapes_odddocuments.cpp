@@ -389,7 +389,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("text");
         QByteArray const box = "Width=\"1000\" Height=\"700\"";
-        int const scale = Testing::sanitized ? 40 : 10;
+        int const scale = Testing::sanitized ? 100 : 10;
         QTest::newRow("many segments") << document(outline(box, lines(50000 / scale)));
         QByteArray const one = outline("Width=\"100\" Height=\"70\"", lines(4));
         QTest::newRow("many outlines") << document(one.repeated(20000 / scale));

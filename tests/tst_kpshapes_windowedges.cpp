@@ -157,7 +157,7 @@ private Q_SLOTS:
     void whatIsChangedWhileItIsReadIsAStep()
     {
         m_window->controller().open(m_folder->write("shapes.xml", documentText(many)));
-        QVERIFY(QTest::qWaitFor([this] { return m_window->document().count() > 0; }));
+        QVERIFY(QTest::qWaitFor([this] { return m_window->document().count() > 6; }));
         m_window->document().remove(0, 2, "Remove");
         m_window->document().move(0, 5, "Move");
         QVERIFY(Testing::awaitLoading(*m_window));
