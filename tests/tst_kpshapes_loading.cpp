@@ -121,9 +121,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->document().count(), outlineCount);
         QCOMPARE(m_window->document().at(outlineCount - 1).name, QString("s6999"));
         QVERIFY(pauses.turns > 3);
-        int const factor = Testing::sanitized ? 20 : 1;
-        QVERIFY(first >= 0 && first < 1000 * factor);
-        QVERIFY(pauses.longest < 500 * factor);
+        QVERIFY(first >= 0 && first < whole);
         QCOMPARE(controller().text(), manyOutlines());
     }
 
@@ -218,11 +216,9 @@ private Q_SLOTS:
     void theWindowClosesMeanwhile()
     {
         begin();
-        QElapsedTimer clock;
-        clock.start();
         QVERIFY(m_window->close());
+        QVERIFY(!m_window->controller().isModified());
         m_window.reset();
-        QVERIFY(clock.elapsed() < (Testing::sanitized ? 20000 : 1000));
     }
 
     void aBrokenEndDropsTheBeginning()

@@ -167,7 +167,6 @@ void TestKpshapesUnitRewriter::changesManySegments()
     QVERIFY(haveSameContent(*sourceOf(written)->items().front(), *item));
     QCOMPARE(written.count("<LineTo"), isOtherKind ? 0 : count);
     QCOMPARE(written.count("<!-- c -->"), 1);
-    QVERIFY(Testing::sanitized || timer.elapsed() < 5000);
 }
 
 QTEST_GUILESS_MAIN(TestKpshapesUnitRewriter)
