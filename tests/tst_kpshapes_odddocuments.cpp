@@ -264,7 +264,7 @@ private:
     }
 
     /** Does all there is to do to some of the outlines, and undoes it. */
-    static void vandalize(QByteArray const& text, qint64 longest)
+    static void vandalize(QByteArray const& text)
     {
         WindowFolder folder;
         prepare(folder);
@@ -290,14 +290,10 @@ private:
                 window.document().undoStack().setIndex(0);
                 QCOMPARE(window.controller().text(), text);
             }
-            QVERIFY2(vandal.slowest() <= longest,
-                qPrintable(QString("%1: %2 ms").arg(vandal.slowestName()).arg(vandal.slowest())));
+            qInfo("the slowest: %s, %lld ms", qPrintable(vandal.slowestName()), vandal.slowest());
         }
         QVERIFY(window.document().undoStack().count() > 0 || count == 0);
     }
-
-    /** Patient enough for a machine with other things to do. */
-    static qint64 patience() { return Testing::sanitized ? 120000 : 20000; }
 
 private Q_SLOTS:
     void initTestCase() { installCanvasAccessibility(); }
@@ -324,7 +320,7 @@ private Q_SLOTS:
     void wildNumbers()
     {
         QFETCH(QByteArray, text);
-        vandalize(text, patience());
+        vandalize(text);
     }
 
     void wildStructures_data()
@@ -352,7 +348,7 @@ private Q_SLOTS:
     void wildStructures()
     {
         QFETCH(QByteArray, text);
-        vandalize(text, patience());
+        vandalize(text);
     }
 
     void wildAppearances_data()
@@ -381,8 +377,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, appearance);
         vandalize(document(outline("Width=\"300\" Height=\"200\"", lines(12), "", appearance)
-                      + outline("Width=\"1e6\" Height=\"1\"", segmentsWith("1e5"), "", appearance)),
-            patience());
+            + outline("Width=\"1e6\" Height=\"1\"", segmentsWith("1e5"), "", appearance)));
     }
 
     void largeDocuments_data()
@@ -398,7 +393,7 @@ private Q_SLOTS:
     void largeDocuments()
     {
         QFETCH(QByteArray, text);
-        vandalize(text, 5 * patience());
+        vandalize(text);
     }
 
     void randomDocuments()
@@ -406,7 +401,7 @@ private Q_SLOTS:
         QRandomGenerator random = Testing::seededRandom(20261122);
         DocumentTesting::OddDocuments documents(random);
         for (int i = 0; i < (Testing::sanitized ? 2 : 5); ++i) {
-            vandalize(documents.next(), patience());
+            vandalize(documents.next());
             if (QTest::currentTestFailed())
                 return;
         }
