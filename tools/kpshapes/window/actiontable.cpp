@@ -20,20 +20,20 @@ QMenu& ActionTable::addMenu(QMenu& menu, QString const& title)
     return *menu.addMenu(title);
 }
 
-QAction& ActionTable::add(QMenu& menu, ActionSpec const& spec)
+QAction& ActionTable::add(QMenu& menu, ActionEntry const& entry)
 {
-    auto* const action = new QAction(QString::fromUtf8(spec.text), this);
-    action->setShortcut(QKeySequence(QString::fromLatin1(spec.shortcut)));
-    if (spec.run)
-        connect(action, &QAction::triggered, this, [run = spec.run] { run(); });
-    add(menu, QString::fromLatin1(spec.id), *action);
+    auto* const action = new QAction(QString::fromUtf8(entry.text), this);
+    action->setShortcut(QKeySequence(QString::fromLatin1(entry.shortcut)));
+    if (entry.run)
+        connect(action, &QAction::triggered, this, [run = entry.run] { run(); });
+    add(menu, QString::fromLatin1(entry.id), *action);
     return *action;
 }
 
 QAction& ActionTable::addSwitch(
-    QMenu& menu, ActionSpec const& spec, bool isOn, std::function<void(bool)> const& run)
+    QMenu& menu, ActionEntry const& entry, bool isOn, std::function<void(bool)> const& run)
 {
-    QAction& action = add(menu, spec);
+    QAction& action = add(menu, entry);
     action.setCheckable(true);
     action.setChecked(isOn);
     connect(&action, &QAction::triggered, this, [run](bool isChecked) { run(isChecked); });

@@ -12,7 +12,7 @@ class QMenu;
 class QMenuBar;
 
 /** An action that a menu offers. */
-struct ActionSpec
+struct ActionEntry
 {
     char const* id; ///< its name in settings and tests: "save"
     char const* text; ///< in the menu, with its mnemonic
@@ -34,10 +34,10 @@ public:
     /** Appends a menu within another. */
     QMenu& addMenu(QMenu& menu, QString const& title);
     /** Appends an action to a menu. */
-    QAction& add(QMenu& menu, ActionSpec const& spec);
+    QAction& add(QMenu& menu, ActionEntry const& entry);
     /** Appends an action that is on or off. @param run told which */
     QAction& addSwitch(
-        QMenu& menu, ActionSpec const& spec, bool isOn, std::function<void(bool)> const& run);
+        QMenu& menu, ActionEntry const& entry, bool isOn, std::function<void(bool)> const& run);
     /** Appends an action that exists already, under a name. */
     void add(QMenu& menu, QString const& id, QAction& action);
     /** A new group; of the switches in it one is on. */

@@ -289,11 +289,11 @@ void addStyleMenu(MainWindow& window, QMenu& view, QString const& settingsFile)
     }
 }
 
-void addViewSwitch(MainWindow& window, QMenu& menu, ActionSpec const& spec,
+void addViewSwitch(MainWindow& window, QMenu& menu, ActionEntry const& entry,
     bool (ViewSettings::*isShown)() const, void (ViewSettings::*show)(bool))
 {
     ViewSettings& settings = window.settings();
-    QAction& action = window.actions().addSwitch(menu, spec, (settings.*isShown)(),
+    QAction& action = window.actions().addSwitch(menu, entry, (settings.*isShown)(),
         [&settings, show](bool isOn) { (settings.*show)(isOn); });
     follow(window, action, [isShown](ViewSettings const& now) { return (now.*isShown)(); });
 }
