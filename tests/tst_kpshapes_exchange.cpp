@@ -124,13 +124,6 @@ private Q_SLOTS:
         QVERIFY(!exported({items, "x"}, ExportFormat::CustomGeometry, diagnostics));
         QCOMPARE(diagnostics.size(), 2);
     }
-
-    void formatsAreKnownByTheirSuffixes()
-    {
-        QVERIFY(exportFormatOf("a.SVG") == ExportFormat::Svg);
-        QVERIFY(exportFormatOf("a.custgeom.xml") == ExportFormat::CustomGeometry);
-        QVERIFY(!exportFormatOf("a.xml"));
-    }
 };
 
 QTEST_MAIN(TestKpshapesExchange)

@@ -83,15 +83,6 @@ std::array<ExportKind, 6> const& exportKinds()
     return all;
 }
 
-std::optional<ExportFormat> exportFormatOf(QString const& file)
-{
-    for (ExportKind const& kind : exportKinds()) {
-        if (file.endsWith(QLatin1Char('.') + QString::fromLatin1(kind.suffix), Qt::CaseInsensitive))
-            return kind.format;
-    }
-    return std::nullopt;
-}
-
 Figure figureOf(Items const& items)
 {
     Figure figure;

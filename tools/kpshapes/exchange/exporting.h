@@ -26,9 +26,6 @@ struct ExportKind
 /** All formats, in the order of the menu. */
 std::array<ExportKind, 6> const& exportKinds();
 
-/** The format that the name of a file asks for; nothing if it is none of them. */
-std::optional<ExportFormat> exportFormatOf(QString const& file);
-
 /** What is exported. */
 struct ExportInput
 {

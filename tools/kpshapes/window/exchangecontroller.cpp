@@ -70,15 +70,23 @@ void ExchangeController::insert(std::optional<Items> const& items, Diagnostics c
     m_window.statusLine().setCommand(command);
 }
 
-void ExchangeController::importFiles(QStringList const& files)
+void ExchangeController::importEach(
+    QStringList const& files, Import read, TextOfFile step, TextOfFile command)
 {
     for (QString const& file : files) {
         Diagnostics diagnostics;
         auto const content = readPlainFile(file, diagnostics);
-        auto const items = content ? importedItems(*content, file, diagnostics) : std::nullopt;
-        insert(items, diagnostics, QStringLiteral("Import %1").arg(QFileInfo(file).fileName()),
-            CommandText::ofImport(file));
+        auto const items = content ? read(*content, file, diagnostics) : std::nullopt;
+        insert(items, diagnostics, step(file), command(file));
     }
+}
+
+void ExchangeController::importFiles(QStringList const& files)
+{
+    auto const step = [](QString const& file) {
+        return QStringLiteral("Import %1").arg(QFileInfo(file).fileName());
+    };
+    importEach(files, importedItems, step, CommandText::ofImport);
 }
 
 void ExchangeController::importWithDialog()
@@ -113,13 +121,8 @@ void ExchangeController::importPresets()
     QStringList const files = m_surroundings.prompter.filesToOpen(&m_window,
         QStringLiteral("Preset Shapes"), m_surroundings.recent.folder(),
         QStringLiteral("Definitions of preset shapes (*.xml);;All files (*)"));
-    for (QString const& file : files) {
-        Diagnostics diagnostics;
-        auto const content = readPlainFile(file, diagnostics);
-        auto const items = content ? presetItems(*content, file, diagnostics) : std::nullopt;
-        insert(items, diagnostics, QStringLiteral("Import preset shapes"),
-            CommandText::ofPresets(file));
-    }
+    auto const step = [](QString const&) { return QStringLiteral("Import preset shapes"); };
+    importEach(files, presetItems, step, CommandText::ofPresets);
 }
 
 void ExchangeController::fitDrawings()

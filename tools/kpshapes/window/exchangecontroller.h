@@ -26,7 +26,10 @@ public:
 
     /** Inserts the outlines of files of other kinds behind the current outline: one step a file. */
     void importFiles(QStringList const& files);
-    /** Writes the outlines as the name of the file asks for; false, with a message, if it cannot. */
+    /**
+     * Writes the outlines in a format, whole or not at all. False, with a message, if that fails, or
+     * if the file is the document itself.
+     */
     bool exportTo(QString const& file, ExportFormat format);
     /** Puts the current outline on the clipboard. */
     void copy();
@@ -36,9 +39,15 @@ public:
     void paste();
 
 private:
+    /** What makes items of a file's content: importedItems() or presetItems(). */
+    using Import = std::optional<Items> (*)(QByteArray const&, QString const&, Diagnostics&);
+    /** What is said of a file: the text of a step, or a command. */
+    using TextOfFile = QString (*)(QString const&);
+
     void importWithDialog();
     void importGlyphs();
     void importPresets();
+    void importEach(QStringList const& files, Import read, TextOfFile step, TextOfFile command);
     void fitDrawings();
     void exportWithDialog(ExportKind const& kind);
     void insert(std::optional<Items> const& items, Diagnostics const& diagnostics,
