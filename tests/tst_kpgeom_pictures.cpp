@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QImage>
 
+#include <sys/stat.h>
+
 using namespace KpgeomTesting;
 
 namespace {
@@ -60,6 +62,9 @@ private Q_SLOTS:
     void standardStreamsServe();
     void whatCannotBeReadIsTold_data();
     void whatCannotBeReadIsTold();
+    void filesThatAPictureNamesAreNotOpened_data();
+    void filesThatAPictureNamesAreNotOpened();
+    void foldersGiveNoDrawings();
     void largePicturesAreRefused();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
@@ -201,6 +206,11 @@ void TestKpgeomPictures::whatCannotBeReadIsTold_data()
     QTest::newRow("empty") << QByteArray() << QByteArray("in.png: Unsupported image format");
     QTest::newRow("text") << QByteArray("no picture\n")
                           << QByteArray("in.png: Unsupported image format");
+    QTest::newRow("SVG") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>")
+                         << QByteArray("in.png: an SVG picture, not one of pixels");
+    QTest::newRow("packed") << QByteArray("\x1f\x8b\x08 and so on")
+                            << QByteArray(
+                                   "in.png: a compressed file (gzip), of no format that is read");
     QTest::newRow("truncated") << png.left(40) << QByteArray("in.png: Unable to read image data");
 }
 
@@ -212,6 +222,40 @@ void TestKpgeomPictures::whatCannotBeReadIsTold()
     place.write("in.png", content);
     COMPARE_FAILURE(place.run({"blur", "in.png", "-o", "out.png", "-r", "3"}), 1, what);
     QCOMPARE(place.entries(), QStringList("in.png"));
+}
+
+void TestKpgeomPictures::filesThatAPictureNamesAreNotOpened_data()
+{
+    QTest::addColumn<QString>("name");
+    for (char const* const name : {"in", "in.svg", "in.svgz", "in.png"})
+        QTest::newRow(name) << name;
+}
+
+void TestKpgeomPictures::filesThatAPictureNamesAreNotOpened()
+{
+    QFETCH(QString, name);
+    Workplace const place;
+    QByteArray const pipe = QFile::encodeName(place.path("pipe"));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    place.write(name,
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+        "width='9' height='9'><image width='9' height='9' xlink:href='"
+            + pipe + "'/></svg>");
+    COMPARE_FAILURE(place.run({"blur", name, "-o", "out.png", "-r", "3"}), 1,
+        name.toUtf8() + ": an SVG picture, not one of pixels");
+    QCOMPARE(place.entries(), (QStringList {name, "pipe"}));
+}
+
+void TestKpgeomPictures::foldersGiveNoDrawings()
+{
+    Workplace const place;
+    QVERIFY(QDir(place.path()).mkdir("in"));
+    place.write("in/a.png", encoded(square()));
+    place.write("in/b.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>");
+    Result const result = place.run({"blur", "-R", "in", "-o", "out/", "-r", "3"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(QDir(place.path("out")).entryList(QDir::Files), QStringList("a.png"));
 }
 
 void TestKpgeomPictures::largePicturesAreRefused()

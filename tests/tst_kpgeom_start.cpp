@@ -39,6 +39,7 @@ void TestKpgeomStart::init()
     m_place->write("wide.svg",
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"160\" height=\"40\">"
         "<path d=\"M0 0H160V40z\"/></svg>");
+    m_place->write("picture.ppm", "P3 1 1 255 0 0 0\n");
     m_place->write("text.svg", svgPicture("<text y=\"20\">I</text>"));
 }
 
@@ -75,7 +76,7 @@ void TestKpgeomStart::applicationIsMadeWhereItIsNeeded_data()
     row("render box.xml --sheet -o box.pdf", true);
     row("fit path.svg wide.svg -o - --report sheet.png", true);
     row("colour red --swatches table.png", true);
-    row("blur path.svg -r 1 -o blurred.png", true);
+    row("blur picture.ppm -r 1 -o blurred.png", true);
 }
 
 void TestKpgeomStart::applicationIsMadeWhereItIsNeeded()

@@ -11,7 +11,6 @@
 #include "stackblur_p.h"
 
 #include <QFileInfo>
-#include <QImageReader>
 
 namespace {
 
@@ -123,15 +122,6 @@ QByteArray blurredFile(QString const& operand, BlurOptions const& options, Diagn
     return file;
 }
 
-/** What pictures that can be read are called. */
-QStringList pictureSuffixes()
-{
-    QStringList result;
-    for (QByteArray const& format : QImageReader::supportedImageFormats())
-        result << QString::fromLatin1(format);
-    return result;
-}
-
 Outcome blurFile(BlurOptions options, BatchJob const& job)
 {
     QString const& output = job.outputs.first();
@@ -172,9 +162,9 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     BlurOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
-    // For pixmaps, and for pictures in which there is text.
+    // For pixmaps.
     needGuiApplication();
     return runBatch(line,
-        {pictureSuffixes(), options.output, options.format.toLower(), {},
+        {readableFormats(), options.output, options.format.toLower(), {},
             [&](BatchJob const& job) { return blurFile(options, job); }, true});
 }

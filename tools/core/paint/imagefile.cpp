@@ -1,13 +1,51 @@
 #include "paint/imagefile.h"
 
+#include "document/contentkind.h"
 #include "paint/picture.h"
 
 #include <QBuffer>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
+#include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace {
+
+/** Formats of pixels, as Qt names them: those that begin with bytes of their own come first. */
+constexpr char const* rasterFormats[] = {"png", "jpeg", "jpg", "gif", "bmp", "webp", "tiff", "tif",
+    "ico", "cur", "icns", "jp2", "mng", "pbm", "pgm", "ppm", "xbm", "xpm", "wbmp", "tga"};
+
+/**
+ * The format of what the device holds; empty if that is none of pixels. Whoever leaves the choice to
+ * Qt asks every plugin that is installed, and one draws a picture with all the files that it names.
+ */
+QByteArray rasterFormat(QIODevice& device)
+{
+    auto const* const found = std::find_if(
+        std::begin(rasterFormats), std::end(rasterFormats), [&device](char const* format) {
+            // The reader before may have read on.
+            device.seek(0);
+            QImageReader reader(&device, format);
+            reader.setAutoDetectImageFormat(false);
+            return reader.canRead();
+        });
+    device.seek(0);
+    return found == std::end(rasterFormats) ? QByteArray() : QByteArray(*found);
+}
+
+/** Why the content is no picture of pixels. */
+QString formatFault(QByteArray const& content)
+{
+    QXmlStreamReader root(content);
+    root.readNextStartElement();
+    if (root.name() == QLatin1String("svg"))
+        return QStringLiteral("an SVG picture, not one of pixels");
+    QString const kind = kindOfContent(content);
+    return kind.isEmpty() ? QStringLiteral("Unsupported image format")
+                          : QStringLiteral("%1, of no format that is read").arg(kind);
+}
 
 bool hasTransparency(QString const& format)
 {
@@ -33,10 +71,14 @@ std::optional<QImage> decodedPicture(
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
+    QByteArray const format = rasterFormat(buffer);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
+    QString fault = format.isEmpty() ? formatFault(content) : QString();
     // Before it is read: a small file can claim to be a large picture.
-    QString fault = reader.size().isValid() ? sizeFault(reader.size()) : QString();
+    if (fault.isEmpty() && reader.size().isValid())
+        fault = sizeFault(reader.size());
     QImage picture;
     if (fault.isEmpty()) {
         picture = reader.read();
@@ -48,6 +90,17 @@ std::optional<QImage> decodedPicture(
     }
     return picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+}
+
+QStringList readableFormats()
+{
+    QList<QByteArray> const installed = QImageReader::supportedImageFormats();
+    QStringList result;
+    for (char const* const format : rasterFormats) {
+        if (installed.contains(format))
+            result << QString::fromLatin1(format);
+    }
+    return result;
 }
 
 bool isWritableFormat(QString const& format)
