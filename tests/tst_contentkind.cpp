@@ -48,7 +48,7 @@ void addSignatures()
     row("JPEG", bytes("\xff\xd8\xff"), "a JPEG picture");
     row("GIF", bytes("GIF8"), "a GIF picture");
     row("WebP", bytes("RIFF\x10\x20\x30\x40WEBP"), "a WebP picture");
-    row("BMP", bytes("BM"), "a BMP picture");
+    row("BMP", "BM" + QByteArray(12, 'x') + bytes("\x28\0\0\0"), "a BMP picture");
     row("TIFF, low bytes first", bytes("II*\0"), "a TIFF picture");
     row("TIFF, high bytes first", bytes("MM\0*"), "a TIFF picture");
     row("icon", bytes("\0\0\1\0"), "an icon");
@@ -104,6 +104,8 @@ void TestContentKind::takesTheClosestKind_data()
                                        << "an OpenDocument file";
     QTest::newRow("zip file of another application") << zip + "mimetypeapplication/epub+zip"
                                                      << "a zip file";
+    QTest::newRow("letters of a BMP picture")
+        << QByteArray("BMW and others, in a longer text") << "";
     QTest::newRow("wave file") << bytes("RIFF\x10\x20\x30\x40WAVE") << "";
     QTest::newRow("WEBP elsewhere") << QByteArray("<!-- my WEBP drawing --><D/>") << "";
     QTest::newRow("media type elsewhere")

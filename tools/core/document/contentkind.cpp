@@ -26,7 +26,8 @@ constexpr Signature signatures[] = {
     {"\xff\xd8\xff", 0, "", "a JPEG picture"},
     {"GIF8", 0, "", "a GIF picture"},
     {"RIFF", 8, "WEBP", "a WebP picture"},
-    {"BM", 0, "", "a BMP picture"},
+    // Behind the first byte of the header's size, which is below 256.
+    {"BM", 15, std::string_view("\0\0\0", 3), "a BMP picture"},
     {std::string_view("II*\0", 4), 0, "", "a TIFF picture"},
     {std::string_view("MM\0*", 4), 0, "", "a TIFF picture"},
     {std::string_view("\0\0\1\0", 4), 0, "", "an icon"},
