@@ -38,7 +38,9 @@ foreach(name IN ITEMS
     tst_zipmember)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomcore kpgeometry_private util)
 endforeach()
-kpgeometry_add_test(tst_messagelog UNOPTIMIZED LIBRARIES kpgeomprocess)
+foreach(name IN ITEMS tst_filenames tst_messagelog)
+  kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomprocess)
+endforeach()
 kpgeometry_add_test(tst_outputname
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
   LIBRARIES kpgeomcore)

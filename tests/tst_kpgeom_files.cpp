@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <vector>
 
 #include <sys/ioctl.h>
 #include <sys/resource.h>
@@ -145,22 +144,6 @@ void addReadingRows(std::function<void(char const* name, QStringList const& rest
     add("resize", {"resize", "--from", "1x1", "--to", "2x2", "-o", "out.xml"});
 }
 
-/** Runs the tool with arguments that need not be text. */
-Result runWithBytes(Workplace const& place, QByteArrayList const& arguments, char const* locale)
-{
-    Workplace::Start start;
-    start.setUp = [&] {
-        std::vector<char*> argv {const_cast<char*>(KPGEOM_EXECUTABLE)};
-        for (QByteArray const& argument : arguments)
-            argv.push_back(const_cast<char*>(argument.constData()));
-        argv.push_back(nullptr);
-        setenv("LC_ALL", locale, 1);
-        execv(KPGEOM_EXECUTABLE, argv.data());
-        _exit(127);
-    };
-    return place.run({}, start);
-}
-
 // A sanitizer makes runs slower and keeps what they have freed.
 constexpr int prefixStep = Testing::sanitized ? 7 : 1;
 constexpr long growthOfManyFiles = (Testing::sanitized ? 512L : 64L) * 1024;
@@ -252,12 +235,6 @@ private Q_SLOTS:
     void oddNamesAreOpened_data();
     void oddNamesAreOpened();
 
-    void namesThatAreNoTextAreRefused_data();
-    void namesThatAreNoTextAreRefused();
-    void outputNamesThatAreNoTextAreRefused_data();
-    void outputNamesThatAreNoTextAreRefused();
-    void messagesAreUtf8InEveryLocale_data();
-    void messagesAreUtf8InEveryLocale();
     void windowingOptionsAreNoOptions_data();
     void windowingOptionsAreNoOptions();
 
@@ -1264,92 +1241,6 @@ void TestKpgeomFiles::oddNamesAreOpened()
     Result const result = place.run({"info", "--", name}, start);
     COMPARE_EXIT(result, 0);
     QVERIFY2(result.out.startsWith(name.toUtf8() + ": 1 outline\n"), result.out.constData());
-}
-
-void TestKpgeomFiles::namesThatAreNoTextAreRefused_data()
-{
-    QTest::addColumn<QByteArray>("locale");
-    QTest::newRow("UTF-8") << QByteArray("C.UTF-8");
-    QTest::newRow("C") << QByteArray("C");
-}
-
-void TestKpgeomFiles::namesThatAreNoTextAreRefused()
-{
-    QFETCH(QByteArray, locale);
-    Workplace const place;
-    prepareInput(place);
-    QByteArray const name = QFile::encodeName(place.path()) + "/a\xff.xml";
-    int const file = open(name.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-    QVERIFY(file >= 0);
-    QCOMPARE(write(file, "<D/>", 4), ssize_t(4));
-    close(file);
-    // Not to be taken for the other.
-    place.write(QString("a") + QChar(0xfffd) + ".xml", boxGeometry());
-    QByteArray const line = "a\xef\xbf\xbd.xml: the name is not valid text";
-    for (QByteArrayList const& arguments :
-        {QByteArrayList {"info", "a\xff.xml"}, QByteArrayList {"check", "a\xff.xml"},
-            QByteArrayList {"render", "a\xff.xml", "-o", "out.svg"},
-            QByteArrayList {"convert", "a\xff.xml", "-o", "out.xml"},
-            QByteArrayList {
-                "resize", "a\xff.xml", "--from", "1x1", "--to", "2x2", "-o", "out.xml"}})
-        COMPARE_FAILURE(runWithBytes(place, arguments, locale), 1, line);
-    QVERIFY(!place.entries().contains("out.svg"));
-    QVERIFY(!place.entries().contains("out.xml"));
-
-    Result const others = runWithBytes(place, {"info", "in.xml", "a\xff.xml", "in.xml"}, locale);
-    COMPARE_EXIT(others, 1);
-    QCOMPARE(others.err, QByteArray(line + '\n'));
-    QCOMPARE(others.out.count("in.xml: 1 outline\n"), 2);
-    COMPARE_FAILURE(runWithBytes(place, {"in\xff"}, locale), 2,
-        "kpgeom: unknown command 'in\xef\xbf\xbd' (see kpgeom --help)");
-    QCOMPARE(unlink(name.constData()), 0); // what the folder cannot do at its end
-}
-
-void TestKpgeomFiles::outputNamesThatAreNoTextAreRefused_data()
-{
-    namesThatAreNoTextAreRefused_data();
-}
-
-void TestKpgeomFiles::outputNamesThatAreNoTextAreRefused()
-{
-    QFETCH(QByteArray, locale);
-    Workplace const place;
-    prepareInput(place);
-    QString const other = QString("a") + QChar(0xfffd) + ".svg";
-    place.write(other, "old");
-    QByteArray const line = "a\xef\xbf\xbd.svg: the name is not valid text";
-    for (QByteArrayList const& arguments :
-        {QByteArrayList {"render", "in.xml"}, QByteArrayList {"convert", "in.svg"},
-            QByteArrayList {"resize", "in.xml", "--from", "1x1", "--to", "2x2"}}) {
-        COMPARE_FAILURE(
-            runWithBytes(place, arguments + QByteArrayList {"-o", "a\xff.svg"}, locale), 1, line);
-    }
-    QCOMPARE(place.read(other), QByteArray("old"));
-    QCOMPARE(place.entries().size(), 3);
-}
-
-void TestKpgeomFiles::messagesAreUtf8InEveryLocale_data()
-{
-    namesThatAreNoTextAreRefused_data();
-}
-
-void TestKpgeomFiles::messagesAreUtf8InEveryLocale()
-{
-    QFETCH(QByteArray, locale);
-    Workplace const place;
-    place.write(QString::fromUtf8("\xc3\xa4.xml"), "<D/>");
-    COMPARE_FAILURE(runWithBytes(place, {"info", "\xc3\xb6.xml"}, locale), 1,
-        "\xc3\xb6.xml: No such file or directory");
-    Result const found = runWithBytes(place, {"info", "\xc3\xa4.xml"}, locale);
-    COMPARE_EXIT(found, 0);
-    QCOMPARE(found.out, QByteArray("\xc3\xa4.xml: 0 outlines\n"));
-    COMPARE_EXIT(
-        runWithBytes(place,
-            {"resize", "\xc3\xa4.xml", "--from", "1x1", "--to", "2x2", "-o", "\xe4\xb8\xad.xml"},
-            locale),
-        0);
-    QCOMPARE(place.entries(),
-        (QStringList {QString::fromUtf8("\xc3\xa4.xml"), QString::fromUtf8("\xe4\xb8\xad.xml")}));
 }
 
 void TestKpgeomFiles::windowingOptionsAreNoOptions_data()

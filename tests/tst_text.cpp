@@ -59,6 +59,8 @@ void TestText::replacesWhatWouldLeaveTheLine_data()
     unchanged("letters and spaces", QStringLiteral("a b \u00e4\u00a0\u4e2d"));
     unchanged("a character of two units", QStringLiteral("\U0001D538"));
     replaced("null", 0x0000);
+    replaced("half a character", 0xd800);
+    replaced("the other half", 0xdcff);
     replaced("tabulator", 0x0009);
     replaced("line feed", 0x000a);
     replaced("carriage return", 0x000d);

@@ -91,7 +91,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, BindOptions& opti
         if (!options.scale)
             return misuse(QStringLiteral("--scale takes a number greater than 0"));
     }
-    options.output = line.value(QStringLiteral("output"));
+    options.output = line.file(QStringLiteral("output"));
     int const count = line.operands().size();
     if (count == 0 || (count > 1 && !isBatch(line, options.output)))
         return misuse(QStringLiteral("exactly one file is needed"));

@@ -44,7 +44,7 @@ std::optional<DropShadow> shadowFromText(QString const& text)
 /** What is wrong with where the pictures go, or nothing. */
 std::optional<Diagnostic> readOutput(CommandLine const& line, BlurOptions& options)
 {
-    options.output = line.value(QStringLiteral("output"));
+    options.output = line.file(QStringLiteral("output"));
     bool const isMany = isBatch(line, options.output);
     int const count = line.operands().size();
     if (count == 0 || (count > 1 && !isMany))

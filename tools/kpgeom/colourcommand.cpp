@@ -70,7 +70,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ColourOptions& op
         return options.compares
             ? std::optional(misuse(QStringLiteral("--compare goes with --swatches")))
             : std::nullopt;
-    options.swatches = line.value(QStringLiteral("swatches"));
+    options.swatches = line.file(QStringLiteral("swatches"));
     auto const format = pictureFormat(QFileInfo(options.swatches).suffix());
     if (!format)
         return misuse(QStringLiteral("the picture's format is none of svg, png and pdf"));

@@ -27,6 +27,14 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     return std::nullopt;
 }
 
+QStringList CommandLine::operands() const
+{
+    QStringList result = m_parser.positionalArguments();
+    for (QString& operand : result)
+        operand = localName(operand);
+    return result;
+}
+
 QString CommandLine::helpText() const
 {
     // The parser asks it what the program is called.

@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "common/diagnostic.h"
+#include "common/localname.h"
 
 #include <QCommandLineParser>
 #include <QSizeF>
@@ -23,7 +24,10 @@ public:
     bool isSet(QString const& option) const { return m_parser.isSet(option); }
     QString value(QString const& option) const { return m_parser.value(option); }
     QStringList values(QString const& option) const { return m_parser.values(option); }
-    QStringList operands() const { return m_parser.positionalArguments(); }
+    /** The file that an option names. */
+    QString file(QString const& option) const { return localName(value(option)); }
+    /** Those of them that begin with a colon as files. */
+    QStringList operands() const;
 
     /** Tells the user how the command was misused. */
     Outcome misused(Diagnostic const& fault) const;

@@ -102,7 +102,12 @@ void report(Diagnostics const& diagnostics)
 
 bool printOut(QString const& text)
 {
-    return writeStandardOutput(text.toUtf8());
+    return printOut(text.toUtf8());
+}
+
+bool printOut(QByteArray const& bytes)
+{
+    return writeStandardOutput(bytes);
 }
 
 bool openInput(QFile& input, QString const& operand, Diagnostics& diagnostics)

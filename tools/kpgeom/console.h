@@ -73,6 +73,8 @@ void report(Diagnostic const& diagnostic);
  * reads it has gone, which is how readers say that they have enough.
  */
 bool printOut(QString const& text);
+/** Prints bytes, as the names of files are. */
+bool printOut(QByteArray const& bytes);
 
 /** Opens an operand for reading, "-" being standard input; false, with a diagnostic, if not. */
 bool openInput(QFile& input, QString const& operand, Diagnostics& diagnostics);

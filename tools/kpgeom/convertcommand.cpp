@@ -81,7 +81,7 @@ std::optional<Diagnostic> readInputs(CommandLine const& line, ConvertOptions con
         return misuse(QStringLiteral("--path takes no input file"));
     if (options.isText && count > 0)
         return misuse(QStringLiteral("--font and --text take no input file"));
-    bool const areMany = count > 1 && isBatch(line, line.value(QStringLiteral("output")));
+    bool const areMany = count > 1 && isBatch(line, line.file(QStringLiteral("output")));
     if (hasInput && count != 1 && !areMany)
         return misuse(QStringLiteral("exactly one input file is needed"));
     if (hasInput)
@@ -95,7 +95,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
 {
     if (line.isSet(QStringLiteral("adjust")))
         return misuse(QStringLiteral("--adjust goes with --presets"));
-    options.font = line.value(QStringLiteral("font"));
+    options.font = line.file(QStringLiteral("font"));
     options.text = line.value(QStringLiteral("text"));
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
     options.isText = isText;
@@ -208,14 +208,14 @@ Outcome runPresets(CommandLine const& line)
         return line.misused(*fault);
     if (!line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("--presets takes no input file beside its own")));
-    QString const folder = line.value(QStringLiteral("output"));
+    QString const folder = line.file(QStringLiteral("output"));
     if (folder.isEmpty())
         return line.misused(misuse(QStringLiteral("no output folder given (-o)")));
     Diagnostic fault;
     auto const adjustments = adjustmentsFromTexts(line.values(QStringLiteral("adjust")), fault);
     if (!adjustments)
         return line.misused(fault);
-    return convertPresets({line.value(QStringLiteral("presets")), folder, *adjustments});
+    return convertPresets({line.file(QStringLiteral("presets")), folder, *adjustments});
 }
 
 /** What pictures are called, beside SVG those of importAny(). */
@@ -302,7 +302,7 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     ConvertOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
-    QString const output = line.value(QStringLiteral("output"));
+    QString const output = line.file(QStringLiteral("output"));
     if (output.isEmpty())
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 

@@ -64,14 +64,14 @@ struct Entry
 };
 
 /** As the digest tools of the system write it: a backslash in front tells of others behind. */
-QString lineOf(Entry const& entry)
+QByteArray lineOf(Entry const& entry)
 {
     QString name = entry.file;
     name.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     name.replace(QLatin1Char('\n'), QLatin1String("\\n"));
     name.replace(QLatin1Char('\r'), QLatin1String("\\r"));
     QString const mark = name == entry.file ? QString() : QStringLiteral("\\");
-    return QStringLiteral("%1%2  %3\n").arg(mark, entry.digest, name);
+    return QFile::encodeName(QStringLiteral("%1%2  %3\n").arg(mark, entry.digest, name));
 }
 
 /** The name without the backslashes of lineOf(); nothing if they are not from there. */
@@ -174,7 +174,10 @@ bool checkList(QString const& list, Tally& tally)
     report(diagnostics);
     if (!diagnostics.isEmpty())
         return false;
-    QStringList lines = QString::fromUtf8(*content).split(QLatin1Char('\n'));
+    // Names are bytes; a mark of UTF-8 in front is none of them.
+    QByteArray const mark = QByteArrayLiteral("\xef\xbb\xbf");
+    QStringList lines = QFile::decodeName(content->mid(content->startsWith(mark) ? mark.size() : 0))
+                            .split(QLatin1Char('\n'));
     if (lines.last().isEmpty())
         lines.removeLast();
     QVector<Entry> entries;

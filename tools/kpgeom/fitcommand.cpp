@@ -32,7 +32,7 @@ std::optional<Diagnostic> readPicture(CommandLine const& line, FitCommandOptions
 {
     if (!line.isSet(QStringLiteral("report")))
         return std::nullopt;
-    options.picture = line.value(QStringLiteral("report"));
+    options.picture = line.file(QStringLiteral("report"));
     auto const format = pictureFormat(QFileInfo(options.picture).suffix());
     if (!format)
         return misuse(QStringLiteral("--report takes a file named .svg, .png or .pdf"));
@@ -48,7 +48,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
 {
     if (line.operands().size() < 2)
         return misuse(QStringLiteral("at least two drawings are needed"));
-    options.output = line.value(QStringLiteral("output"));
+    options.output = line.file(QStringLiteral("output"));
     if (options.output.isEmpty())
         return misuse(QStringLiteral("no output file given (-o)"));
     options.isStrict = line.isSet(QStringLiteral("strict"));

@@ -140,8 +140,8 @@ public:
     void write(int count)
     {
         if (m_isJson) {
-            m_device.write(
-                "    {\n        \"file\": " + jsonString(m_operand) + ",\n        \"outlines\": [");
+            m_device.write("    {\n        \"file\": " + jsonString(wellFormed(m_operand))
+                + ",\n        \"outlines\": [");
             copyAll(m_outlines.content(), m_device);
             m_device.write("\n        ]\n    }");
             return;

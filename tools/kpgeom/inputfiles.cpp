@@ -56,7 +56,9 @@ public:
         }
         m_result.folders << folder;
         for (QString const& name : namesIn(folder)) {
-            QString const path = QDir(folder).filePath(name);
+            QString const path = folder.endsWith(QLatin1Char('/'))
+                ? folder + name
+                : folder + QLatin1Char('/') + name;
             QFileInfo const entry(path);
             // Without links there are no loops.
             if (entry.isSymLink() || !isNameExact(path, m_result.diagnostics))

@@ -2,8 +2,10 @@
 #include "common/fonts.h"
 #include "console.h"
 #include "guiapplication.h"
+#include "process/filenames.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QHash>
 
 #include <clocale>
@@ -132,12 +134,13 @@ try {
     qSetGlobalQHashSeed(0);
     // Slow to make, and most commands do without.
     setFontStarter(needGuiApplication);
-    // It would do this: file names are text in the locale.
+    // An application of Qt would do this.
     std::setlocale(LC_ALL, "");
+    keepFileNamesExact();
     QCoreApplication::setApplicationName(QStringLiteral("kpgeom"));
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
+        arguments << QFile::decodeName(argv[i]);
     return static_cast<int>(run(arguments));
 } catch (std::bad_alloc const&) {
     std::fputs("kpgeom: out of memory\n", stderr);

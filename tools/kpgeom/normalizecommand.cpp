@@ -45,7 +45,7 @@ Outcome runNormalize(Command const& command, QStringList const& arguments)
     addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
-    QString const output = line.value(QStringLiteral("output"));
+    QString const output = line.file(QStringLiteral("output"));
     int const count = line.operands().size();
     if (count == 0 || (count > 1 && !isBatch(line, output)))
         return line.misused(misuse(QStringLiteral("exactly one file is needed")));

@@ -1,5 +1,4 @@
 #include "commandline.h"
-#include "common/filecontent.h"
 #include "common/text.h"
 #include "console.h"
 #include "recentlists.h"
@@ -149,7 +148,7 @@ std::optional<QString> listAll(
 {
     KpRecentFileManager& manager = lists.manager();
     if (options.asJson) {
-        return toText(QJsonObject {{QStringLiteral("file"), lists.file()},
+        return toText(QJsonObject {{QStringLiteral("file"), wellFormed(lists.file())},
             {QStringLiteral("fileFolder"), manager.m_recentFileFolder},
             {QStringLiteral("symbolFolder"), manager.m_symbolFolder},
             {QStringLiteral("libraryFolder"), manager.m_libraryFolder},
@@ -170,8 +169,8 @@ std::optional<QString> listFolders(
 {
     QVector<ShownEntry> const folders = shownFolders(lists.manager());
     if (options.asJson) {
-        return toText(QJsonObject {
-            {QStringLiteral("file"), lists.file()}, {QStringLiteral("folders"), toJson(folders)}});
+        return toText(QJsonObject {{QStringLiteral("file"), wellFormed(lists.file())},
+            {QStringLiteral("folders"), toJson(folders)}});
     }
     return toText(folders, QStringLiteral("folders"));
 }
@@ -195,8 +194,11 @@ std::optional<QString> addFiles(
     KpRecentFileManager& manager = lists.manager();
     QString text;
     for (QString const& operand : options.operands) {
-        if (!isNameExact(operand, diagnostics))
+        // The list is XML: another name would be read from it.
+        if (wellFormed(operand) != operand) {
+            diagnostics.error(operand, QStringLiteral("the name is not valid text"));
             return std::nullopt;
+        }
         QString const path = absolutePath(operand);
         manager.m_isModified = false;
         manager.addOpenFileInfo(path, KpRecentFileManager::RecAuto, QString());
@@ -385,7 +387,7 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     if (auto const fault = operandFault(*action, options.operands))
         return line.misused(*fault);
     QString const directory = line.isSet(QStringLiteral("config"))
-        ? line.value(QStringLiteral("config"))
+        ? line.file(QStringLiteral("config"))
         : QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
     if (line.isSet(QStringLiteral("config")) && !QDir(directory).exists()) {
         report({Diagnostic::Severity::Error, directory, 0, 0, QStringLiteral("is no directory")});

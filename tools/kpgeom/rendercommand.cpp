@@ -35,7 +35,7 @@ void reportLostLines(Figure const& figure, QVector<QSizeF> const& boxes, QString
 void appendFigures(OutlineDocument& document, RenderOptions const& options, QString const& operand,
     std::vector<Figure>& figures)
 {
-    Figure whole {QFileInfo(operand).completeBaseName(), {}};
+    Figure whole {wellFormed(QFileInfo(operand).completeBaseName()), {}};
     for (Outline& outline : document.outlines()) {
         if (!options.indices.isEmpty() && !options.indices.contains(outline.index))
             continue;

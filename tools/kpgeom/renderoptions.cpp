@@ -248,7 +248,7 @@ void addRenderOptions(CommandLine& line)
 
 std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptions& options)
 {
-    options.output = line.value(QStringLiteral("output"));
+    options.output = line.file(QStringLiteral("output"));
     if (options.output.isEmpty())
         return misuse(QStringLiteral("no output file given (-o)"));
     options.isEach = isBatch(line, options.output);

@@ -92,7 +92,7 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     auto const to = sizeFromText(line.value(QStringLiteral("to")));
     if (!from || !to)
         return line.misused(misuse(QStringLiteral("--from and --to take a box like 240x160")));
-    QString const output = line.value(QStringLiteral("output"));
+    QString const output = line.file(QStringLiteral("output"));
     int const count = line.operands().size();
     if (count == 0 || (count > 1 && !isBatch(line, output)))
         return line.misused(misuse(QStringLiteral("exactly one file is needed")));

@@ -44,7 +44,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, SvgOptions& optio
 {
     options.hasNames = line.isSet(QStringLiteral("names"));
     options.form.isRelative = line.isSet(QStringLiteral("relative"));
-    if (line.value(QStringLiteral("output")).isEmpty())
+    if (line.file(QStringLiteral("output")).isEmpty())
         return misuse(QStringLiteral("no output file given (-o)"));
     if (auto fault = readIndices(line.values(QStringLiteral("index")), options.indices))
         return fault;
@@ -97,7 +97,7 @@ bool writeLines(QString const& operand, SvgOptions const& options, QIODevice& de
 Outcome writeEach(CommandLine const& line, SvgOptions const& options)
 {
     return runBatch(line,
-        {documentSuffixes(), line.value(QStringLiteral("output")), QStringLiteral("txt"), {},
+        {documentSuffixes(), line.file(QStringLiteral("output")), QStringLiteral("txt"), {},
             [&](BatchJob const& job) {
                 Progress progress({job.input});
                 progress.step();
@@ -122,13 +122,13 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     SvgOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
-    if (isBatch(line, line.value(QStringLiteral("output"))))
+    if (isBatch(line, line.file(QStringLiteral("output"))))
         return writeEach(line, options);
     QStringList operands;
     if (auto const end = readOperands(line, documentSuffixes(), operands))
         return *end;
 
-    Output output(line.value(QStringLiteral("output")));
+    Output output(line.file(QStringLiteral("output")));
     if (!output.open())
         return Outcome::Failed;
     {

@@ -1,6 +1,8 @@
 #include "canvas/canvasaccessible.h"
 #include "common/filecontent.h"
+#include "common/localname.h"
 #include "paint/imagefile.h"
+#include "process/filenames.h"
 #include "unitutil.h"
 #include "window/commandtext.h"
 #include "window/mainwindow.h"
@@ -84,9 +86,9 @@ std::optional<Options> readCommandLine(int& exitCode)
             return std::nullopt;
         }
     }
-    options.picture = parser.value(picture);
+    options.picture = localName(parser.value(picture));
     for (QString const& file : parser.positionalArguments())
-        options.files << QFileInfo(file).absoluteFilePath();
+        options.files << QFileInfo(localName(file)).absoluteFilePath();
     return options;
 }
 
@@ -96,7 +98,7 @@ bool isQuestion(int argc, char** argv)
     QStringList const questions {QStringLiteral("-h"), QStringLiteral("--help"),
         QStringLiteral("-v"), QStringLiteral("--version")};
     return std::any_of(argv + 1, argv + argc, [&questions](char const* argument) {
-        return questions.contains(QString::fromLocal8Bit(argument));
+        return questions.contains(QFile::decodeName(argument));
     });
 }
 
@@ -150,6 +152,7 @@ void initUnits()
 
 int main(int argc, char** argv)
 {
+    keepFileNamesExact();
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(

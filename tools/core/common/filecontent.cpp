@@ -31,8 +31,7 @@ QString reasonOf(QFileDevice const& device)
 
 bool isNameExact(QString const& file, Diagnostics& diagnostics)
 {
-    // Where bytes were no text Qt has put this character.
-    if (!file.contains(QChar(QChar::ReplacementCharacter)))
+    if (QFile::decodeName(QFile::encodeName(file)) == file)
         return true;
     diagnostics.error(file, QStringLiteral("the name is not valid text"));
     return false;

@@ -14,7 +14,7 @@ class QFileDevice;
 class QIODevice;
 class Spool;
 
-/** False, with a diagnostic, for a name with bytes that are no text: Qt would take another file. */
+/** False, with a diagnostic, for a name that no bytes give: Qt would take another file. */
 bool isNameExact(QString const& file, Diagnostics& diagnostics);
 
 /** Why an operation before which errno was 0 has failed: Qt does not always know. */

@@ -11,9 +11,23 @@ bool leavesTheLine(QChar character)
 
 } // namespace
 
-QString printable(QString const& text)
+QString wellFormed(QString const& text)
 {
     QString result = text;
+    for (int i = 0; i < result.size(); ++i) {
+        bool const isPair = result.at(i).isHighSurrogate() && i + 1 < result.size()
+            && result.at(i + 1).isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (result.at(i).isSurrogate())
+            result[i] = QChar::ReplacementCharacter;
+    }
+    return result;
+}
+
+QString printable(QString const& text)
+{
+    QString result = wellFormed(text);
     for (QChar& character : result) {
         if (leavesTheLine(character))
             character = QChar::ReplacementCharacter;

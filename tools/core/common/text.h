@@ -4,6 +4,9 @@
 #include <QSizeF>
 #include <QString>
 
+/** The text with U+FFFD in the place of each surrogate that is no half of a pair. */
+QString wellFormed(QString const& text);
+
 /**
  * The text without control characters and line separators: it stays on one line and does nothing
  * to a terminal.

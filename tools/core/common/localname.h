@@ -1,0 +1,15 @@
+#ifndef LOCALNAME_H
+#define LOCALNAME_H
+
+#include <QString>
+
+/**
+ * The name by which Qt takes the file that somebody has named: a colon in front would make it one of
+ * the resources within the program.
+ */
+inline QString localName(QString const& name)
+{
+    return name.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + name : name;
+}
+
+#endif // LOCALNAME_H
