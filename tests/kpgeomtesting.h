@@ -8,12 +8,20 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+#include <cstddef>
 #include <functional>
+#include <memory>
+#include <vector>
 
 #include <fcntl.h>
 #include <linux/capability.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 /** What the tests of the command-line tool share: an empty folder to run it in. */
@@ -33,6 +41,29 @@ inline void obeyPermissions()
 {
     prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
     prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+}
+
+/**
+ * From here on nothing gets a name or loses one. So a device that a test has written to stays the
+ * device, whatever the tool does, even for the superuser.
+ */
+inline void keepNames()
+{
+    static constexpr unsigned int calls[] = {
+#ifdef __NR_rename // and so the others without "at"
+        __NR_rename, __NR_link, __NR_symlink, __NR_unlink,
+#endif
+        __NR_renameat, __NR_renameat2, __NR_linkat, __NR_symlinkat, __NR_unlinkat};
+    std::vector<sock_filter> rules {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+    for (unsigned int const call : calls) {
+        rules.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
+        rules.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM));
+    }
+    rules.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    sock_fprog const filter {static_cast<unsigned short>(rules.size()), rules.data()};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0
+        || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
+        _exit(127);
 }
 
 /** A process that is prepared between fork and exec by `setUp`. */
@@ -122,6 +153,8 @@ private:
                 result.insert(name, outer.value(name));
         }
         result.insert(QStringLiteral("LC_ALL"), start.locale);
+        // Where lines are counted, what is said of files for the counts is no message of the tool.
+        result.insert(QStringLiteral("GCOV_ERROR_FILE"), QStringLiteral("/dev/null"));
         for (auto it = start.variables.cbegin(); it != start.variables.cend(); ++it)
             result.insert(it.key(), it.value());
         return result;
@@ -129,6 +162,21 @@ private:
 
     QTemporaryDir m_directory;
 };
+
+/**
+ * A start in which no file grows beyond `bytes`. Where lines are counted, the counts of the run are lost
+ * with the rest: a file of counts that is cut off would spoil those of all runs.
+ */
+inline Workplace::Start limitedTo(rlim_t bytes)
+{
+    Workplace::Start start;
+    start.setUp = [bytes] {
+        rlimit const limit {bytes, bytes};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    start.variables.insert(QStringLiteral("GCOV_PREFIX"), QStringLiteral("/dev/null"));
+    return start;
+}
 
 /** What a program prints on a pseudo terminal that stands for one of its streams. */
 class Terminal
@@ -152,6 +200,9 @@ public:
     {
         return [terminal = m_terminal, stream] { dup2(terminal, stream); };
     }
+
+    /** The name of the terminal as a device, which nothing can replace. */
+    QString name() const { return QString::fromLatin1(ttyname(m_terminal)); }
 
     /** What has been shown so far. */
     QByteArray text() const

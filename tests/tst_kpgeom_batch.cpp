@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -659,11 +658,7 @@ void TestKpgeomBatch::failedWriteIsToldOfTheOutput()
 {
     Workplace const place;
     place.write("in.xml", "<D>" + boxGeometry().repeated(500) + "</D>");
-    Workplace::Start start;
-    start.setUp = [] {
-        rlimit const room {20000, 20000};
-        setrlimit(RLIMIT_FSIZE, &room);
-    };
+    Workplace::Start const start = limitedTo(20000);
     for (QStringList const& command :
         {QStringList {"normalize"}, QStringList {"resize", "--from", "100x60", "--to", "10x6"}}) {
         Result const result = place.run(command + QStringList {"in.xml", "-o", "out.xml"}, start);
@@ -682,11 +677,7 @@ void TestKpgeomBatch::fullDiskLeavesWholeFiles()
             "</svg>", QByteArray("<path d=\"M0 0H9V9Z\"/>").repeated(200) + "</svg>"));
     COMPARE_EXIT(place.run({"convert", "-R", "in", "-o", "all/"}), 0);
     rlim_t const limit = rlim_t(place.read("all/005.xml").size()) - 1;
-    Workplace::Start start;
-    start.setUp = [limit] {
-        rlimit const room {limit, limit};
-        setrlimit(RLIMIT_FSIZE, &room);
-    };
+    Workplace::Start const start = limitedTo(limit);
     Result const result = place.run({"convert", "-R", "in", "-o", "out/", "-j", "4"}, start);
     COMPARE_EXIT(result, 1);
     QCOMPARE(result.err, QByteArray("out/005.xml: File too large\n"));

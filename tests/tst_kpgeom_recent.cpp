@@ -4,9 +4,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace KpgeomTesting;
@@ -492,12 +489,10 @@ void TestKpgeomRecent::fileThatIsLeftBrokenIsTold()
 {
     RecentWorkplace const place;
     QVERIFY(chmod(QFile::encodeName(place.path("cfg")).constData(), 0555) == 0);
-    Workplace::Start start;
-    start.setUp = [] {
+    Workplace::Start start = limitedTo(100);
+    start.setUp = [limit = start.setUp] {
         obeyPermissions();
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit const room {100, 100};
-        setrlimit(RLIMIT_FSIZE, &room);
+        limit();
     };
     COMPARE_FAILURE(place.run({"recent", "--config", "cfg", "add", "/e.x"}, start), 1,
         "cfg/RecentFiles.xml: cannot be written");
