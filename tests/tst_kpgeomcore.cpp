@@ -59,8 +59,13 @@ QString demangled(QString const& symbol)
     return text ? QString::fromLatin1(text.get()) : QString::fromLatin1(name);
 }
 
-/** What the file takes from elsewhere, by its full name in C++. */
-QStringList importedSymbols(QStringList const& options, QString const& file)
+/**
+ * What the file takes from elsewhere, by its full name in C++.
+ *
+ * @param leftOut a member of an archive that is not looked into; none if empty
+ */
+QStringList importedSymbols(
+    QStringList const& options, QString const& file, QString const& leftOut = QString())
 {
     QProcess nm;
     nm.start(KPGEOMETRY_NM, QStringList {"-u"} + options + QStringList {file});
@@ -68,8 +73,11 @@ QStringList importedSymbols(QStringList const& options, QString const& file)
         return {};
     QStringList symbols;
     QString const mark = QStringLiteral(" U ");
+    bool isLeftOut = false;
     for (QString const& line : QString::fromUtf8(nm.readAllStandardOutput()).split('\n')) {
-        if (line.contains(mark))
+        if (line.endsWith(".o:"))
+            isLeftOut = line == leftOut + ':';
+        if (line.contains(mark) && !isLeftOut)
             symbols << demangled(line.section(mark, 1));
     }
     symbols.removeDuplicates();
@@ -106,8 +114,11 @@ void TestKpgeomCore::leavesTheProcessAlone()
     QStringList const symbols = importedSymbols({}, KPGEOM_CORE_LIBRARY);
     // What it certainly uses: the list is that of this library, and by full names.
     QVERIFY(symbols.contains("QSvgRenderer::load(QByteArray const&)"));
-    QVERIFY(symbols.contains(openByName));
-    QCOMPARE(reservedOf(symbols), QStringList());
+    QVERIFY(symbols.contains("QFileDevice::flush()"));
+    // What opens files has descriptors, but only those that it has opened itself.
+    QStringList const ofOpening {"QFile::open", "close", "fcntl", "pipe2"};
+    QCOMPARE(reservedOf(symbols).replaceInStrings("fcntl64", "fcntl"), ofOpening);
+    QCOMPARE(reservedOf(importedSymbols({}, KPGEOM_CORE_LIBRARY, "opening.cpp.o")), QStringList());
 }
 
 /** The tool does what the library must not, so the same look at it finds that. */

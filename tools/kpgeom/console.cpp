@@ -1,6 +1,7 @@
 #include "console.h"
 
 #include "common/filecontent.h"
+#include "common/opening.h"
 #include "common/spool.h"
 #include "common/text.h"
 #include "filereplacement_p.h"
@@ -11,6 +12,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -37,7 +39,7 @@ bool writeStandardOutput(QByteArray const& content)
 /** By its device, too: a file that standard output goes to may hold more. */
 bool isStandardOutput(QString const& operand)
 {
-    return operand == standardStream || operand == QLatin1String("/dev/stdout");
+    return operand == standardStream || Opening::ownDescriptor(operand) == STDOUT_FILENO;
 }
 
 QString lineOf(Diagnostic const& diagnostic)

@@ -1,6 +1,7 @@
 #include "common/filecontent.h"
 
 #include "boundedxml_p.h"
+#include "common/opening.h"
 #include "common/spool.h"
 #include "common/unfinishedfile.h"
 #include "filereplacement_p.h"
@@ -22,6 +23,15 @@ bool isNamed(QFileDevice const& file)
     return fstat(file.handle(), &status) != 0 || status.st_nlink > 0;
 }
 
+/** Whether links lead from one to another and to no end: a file would take the place of the first. */
+bool hasEndlessLinks(QString const& file)
+{
+    struct stat status
+    {
+    };
+    return stat(QFile::encodeName(file).constData(), &status) != 0 && errno == ELOOP;
+}
+
 } // namespace
 
 QString reasonOf(QFileDevice const& device)
@@ -41,10 +51,10 @@ bool openFile(QFile& device, QString const& file, Diagnostics& diagnostics)
 {
     if (!isNameExact(file, diagnostics))
         return false;
-    device.setFileName(file);
-    if (device.open(QIODevice::ReadOnly))
+    QString fault;
+    if (Opening::forReading(device, file, fault))
         return true;
-    diagnostics.error(file, device.errorString());
+    diagnostics.error(file, fault);
     return false;
 }
 
@@ -152,8 +162,12 @@ std::unique_ptr<OutputFile> OutputFile::open(QString const& file, Diagnostics& d
         diagnostics.error(file, QStringLiteral("is a directory"));
         return nullptr;
     }
+    if (hasEndlessLinks(file)) {
+        diagnostics.error(file, qt_error_string(ELOOP));
+        return nullptr;
+    }
     std::unique_ptr<OutputFile> output(new OutputFile(file));
-    if (FileReplacement::isDeviceOrPipe(target)) {
+    if (FileReplacement::isDeviceOrPipe(target) || Opening::ownDescriptor(file)) {
         output->m_waiting = std::make_unique<Spool>();
         return output;
     }
@@ -178,12 +192,11 @@ bool OutputFile::commit(Diagnostics& diagnostics)
         m_replacement->commit();
         fault = m_replacement->fault();
     } else {
-        QFile target(m_file);
+        QFile target;
         QIODevice& content = m_waiting->content();
         if (m_waiting->hasFailed())
             fault = m_waiting->errorString();
-        else if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-            || !copyAll(content, target))
+        else if (Opening::forWriting(target, m_file, fault) && !copyAll(content, target))
             fault = target.errorString();
     }
     if (!fault.isEmpty())

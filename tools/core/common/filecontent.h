@@ -20,7 +20,7 @@ bool isNameExact(QString const& file, Diagnostics& diagnostics);
 /** Why an operation before which errno was 0 has failed: Qt does not always know. */
 QString reasonOf(QFileDevice const& device);
 
-/** Opens the file for reading; false, with a diagnostic, if it cannot be. */
+/** Opens the file for reading, as Opening::forReading(); false, with a diagnostic, if it cannot be. */
 bool openFile(QFile& device, QString const& file, Diagnostics& diagnostics);
 
 /**
@@ -45,8 +45,8 @@ public:
     /**
      * Opens the file. Nothing, with a diagnostic, if that fails.
      *
-     * @param file for a device or a pipe, which cannot be replaced, what is written waits for
-     * commit()
+     * @param file for a device, a pipe or a descriptor of this process, which cannot be replaced, what
+     * is written waits for commit()
      */
     static std::unique_ptr<OutputFile> open(QString const& file, Diagnostics& diagnostics);
     /** Unless it was committed, what was there before stays. */
