@@ -21,6 +21,7 @@ foreach(name IN ITEMS
     tst_outlinereader
     tst_outlinerecord
     tst_overlaysheet
+    tst_ownership
     tst_pathdata
     tst_pathdataparser
     tst_pathimport

@@ -2,6 +2,7 @@
 
 #include "boundedxml_p.h"
 #include "common/opening.h"
+#include "common/ownership.h"
 #include "common/spool.h"
 #include "common/unfinishedfile.h"
 #include "filereplacement_p.h"
@@ -98,10 +99,12 @@ public:
     {
         m_unfinished.emplace();
         errno = 0;
-        if (FileReplacement::open(m_file))
+        if (FileReplacement::open(m_file)) {
+            takeOverOwnership(m_file.handle(), QFile::encodeName(file));
             open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-        else
+        } else {
             m_fault = reasonOf(m_file);
+        }
         if (!m_file.isOpen() || !isNamed(m_file))
             m_unfinished.reset();
     }
