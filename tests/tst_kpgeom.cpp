@@ -111,10 +111,14 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("render a.xml -o a.svg --index 1.5", "--index takes a number from 1, not '1.5'");
     rowOf("render a.xml -o a.svg --index 99999999999",
         "--index takes a number from 1, not '99999999999'");
-    rowOf("render a.xml -o a.svg --scale 0", "--scale takes a number greater than 0");
-    rowOf("render a.xml -o a.svg --scale nan", "--scale takes a number greater than 0");
-    rowOf("render a.xml -o a.svg --scale inf", "--scale takes a number greater than 0");
-    rowOf("render a.xml -o a.svg --scale 2,5", "--scale takes a number greater than 0");
+    rowOf("render a.xml -o a.svg --scale 0",
+        "--scale takes a number greater than 0 and at most 1000000");
+    rowOf("render a.xml -o a.svg --scale nan",
+        "--scale takes a number greater than 0 and at most 1000000");
+    rowOf("render a.xml -o a.svg --scale inf",
+        "--scale takes a number greater than 0 and at most 1000000");
+    rowOf("render a.xml -o a.svg --scale 2,5",
+        "--scale takes a number greater than 0 and at most 1000000");
     rowOf("render a.xml -o a.svg --scale 2 --sheet",
         "--scale does not go with --sheet: figures fill their cells");
     rowOf(
@@ -148,19 +152,20 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("convert --font a.ttf --text '' -o c.xml", "--font and --text go together");
     rowOf("convert a.svg --font a.ttf --text abc -o c.xml", "--font and --text take no input file");
     rowOf("convert a.svg --scale 0 -o c.xml",
-        "--scale takes a number greater than 0, and an SVG file");
+        "--scale takes a number greater than 0 and at most 1000000, and an SVG file");
     rowOf("convert --font a.ttf --text abc --scale 1 -o c.xml",
-        "--scale takes a number greater than 0, and an SVG file");
+        "--scale takes a number greater than 0 and at most 1000000, and an SVG file");
     rowOf("convert --font a.ttf --text abc --em -5 -o c.xml",
-        "--em takes a number greater than 0, and a font");
-    rowOf("convert a.svg --em 5 -o c.xml", "--em takes a number greater than 0, and a font");
+        "--em takes a number greater than 0 and at most 1000000, and a font");
+    rowOf("convert a.svg --em 5 -o c.xml",
+        "--em takes a number greater than 0 and at most 1000000, and a font");
     rowOf("convert --path M0 --font a.ttf --text abc -o c.xml",
         "--path does not go with --font and --text");
     rowOf("convert a.svg --path M0 -o c.xml", "--path takes no input file");
     rowOf("convert a.svg --size 10x10 -o c.xml", "--size goes with --path");
     rowOf("convert --path M0 --size 10 -o c.xml", "--size takes a box like 240x160, not '10'");
     rowOf("convert --path M0 --scale 0 -o c.xml",
-        "--scale takes a number greater than 0, and an SVG file");
+        "--scale takes a number greater than 0 and at most 1000000, and an SVG file");
     rowOf("convert --path M0", "no output file given (-o)");
     rowOf("convert a.svg --form sax -o c.xml", "--form takes dom or stream, not 'sax'");
 }

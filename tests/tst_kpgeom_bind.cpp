@@ -319,7 +319,8 @@ void TestKpgeomBind::wrongUsageIsTold_data()
         "the left and right margins, 120 and 81, do not fit into a width of 200");
     row("a.svg -o b.xml --slices 0,90,0,20 --scale 2",
         "the upper and lower margins, 180 and 40, do not fit into a height of 200");
-    row("a.xml -o b.xml --slices 1,1,1,1 --scale 0", "--scale takes a number greater than 0");
+    row("a.xml -o b.xml --slices 1,1,1,1 --scale 0",
+        "--scale takes a number greater than 0 and at most 1000000");
     row("a.xml -o b.xml --slices 1,1,1,1 --scale 2", "--scale goes with an SVG picture");
     row("a.svg -o b.xml --slices 1,1,1,1 --size 10x10",
         "--size goes with a document of outlines: a picture has its own");

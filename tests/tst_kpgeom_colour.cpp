@@ -166,6 +166,11 @@ void TestKpgeomColour::wrongUsageIsTold_data()
         << QStringList {"red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'");
     QTest::newRow("value that is no number")
         << QStringList {"red", "tint=half"} << QByteArray("'tint=half' does not end in a number");
+    for (char const* const value : {"nan", "inf", "-inf", "1e999"}) {
+        QTest::addRow("value of %s", value)
+            << QStringList {"red", QString("tint=") + value}
+            << QByteArray("'tint=") + value + "' does not end in a number";
+    }
     QTest::newRow("no value") << QStringList {"red", "tint="}
                               << QByteArray("'tint=' does not end in a number");
     QTest::newRow("comparison without swatches")

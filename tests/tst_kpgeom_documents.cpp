@@ -1229,12 +1229,15 @@ void TestKpgeomDocuments::wrongUsageOfConvertIsTold_data()
         "out.xml"} << QByteArray("--font and --text take no input file");
     QTest::newRow("unknown form") << QStringList {"in.svg", "--form", "json", "-o", "out.xml"}
                                   << QByteArray("--form takes dom or stream, not 'json'");
-    QTest::newRow("scale of nothing") << QStringList {"in.svg", "--scale", "0", "-o",
-        "out.xml"} << QByteArray("--scale takes a number greater than 0, and an SVG file");
-    QTest::newRow("scale of text") << QStringList {"--font", sans, "--text", "a", "--scale", "2",
-        "-o", "out.xml"} << QByteArray("--scale takes a number greater than 0, and an SVG file");
-    QTest::newRow("em of a picture") << QStringList {"in.svg", "--em", "9", "-o",
-        "out.xml"} << QByteArray("--em takes a number greater than 0, and a font");
+    QTest::newRow("scale of nothing")
+        << QStringList {"in.svg", "--scale", "0", "-o", "out.xml"}
+        << QByteArray("--scale takes a number greater than 0 and at most 1000000, and an SVG file");
+    QTest::newRow("scale of text")
+        << QStringList {"--font", sans, "--text", "a", "--scale", "2", "-o", "out.xml"}
+        << QByteArray("--scale takes a number greater than 0 and at most 1000000, and an SVG file");
+    QTest::newRow("em of a picture")
+        << QStringList {"in.svg", "--em", "9", "-o", "out.xml"}
+        << QByteArray("--em takes a number greater than 0 and at most 1000000, and a font");
 }
 
 void TestKpgeomDocuments::wrongUsageOfConvertIsTold()

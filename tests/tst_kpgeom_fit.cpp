@@ -467,7 +467,7 @@ void TestKpgeomFit::reportsMisuse_data()
         << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--tolerance", "nan"})
         << QByteArray("--tolerance takes a number from 0 to 100000");
     QTest::newRow("a scale of 0") << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--scale",
-        "0"}) << QByteArray("--scale takes a number greater than 0");
+        "0"}) << QByteArray("--scale takes a number greater than 0 and at most 1000000");
     QTest::newRow("a report of no known format")
         << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--report", "report.txt"})
         << QByteArray("--report takes a file named .svg, .png or .pdf");

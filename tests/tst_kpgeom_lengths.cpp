@@ -150,8 +150,17 @@ void TestKpgeomLengths::wrongUsageOfUnitsIsTold_data()
         << QStringList {"5", "mm", "parsec"} << QByteArray("there is no unit 'parsec'");
     QTest::newRow("name of an outline's element")
         << QStringList {"5", "MoveTo"} << QByteArray("there is no unit 'MoveTo'");
-    QTest::newRow("no dots an inch")
-        << QStringList {"--dpi", "0", "5", "in"} << QByteArray("--dpi takes a number from 1");
+    QTest::newRow("not a number") << QStringList {"nan", "mm"} << QByteArray("'nan' is no number");
+    QTest::newRow("a result beyond a number") << QStringList {
+        "1e308", "km", "px"} << QByteArray("1e+308 km is too large to be told in px");
+    QTest::newRow("one of the results")
+        << QStringList {"-1e308", "km"} << QByteArray("-1e+308 km is too large to be told in px");
+    QTest::newRow("dots without an end") << QStringList {"--dpi", "inf", "5", "in"}
+                                         << QByteArray("--dpi takes a number from 1 to 1000000");
+    QTest::newRow("too many dots an inch") << QStringList {"--dpi", "1000001", "5", "in"}
+                                           << QByteArray("--dpi takes a number from 1 to 1000000");
+    QTest::newRow("no dots an inch") << QStringList {"--dpi", "0", "5", "in"}
+                                     << QByteArray("--dpi takes a number from 1 to 1000000");
 }
 
 void TestKpgeomLengths::wrongUsageOfUnitsIsTold()

@@ -622,15 +622,15 @@ void TestKpgeomRender::wrongUsageIsTold_data()
     };
     for (QString const& value : {QString("0"), QString("-5"), QString("nan"), QString("inf"),
              QString("wide"), QString("1e7"), QString()}) {
-        row("--width=" + value, "--width takes a number greater than 0");
-        row("--height=" + value, "--height takes a number greater than 0");
+        row("--width=" + value, "--width takes a number greater than 0 and at most 1000000");
+        row("--height=" + value, "--height takes a number greater than 0 and at most 1000000");
     }
     for (QString const& value : {QString("-1"), QString("-1e-9"), QString("nan"), QString("inf"),
              QString("10px"), QString("1e7"), QString()})
-        row("--margin=" + value, "--margin takes a number from 0");
+        row("--margin=" + value, "--margin takes a number from 0 to 1000000");
     for (QString const& value :
         {QString("0"), QString("0.5"), QString("-96"), QString("nan"), QString("high"), QString()})
-        row("--dpi=" + value, "--dpi takes a number from 1");
+        row("--dpi=" + value, "--dpi takes a number from 1 to 1000000");
     row("--width 100 --sheet", "--width, --height and --margin do not go with --sheet");
     row("--height 100 --sheet", "--width, --height and --margin do not go with --sheet");
     row("--margin 0 --sheet", "--width, --height and --margin do not go with --sheet");

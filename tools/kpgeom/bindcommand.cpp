@@ -36,11 +36,10 @@ std::optional<Slices> slicesFromText(QString const& text)
     if (parts.size() != 4)
         return std::nullopt;
     for (int i = 0; i < parts.size(); ++i) {
-        bool isNumber = false;
-        *margins[i] = parts.at(i).toDouble(&isNumber);
-        // Written so that NaN fails.
-        if (!isNumber || !(*margins[i] >= 0.0 && *margins[i] <= 1e6))
+        auto const margin = numberFromText(parts.at(i), 0.0, greatestFactor);
+        if (!margin)
             return std::nullopt;
+        *margins[i] = *margin;
     }
     return slices;
 }
@@ -89,7 +88,8 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, BindOptions& opti
     if (line.isSet(QStringLiteral("scale"))) {
         options.scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!options.scale)
-            return misuse(QStringLiteral("--scale takes a number greater than 0"));
+            return misuse(
+                QStringLiteral("--scale takes a number greater than 0 and at most 1000000"));
     }
     options.output = line.file(QStringLiteral("output"));
     int const count = line.operands().size();

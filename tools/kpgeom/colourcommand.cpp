@@ -41,11 +41,10 @@ std::optional<Diagnostic> appendStep(QString const& text, std::vector<Step>& ste
     ColorUtil::ColorFunc const function = ColorUtil::getColorFunc(name);
     if (!function)
         return misuse(QStringLiteral("there is no transform '%1'").arg(name));
-    bool isNumber = false;
-    double const value = text.section(QLatin1Char('='), 1).toDouble(&isNumber);
-    if (!isNumber)
+    auto const value = numberFromText(text.section(QLatin1Char('='), 1));
+    if (!value)
         return misuse(QStringLiteral("'%1' does not end in a number").arg(text));
-    steps.push_back({text, name, function, value});
+    steps.push_back({text, name, function, *value});
     return std::nullopt;
 }
 

@@ -3,6 +3,8 @@
 #include "console.h"
 #include "guiapplication.h"
 
+#include <cmath>
+
 CommandLine::CommandLine(Command const& command)
     : m_command(command)
 {
@@ -61,14 +63,23 @@ Diagnostic misuse(QString const& what)
     return {Diagnostic::Severity::Error, QString(), 0, 0, what};
 }
 
-std::optional<double> factorFromText(QString const& text)
+std::optional<double> numberFromText(QString const& text)
 {
     bool isNumber = false;
-    double const factor = text.toDouble(&isNumber);
-    // Written so that NaN fails.
-    if (isNumber && factor > 0.0 && factor <= 1e6)
-        return factor;
-    return std::nullopt;
+    double const number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<double> numberFromText(QString const& text, double least, double greatest)
+{
+    auto const number = numberFromText(text);
+    return number && *number >= least && *number <= greatest ? number : std::nullopt;
+}
+
+std::optional<double> factorFromText(QString const& text)
+{
+    auto const factor = numberFromText(text, 0.0, greatestFactor);
+    return factor && *factor > 0.0 ? factor : std::nullopt;
 }
 
 std::optional<QSizeF> sizeFromText(QString const& text)

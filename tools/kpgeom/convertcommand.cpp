@@ -108,13 +108,15 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale || isText)
-            return misuse(QStringLiteral("--scale takes a number greater than 0, and an SVG file"));
+            return misuse(QStringLiteral(
+                "--scale takes a number greater than 0 and at most 1000000, and an SVG file"));
         options.scale = *scale;
     }
     if (line.isSet(QStringLiteral("em"))) {
         auto const emSize = factorFromText(line.value(QStringLiteral("em")));
         if (!emSize || !isText)
-            return misuse(QStringLiteral("--em takes a number greater than 0, and a font"));
+            return misuse(QStringLiteral(
+                "--em takes a number greater than 0 and at most 1000000, and a font"));
         options.emSize = *emSize;
     }
     QString const form = line.value(QStringLiteral("form"));

@@ -81,11 +81,7 @@ Outcome compare(QStringList const& operands, DiffOptions const& options)
 /** Nothing for what is no number of units from 0. */
 std::optional<double> toleranceFromText(QString const& text)
 {
-    bool isNumber = false;
-    double const tolerance = text.toDouble(&isNumber);
-    if (isNumber && tolerance >= 0.0 && std::isfinite(tolerance))
-        return tolerance;
-    return std::nullopt;
+    return numberFromText(text, 0.0, std::numeric_limits<double>::max());
 }
 
 } // namespace

@@ -61,16 +61,15 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
     if (line.isSet(QStringLiteral("scale"))) {
         auto const scale = factorFromText(line.value(QStringLiteral("scale")));
         if (!scale)
-            return misuse(QStringLiteral("--scale takes a number greater than 0"));
+            return misuse(
+                QStringLiteral("--scale takes a number greater than 0 and at most 1000000"));
         options.scale = *scale;
     }
     if (line.isSet(QStringLiteral("tolerance"))) {
-        bool isNumber = false;
-        double const tolerance = line.value(QStringLiteral("tolerance")).toDouble(&isNumber);
-        // Written so that NaN fails.
-        if (!isNumber || !(tolerance >= 0.0 && tolerance <= greatestTolerance))
+        options.tolerance =
+            numberFromText(line.value(QStringLiteral("tolerance")), 0.0, greatestTolerance);
+        if (!options.tolerance)
             return misuse(QStringLiteral("--tolerance takes a number from 0 to 100000"));
-        options.tolerance = tolerance;
     }
     return std::nullopt;
 }

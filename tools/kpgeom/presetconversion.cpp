@@ -10,8 +10,6 @@
 #include <QDir>
 #include <QSet>
 
-#include <cmath>
-
 namespace {
 
 /** Learns shapes one after the other, and sums up how exact they are. */
@@ -108,13 +106,12 @@ std::optional<GuideAdjustments> adjustmentsFromTexts(QStringList const& texts, D
     GuideAdjustments result;
     for (QString const& text : texts) {
         int const separator = text.indexOf(QLatin1Char('='));
-        bool isNumber = false;
-        double const value = text.mid(separator + 1).toDouble(&isNumber);
-        if (separator < 1 || !isNumber || !std::isfinite(value)) {
+        auto const value = numberFromText(text.mid(separator + 1));
+        if (separator < 1 || !value) {
             fault = misuse(QStringLiteral("--adjust takes NAME=VALUE, not '%1'").arg(text));
             return std::nullopt;
         }
-        result.insert(text.left(separator), value);
+        result.insert(text.left(separator), *value);
     }
     return result;
 }

@@ -35,18 +35,18 @@ std::optional<Diagnostic> readMeasures(
         *measure.target = factorFromText(line.value(name));
         if (!*measure.target || **measure.target < measure.least) {
             return misuse(measure.least > 0.0
-                    ? QStringLiteral("--%1 takes a number from %2").arg(name).arg(measure.least)
-                    : QStringLiteral("--%1 takes a number greater than 0").arg(name));
+                    ? QStringLiteral("--%1 takes a number from %2 to 1000000")
+                          .arg(name)
+                          .arg(measure.least)
+                    : QStringLiteral("--%1 takes a number greater than 0 and at most 1000000")
+                          .arg(name));
         }
     }
     if (!line.isSet(QStringLiteral("margin")))
         return std::nullopt;
-    bool isNumber = false;
-    double const margin = line.value(QStringLiteral("margin")).toDouble(&isNumber);
-    // Written so that NaN fails.
-    if (!isNumber || !(margin >= 0.0 && margin <= 1e6))
-        return misuse(QStringLiteral("--margin takes a number from 0"));
-    layout.margin = margin;
+    layout.margin = numberFromText(line.value(QStringLiteral("margin")), 0.0, greatestFactor);
+    if (!layout.margin)
+        return misuse(QStringLiteral("--margin takes a number from 0 to 1000000"));
     return std::nullopt;
 }
 

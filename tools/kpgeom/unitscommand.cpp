@@ -55,10 +55,10 @@ std::optional<Diagnostic> readOperands(QStringList const& operands, UnitsOptions
 {
     if (operands.size() < 2 || operands.size() > 3)
         return misuse(QStringLiteral("a number, its unit and perhaps another unit are needed"));
-    bool isNumber = false;
-    options.length.value = operands.at(0).toDouble(&isNumber);
-    if (!isNumber || !std::isfinite(options.length.value))
+    auto const value = numberFromText(operands.at(0));
+    if (!value)
         return misuse(QStringLiteral("'%1' is no number").arg(operands.at(0)));
+    options.length.value = *value;
     auto const unit = unitFromText(operands.at(1));
     if (!unit)
         return misuse(QStringLiteral("there is no unit '%1'").arg(operands.at(1)));
@@ -78,6 +78,19 @@ QVector<unsigned int> targets(UnitsOptions const& options)
     QVector<unsigned int> all(static_cast<int>(unitCount));
     std::iota(all.begin(), all.end(), 0U);
     return all;
+}
+
+/** What is wrong with what the length is in the units, or nothing. */
+std::optional<Diagnostic> lengthFault(UnitsOptions const& options)
+{
+    for (unsigned int const unit : targets(options)) {
+        if (!std::isfinite(options.length.in(unit))) {
+            return misuse(
+                QStringLiteral("%1 is too large to be told in %2")
+                    .arg(options.length.text(options.length.unit), UnitUtil::unitStr(unit)));
+        }
+    }
+    return std::nullopt;
 }
 
 QString toJson(UnitsOptions const& options)
@@ -133,12 +146,14 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
         return line.misused(*fault);
     double dpi = 96.0;
     if (line.isSet(QStringLiteral("dpi"))) {
-        auto const given = factorFromText(line.value(QStringLiteral("dpi")));
-        if (!given || *given < 1.0)
-            return line.misused(misuse(QStringLiteral("--dpi takes a number from 1")));
+        auto const given = numberFromText(line.value(QStringLiteral("dpi")), 1.0, greatestFactor);
+        if (!given)
+            return line.misused(misuse(QStringLiteral("--dpi takes a number from 1 to 1000000")));
         dpi = *given;
     }
     UnitUtil::initScreen(dpi, 1.0, QSize(0, 0));
+    if (auto const fault = lengthFault(options))
+        return line.misused(*fault);
     QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }
