@@ -294,11 +294,16 @@ void TestOutlineImport::importsCompressedPictures()
     QByteArray const plain = testFile("shapes.svg");
     Imported const expected = importedSvg(plain, 10.0);
     QVERIFY(expected.outlines().size() > 3);
-    // What follows the end of the compressed text is not read.
-    for (QByteArray const& file : {compressed(plain), compressed(plain) + "more"}) {
-        QVERIFY(file.size() < plain.size());
+    QByteArray const halves = compressed(plain.left(500)) + compressed(plain.mid(500));
+    QByteArray const many = compressed("") + compressed(plain) + compressed("");
+    QString const ignored =
+        QStringLiteral("what follows the compressed picture is no part of it: ignored");
+    for (QByteArray const& file : {compressed(plain), compressed(plain) + QByteArray(512, '\0'),
+             compressed(plain) + "more", halves, halves + "\x1f", many}) {
         Imported const picture = importedSvg(file, 10.0);
         QCOMPARE(picture.error, QString());
+        bool const hasMore = file.endsWith("more") || file.endsWith('\x1f');
+        QCOMPARE(picture.warnings.mid(0, 1) == QStringList(ignored), hasMore);
         QCOMPARE(picture.picture().size, expected.picture().size);
         QCOMPARE(picture.names(), expected.names());
         QCOMPARE(picture.outlines().size(), expected.outlines().size());
@@ -1029,6 +1034,11 @@ void TestOutlineImport::rejectsWithOneLine_data()
     row("malformed compressed picture", compressed("<svg>\n</D>"),
         "2:5: Opening and ending tag mismatch.");
     row("compressed spaces beyond what is read", compressed(QByteArray(1 << 20, ' '), 257),
+        "the compressed picture is damaged or too large");
+    row("compressed spaces of several members beyond what is read",
+        compressed(QByteArray(1 << 20, ' '), 200) + compressed(QByteArray(1 << 20, ' '), 57),
+        "the compressed picture is damaged or too large");
+    row("half of a second member", compressed("<svg/>") + compressed("<svg/>").left(12),
         "the compressed picture is damaged or too large");
     row("another document", "<html><body/></html>", "not an SVG picture");
     row("no size and nothing in it", "<svg xmlns='http://www.w3.org/2000/svg'/>",

@@ -81,9 +81,10 @@ std::optional<ReadDrawing> readDrawing(QByteArray const& content, DrawingSource 
     auto drawing = drawingOf(content, source, takeMessages, diagnostics);
     if (!drawing)
         return std::nullopt;
-    auto const unpacked =
-        isGzip(content) ? gunzip(content, BoundedXml::Limits().bytes) : std::make_optional(content);
-    return ReadDrawing {std::move(*drawing), lastPlaceOf(unpacked.value_or(QByteArray()))};
+    auto const unpacked = isGzip(content) ? gunzip(content, BoundedXml::Limits().bytes)
+                                          : std::make_optional(Gunzipped {content, false});
+    return ReadDrawing {
+        std::move(*drawing), lastPlaceOf(unpacked ? unpacked->content : QByteArray())};
 }
 
 double toleranceFor(QVector<double> const& lastPlaces, double longestSide)

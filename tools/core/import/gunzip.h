@@ -8,10 +8,17 @@
 /** Whether the bytes begin as a gzip file does (RFC 1952). */
 bool isGzip(QByteArray const& bytes);
 
+/** What a gzip file holds. */
+struct Gunzipped
+{
+    QByteArray content; ///< of all its members, one behind the other
+    bool
+        hasMore; ///< whether something follows them that is no member, and no filling of null bytes
+};
+
 /**
- * What the gzip file holds; what follows its first member is ignored. Nothing if it is damaged,
- * incomplete or unpacks to more than `mostBytes`.
+ * What the gzip file holds. Nothing if it is damaged, incomplete or unpacks to more than `mostBytes`.
  */
-std::optional<QByteArray> gunzip(QByteArray const& bytes, qint64 mostBytes);
+std::optional<Gunzipped> gunzip(QByteArray const& bytes, qint64 mostBytes);
 
 #endif // GUNZIP_H

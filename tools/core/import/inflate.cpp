@@ -7,7 +7,7 @@
 #define ZLIB_CONST
 #include <zlib.h>
 
-std::optional<QByteArray> inflated(QByteArray const& bytes, Wrapping wrapping, qint64 mostBytes)
+std::optional<Inflated> inflated(QByteArray const& bytes, Wrapping wrapping, qint64 mostBytes)
 {
     z_stream stream {};
     stream.next_in = reinterpret_cast<Bytef const*>(bytes.constData());
@@ -30,6 +30,6 @@ std::optional<QByteArray> inflated(QByteArray const& bytes, Wrapping wrapping, q
             return std::nullopt;
         result.append(chunk.data(), size);
         if (outcome == Z_STREAM_END)
-            return result;
+            return Inflated {result, static_cast<int>(stream.total_in)};
     }
 }

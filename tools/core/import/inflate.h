@@ -11,10 +11,17 @@ enum class Wrapping {
     Gzip ///< head and checksum of a gzip file (RFC 1952)
 };
 
+/** What deflated bytes held. */
+struct Inflated
+{
+    QByteArray content; ///< unpacked
+    int size; ///< how many of the bytes were taken for it, with what stands around them
+};
+
 /**
- * What the deflated bytes hold; what follows them is ignored. Nothing if they are damaged,
+ * What the deflated bytes hold; what follows them is left alone. Nothing if they are damaged,
  * incomplete or unpack to more than `mostBytes`.
  */
-std::optional<QByteArray> inflated(QByteArray const& bytes, Wrapping wrapping, qint64 mostBytes);
+std::optional<Inflated> inflated(QByteArray const& bytes, Wrapping wrapping, qint64 mostBytes);
 
 #endif // INFLATE_H

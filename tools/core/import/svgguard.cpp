@@ -176,10 +176,16 @@ std::optional<QByteArray> unpacked(
 {
     if (!isGzip(svg))
         return svg;
-    auto text = gunzip(svg, BoundedXml::Limits().bytes);
-    if (!text)
+    auto const unpacked = gunzip(svg, BoundedXml::Limits().bytes);
+    if (!unpacked) {
         diagnostics.error(file, QStringLiteral("the compressed picture is damaged or too large"));
-    return text;
+        return std::nullopt;
+    }
+    if (unpacked->hasMore) {
+        diagnostics.warning(
+            file, QStringLiteral("what follows the compressed picture is no part of it: ignored"));
+    }
+    return unpacked->content;
 }
 
 /** False, with a diagnostic, for what is no XML. */

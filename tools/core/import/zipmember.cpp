@@ -115,12 +115,18 @@ QByteArray packed(QByteArray const& zip, Entry const& entry)
     return bytes.slice(start, entry.packedSize);
 }
 
+std::optional<QByteArray> deflated(QByteArray const& bytes, qint64 mostBytes)
+{
+    auto inner = inflated(bytes, Wrapping::None, mostBytes);
+    return inner ? std::optional(std::move(inner->content)) : std::nullopt;
+}
+
 std::optional<QByteArray> unpacked(QByteArray const& bytes, Entry const& entry)
 {
     if (bytes.size() != qint64(entry.packedSize))
         return std::nullopt;
-    auto content = entry.method == storedMethod ? std::optional(bytes)
-                                                : inflated(bytes, Wrapping::None, entry.size);
+    auto content =
+        entry.method == storedMethod ? std::optional(bytes) : deflated(bytes, entry.size);
     if (!content || content->size() != qint64(entry.size))
         return std::nullopt;
     auto const checksum = crc32(0, reinterpret_cast<Bytef const*>(content->constData()),
