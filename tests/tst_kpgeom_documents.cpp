@@ -1179,7 +1179,7 @@ void TestKpgeomDocuments::convertReadsStandardInput()
     COMPARE_FAILURE(place.run({"convert", "-", "-o", "-"}, start), 1,
         "<stdin>:2:5: Opening and ending tag mismatch.");
     // An empty name is a picture's that is not there, and not a text.
-    COMPARE_FAILURE(place.run({"convert", "", "-o", "-"}), 1, ": No file name specified");
+    COMPARE_FAILURE(place.run({"convert", "", "-o", "-"}), 1, "\"\": No file name specified");
 }
 
 void TestKpgeomDocuments::whatCannotBeConvertedIsTold_data()

@@ -749,7 +749,7 @@ void TestKpgeomFiles::inputThatCannotBeReadIsTold_data()
     QTest::newRow("folder") << "." << QByteArray(".: file to open is a directory");
     QTest::newRow("endless") << "/dev/zero"
                              << QByteArray("/dev/zero: a binary file, not an XML document");
-    QTest::newRow("no name") << "" << QByteArray(": No file name specified");
+    QTest::newRow("no name") << "" << QByteArray("\"\": No file name specified");
     QTest::newRow("empty") << "empty" << QByteArray("empty:1:1: Premature end of document.");
     QTest::newRow("empty device") << "/dev/null"
                                   << QByteArray("/dev/null:1:1: Premature end of document.");

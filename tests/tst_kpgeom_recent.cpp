@@ -105,6 +105,9 @@ private Q_SLOTS:
     void unreadableFilesAreToldAndKept();
     void missingFileIsTold();
     void missingDirectoryIsTold();
+    void noNameIsTold();
+    void loopOfLinksStays();
+    void fileOfADirectoryThatIsGoneIsNotAdded();
     void unwritableFileIsTold();
     void fileInAnUnwritableDirectoryIsWritten();
     void fileThatIsLeftBrokenIsTold();
@@ -452,6 +455,45 @@ void TestKpgeomRecent::missingDirectoryIsTold()
     COMPARE_FAILURE(
         place.run({"recent", "add", "/a", "--config", "none"}), 1, "none: is no directory");
     QCOMPARE(place.entries(), QStringList());
+}
+
+void TestKpgeomRecent::noNameIsTold()
+{
+    RecentWorkplace const place;
+    QByteArray const before = place.read("cfg/RecentFiles.xml");
+    COMPARE_FAILURE(place.recent({"add", ""}), 1, "\"\": No file name specified");
+    COMPARE_FAILURE(place.recent({"add", "/a", ""}), 1, "\"\": No file name specified");
+    COMPARE_FAILURE(place.run({"recent", "add", "/a", "--config", ""}), 1, "\"\": is no directory");
+    QCOMPARE(place.read("cfg/RecentFiles.xml"), before);
+    QCOMPARE(place.entries(), QStringList("cfg"));
+}
+
+void TestKpgeomRecent::loopOfLinksStays()
+{
+    RecentWorkplace const place("");
+    QString const list = place.path("cfg/RecentFiles.xml");
+    QVERIFY(QFile::link("RecentFiles.xml", list));
+    COMPARE_FAILURE(
+        place.recent({"add", "/a"}), 1, "cfg/RecentFiles.xml: Too many levels of symbolic links");
+    QVERIFY(QFileInfo(list).isSymLink());
+}
+
+void TestKpgeomRecent::fileOfADirectoryThatIsGoneIsNotAdded()
+{
+    RecentWorkplace const place;
+    QByteArray const before = place.read("cfg/RecentFiles.xml");
+    Workplace::Start start;
+    start.setUp = [] {
+        if (mkdir("gone", 0700) != 0 || chdir("gone") != 0 || rmdir("../gone") != 0)
+            _exit(127);
+    };
+    QStringList const add {"recent", "--config", place.path("cfg"), "add"};
+    COMPARE_FAILURE(
+        place.run(add + QStringList("a.x"), start), 1, "a.x: the current directory is gone");
+    QCOMPARE(place.read("cfg/RecentFiles.xml"), before);
+    COMPARE_EXIT(place.run(add + QStringList("/z.x"), start), 0);
+    QByteArray const after = place.read("cfg/RecentFiles.xml");
+    QVERIFY2(after.contains("\"/z.x\""), after.constData());
 }
 
 void TestKpgeomRecent::unwritableFileIsTold()

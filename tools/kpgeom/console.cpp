@@ -82,6 +82,8 @@ bool printHeld(HeldOutput::Pieces const& pieces)
 
 QString displayName(QString const& operand)
 {
+    if (operand.isEmpty())
+        return QStringLiteral("\"\"");
     return operand == standardStream ? QStringLiteral("<stdin>") : printable(operand);
 }
 

@@ -57,7 +57,7 @@ private:
 /** Prints what was held; false if standard output cannot be written, as printOut(). */
 bool printHeld(HeldOutput::Pieces const& pieces);
 
-/** The name of an operand in messages, printable: "-" is standard input. */
+/** The name of an operand in messages, printable: "-" is standard input, none is "". */
 QString displayName(QString const& operand);
 
 /**

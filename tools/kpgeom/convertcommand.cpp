@@ -99,7 +99,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
     options.text = line.value(QStringLiteral("text"));
     bool const isText = line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"));
     options.isText = isText;
-    if (isText && (options.font.isEmpty() || options.text.isEmpty()))
+    if (isText && (!line.isSet(QStringLiteral("font")) || options.text.isEmpty()))
         return misuse(QStringLiteral("--font and --text go together"));
     if (auto fault = readPathOptions(line, options))
         return fault;

@@ -176,11 +176,18 @@ std::optional<QString> listFolders(
 }
 
 /** A path as the application would have given it: one of the cloud is none of the file system. */
-QString absolutePath(QString const& path)
+std::optional<QString> absolutePath(QString const& path, Diagnostics& diagnostics)
 {
-    return path.contains(QLatin1String("#$#")) || QDir::isAbsolutePath(path)
-        ? path
-        : QDir::cleanPath(QDir::current().absoluteFilePath(path));
+    if (path.contains(QLatin1String("#$#")) || QDir::isAbsolutePath(path))
+        return path;
+    QString const folder = QDir::currentPath();
+    if (path.isEmpty())
+        diagnostics.error(path, QStringLiteral("No file name specified"));
+    else if (folder.isEmpty())
+        diagnostics.error(path, QStringLiteral("the current directory is gone"));
+    if (!diagnostics.isEmpty())
+        return std::nullopt;
+    return QDir::cleanPath(folder + QLatin1Char('/') + path);
 }
 
 QString changeText(char const* change, QString const& path)
@@ -199,10 +206,12 @@ std::optional<QString> addFiles(
             diagnostics.error(operand, QStringLiteral("the name is not valid text"));
             return std::nullopt;
         }
-        QString const path = absolutePath(operand);
+        auto const path = absolutePath(operand, diagnostics);
+        if (!path)
+            return std::nullopt;
         manager.m_isModified = false;
-        manager.addOpenFileInfo(path, KpRecentFileManager::RecAuto, QString());
-        text += changeText(manager.m_isModified ? "added" : "pinned already:", path);
+        manager.addOpenFileInfo(*path, KpRecentFileManager::RecAuto, QString());
+        text += changeText(manager.m_isModified ? "added" : "pinned already:", *path);
     }
     return text;
 }
@@ -288,7 +297,9 @@ std::optional<QString> removePath(KpRecentFileManager& manager, QString const& p
     RecentOptions const& options, Diagnostics& diagnostics)
 {
     QList<RecFile>& list = chosenList(manager, options);
-    for (QString const& wanted : {path, absolutePath(path)}) {
+    // Where a path has no beginning, one as it stands may still be there.
+    Diagnostics unused;
+    for (QString const& wanted : {path, absolutePath(path, unused).value_or(path)}) {
         auto const found = std::find_if(list.begin(), list.end(),
             [&wanted](RecFile const& entry) { return entry.path == wanted; });
         if (found != list.end()) {
@@ -389,7 +400,8 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     QString const directory = line.isSet(QStringLiteral("config"))
         ? line.file(QStringLiteral("config"))
         : QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    if (line.isSet(QStringLiteral("config")) && !QDir(directory).exists()) {
+    bool const isThere = !directory.isEmpty() && QDir(directory).exists();
+    if (line.isSet(QStringLiteral("config")) && !isThere) {
         report({Diagnostic::Severity::Error, directory, 0, 0, QStringLiteral("is no directory")});
         return Outcome::Failed;
     }

@@ -8,8 +8,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDomDocument>
-#include <QFileInfo>
 
+#include <cerrno>
 #include <sys/stat.h>
 
 namespace {
@@ -63,6 +63,13 @@ struct FileState
     }
 };
 
+/** Whether there is no file of this name, and none that a link of this name should lead to. */
+bool isMissing(QString const& file)
+{
+    struct stat status = {};
+    return stat(QFile::encodeName(file).constData(), &status) != 0 && errno == ENOENT;
+}
+
 /** Whether the list can be read: one that was written into its file may have met a full disk. */
 bool isWhole(QString const& file)
 {
@@ -82,7 +89,7 @@ std::optional<RecentLists> RecentLists::load(
     QString const& directory, Missing missing, Diagnostics& diagnostics)
 {
     RecentLists lists(directory);
-    bool const isEmpty = missing == Missing::IsEmpty && !QFileInfo::exists(lists.m_file);
+    bool const isEmpty = missing == Missing::IsEmpty && isMissing(lists.m_file);
     if (!isEmpty && !lists.read(diagnostics))
         return std::nullopt;
     return lists;
