@@ -99,22 +99,22 @@ public:
     Result run(QStringList const& arguments, Start const& start) const
     {
         PreparedProcess process;
-        process.setUp = start.setUp;
-        process.setWorkingDirectory(m_directory.path());
-        process.setProcessEnvironment(environment(start));
-        if (!start.outputFile.isEmpty())
-            process.setStandardOutputFile(start.outputFile);
-        process.start(KPGEOM_EXECUTABLE, arguments);
-        process.write(start.input);
-        process.closeWriteChannel();
-        int const longestRun = 120 * 1000;
-        if (!process.waitForFinished(longestRun)) {
-            process.kill();
-            process.waitForFinished();
-            return {false, -1, QByteArray(), "it did not end in time"};
+        begin(process, arguments, start);
+        return ended(process);
+    }
+
+    /** Runs the tool with each of the arguments, all at the same time. */
+    std::vector<Result> runAtOnce(std::vector<QStringList> const& runs, Start const& start) const
+    {
+        std::vector<std::unique_ptr<PreparedProcess>> processes;
+        for (QStringList const& arguments : runs) {
+            processes.push_back(std::make_unique<PreparedProcess>());
+            begin(*processes.back(), arguments, start);
         }
-        return {process.exitStatus() == QProcess::NormalExit, process.exitCode(),
-            process.readAllStandardOutput(), process.readAllStandardError()};
+        std::vector<Result> results;
+        for (auto const& process : processes)
+            results.push_back(ended(*process));
+        return results;
     }
 
     QString path(QString const& name = QString()) const { return m_directory.filePath(name); }
@@ -142,6 +142,32 @@ public:
     }
 
 private:
+    void begin(PreparedProcess& process, QStringList const& arguments, Start const& start) const
+    {
+        process.setUp = start.setUp;
+        process.setWorkingDirectory(m_directory.path());
+        process.setProcessEnvironment(environment(start));
+        if (!start.outputFile.isEmpty())
+            process.setStandardOutputFile(start.outputFile);
+        process.start(KPGEOM_EXECUTABLE, arguments);
+        process.write(start.input);
+        process.closeWriteChannel();
+    }
+
+    static Result ended(PreparedProcess& process)
+    {
+        int const longestRun = 120 * 1000;
+        if (process.error() == QProcess::FailedToStart)
+            return {false, -1, QByteArray(), "it did not start"};
+        if (process.state() != QProcess::NotRunning && !process.waitForFinished(longestRun)) {
+            process.kill();
+            process.waitForFinished();
+            return {false, -1, QByteArray(), "it did not end in time"};
+        }
+        return {process.exitStatus() == QProcess::NormalExit, process.exitCode(),
+            process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+
     /** Nothing of the surroundings but what the sanitizers need. */
     QProcessEnvironment environment(Start const& start) const
     {
