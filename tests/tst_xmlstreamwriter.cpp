@@ -168,6 +168,8 @@ void TestXmlStreamWriter::escapesText_data()
     QTest::newRow("carriage return") << "a\rb" << QByteArray("a&#13;b");
     QTest::newRow("spaces stay") << "  a  " << QByteArray("  a  ");
     QTest::newRow("umlaut") << QString::fromUtf8("\xc3\xa4") << QByteArray("\xc3\xa4");
+    QTest::newRow("byte order mark at the start")
+        << QString(QChar(0xFEFF)) + "x" << QByteArray("\xef\xbb\xbfx");
     QTest::newRow("Chinese") << QString::fromUtf8("\xe4\xb8\xad") << QByteArray("\xe4\xb8\xad");
     QTest::newRow("beyond the basic plane")
         << QString::fromUtf8("\xf0\x9f\x93\x90") << QByteArray("\xf0\x9f\x93\x90");

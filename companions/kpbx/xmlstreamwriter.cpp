@@ -1,5 +1,6 @@
 #include "xmlstreamwriter.h"
 
+#include <QByteArray>
 #include <QString>
 
 XmlStreamWriter::XmlStreamWriter(QIODevice* device)
@@ -24,7 +25,11 @@ void XmlStreamWriter::writeAttribute(QString const& name, QString value)
 
 void XmlStreamWriter::writeAttribute(QString const& name, char const* value)
 {
-    QXmlStreamWriter::writeAttribute(name, QString::fromUtf8(value));
+    // Qt drops a byte order mark at the start of a text: of two, one stays.
+    static char const mark[] = "\xef\xbb\xbf";
+    bool const isMarked = qstrncmp(value, mark, qstrlen(mark)) == 0;
+    QXmlStreamWriter::writeAttribute(
+        name, isMarked ? QString::fromUtf8(QByteArray(mark) + value) : QString::fromUtf8(value));
 }
 
 void XmlStreamWriter::writeAttribute(QString const& name, int value)
