@@ -10,6 +10,8 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 class TestKpFilePathManager : public QObject
 {
     Q_OBJECT
@@ -31,6 +33,9 @@ private Q_SLOTS:
     void refusesOtherFiles();
     void refusesWhatIsNoFile_data();
     void refusesWhatIsNoFile();
+    void refusesWhatIsNoRegularFile_data();
+    void refusesWhatIsNoRegularFile();
+    void loadsThroughALink();
     void refusesEveryTruncation();
     void refusesAMillionNestedElements();
     void refusesFilesAboveTheGreatestSize();
@@ -226,6 +231,33 @@ void TestKpFilePathManager::refusesWhatIsNoFile()
     QFETCH(QString, name);
     expectRefused(path(name));
     QVERIFY(QDir(path(".")).isEmpty());
+}
+
+void TestKpFilePathManager::refusesWhatIsNoRegularFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("pipe that nobody writes to") << "pipe";
+    QTest::newRow("link to such a pipe") << "link";
+    QTest::newRow("device without an end") << "/dev/zero";
+    QTest::newRow("device without content") << "/dev/null";
+    QTest::newRow("link without a file") << "broken";
+}
+
+void TestKpFilePathManager::refusesWhatIsNoRegularFile()
+{
+    QFETCH(QString, name);
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    QVERIFY(QFile::link("pipe", path("link")));
+    QVERIFY(QFile::link("nothing", path("broken")));
+    expectRefused(name.startsWith('/') ? name : path(name));
+}
+
+void TestKpFilePathManager::loadsThroughALink()
+{
+    QVERIFY(QFile::link(written("<a/>"), path("link.xml")));
+    QDomDocument document;
+    QVERIFY(KpFilePathManager::loadXmlFile(document, path("link.xml")));
+    QCOMPARE(document.documentElement().tagName(), QStringLiteral("a"));
 }
 
 void TestKpFilePathManager::refusesEveryTruncation()

@@ -20,11 +20,11 @@ public:
     /**
      * Reads the XML file at `path` into `document`.
      *
-     * @return false, with `document` empty, when the file is missing, cannot be read, is
-     * not well-formed, or is out of bounds: more than 64 MiB, more than 750,000 nodes (tags,
-     * attributes, texts) or more than it has bytes (100,000 in a short file), more than 1,000
-     * nested elements, an entity that expands to more than 4,096 characters, or more than 10,000
-     * references beside declared entities.
+     * @return false, with `document` empty, when the file is missing, is no regular file nor a
+     * link to one (a pipe is not waited for), cannot be read, is not well-formed, or is out of
+     * bounds: more than 64 MiB, more than 750,000 nodes (tags, attributes, texts) or more than it
+     * has bytes (100,000 in a short file), more than 1,000 nested elements, an entity that expands
+     * to more than 4,096 characters, or more than 10,000 references beside declared entities.
      *
      * Control characters that XML 1.0 has no place for are read as they are, in the texts and
      * attributes of a UTF-8 file, for the application has always written them so. Each counts as
