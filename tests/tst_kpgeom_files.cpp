@@ -1067,9 +1067,7 @@ void TestKpgeomFiles::hostileDocumentsAreRefused_data()
     }
     bomb += "]>\n<D>&e9;</D>";
     QTest::newRow("entities of entities")
-        << bomb
-        << QByteArray("a:2:8: Entity expands to more characters than the entity expansion "
-                      "limit.");
+        << bomb << QByteArray("a:1:534: more than 1000 references within an entity");
     QTest::newRow("fifty thousand references")
         << QByteArray("<!DOCTYPE D [<!ENTITY e \"" + QByteArray(4000, 'x') + "\">]>\n<D>"
                + QByteArray("&e;").repeated(50000) + "</D>")

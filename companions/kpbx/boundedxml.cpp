@@ -1,6 +1,7 @@
 #include "boundedxml_p.h"
 
 #include "controlstandins_p.h"
+#include "markupbounds_p.h"
 
 #include <QDomDocument>
 #include <QIODevice>
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace BoundedXml {
 
@@ -23,12 +25,6 @@ QString tooLarge(Limits const& limits)
     return QStringLiteral("larger than %1 bytes").arg(limits.bytes);
 }
 
-QString tooManyReferences()
-{
-    return QStringLiteral("more than %1 references in a document that declares entities")
-        .arg(maximumReferences);
-}
-
 /** Counts what a reader goes through, and says when it is too much. */
 class TokenCount
 {
@@ -37,25 +33,55 @@ public:
      * What is too much with the token at which the reader is now; empty if nothing is.
      *
      * @param maximumNodes how many there may be up to here
+     * @param bytes how long the text is up to here, at least
      */
-    QString excess(QXmlStreamReader const& reader, qint64 maximumNodes)
+    QString excess(QXmlStreamReader const& reader, qint64 maximumNodes, qint64 bytes)
     {
         ++m_nodes;
         if (reader.isStartElement()) {
             if (++m_depth > maximumDepth)
                 return QStringLiteral("more than %1 nested elements").arg(maximumDepth);
-            m_nodes += reader.attributes().size();
+            QXmlStreamAttributes const attributes = reader.attributes();
+            m_nodes += attributes.size();
+            countDefaults(attributes);
+            countNamespaces(attributes);
         } else if (reader.isEndElement()) {
             --m_depth;
+            m_namespaces.pop_back();
         }
+        if (!m_namespaces.empty() && m_namespaces.back() > maximumNamespaces)
+            return QStringLiteral("more than %1 namespaces at one place").arg(maximumNamespaces);
         if (m_nodes > maximumNodes)
             return QStringLiteral("more than %1 nodes").arg(maximumNodes);
+        qint64 const mostDefaults = std::max<qint64>(bytes, smallestDefaultLimit);
+        if (m_defaults > mostDefaults)
+            return QStringLiteral("more than %1 characters of default attributes")
+                .arg(mostDefaults);
         return QString();
     }
 
 private:
+    /** Those that are not written at the element have no bytes there. */
+    void countDefaults(QXmlStreamAttributes const& attributes)
+    {
+        // They come behind those that are.
+        for (auto it = attributes.crbegin(); it != attributes.crend() && it->isDefault(); ++it)
+            m_defaults += it->value().size();
+    }
+
+    void countNamespaces(QXmlStreamAttributes const& attributes)
+    {
+        auto const count = std::count_if(
+            attributes.cbegin(), attributes.cend(), [](QXmlStreamAttribute const& attribute) {
+                return attribute.qualifiedName().startsWith(QLatin1String("xmlns"));
+            });
+        m_namespaces.push_back((m_namespaces.empty() ? 0 : m_namespaces.back()) + count);
+    }
+
     int m_depth = 0;
+    std::vector<qint64> m_namespaces; ///< at each of the open elements
     qint64 m_nodes = 0;
+    qint64 m_defaults = 0; ///< characters
 };
 
 /** Whether the reader is at a document type that declares entities. */
@@ -64,24 +90,33 @@ bool declaresEntities(QXmlStreamReader const& reader)
     return reader.isDTD() && !reader.entityDeclarations().isEmpty();
 }
 
-/** As check(); `faultOf` says of the reader at each token what else is wrong, or nothing. */
-template <class FaultOf>
-bool checkEach(QByteArray const& text, Error& error, Limits const& limits, FaultOf faultOf)
+/** What is wrong with a text of which `bounds` let through what the reader has; or nothing. */
+QString faultOf(QXmlStreamReader const& reader, MarkupBounds const& bounds)
 {
-    QXmlStreamReader reader(text);
+    bool const isAtEnd = reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+    return isAtEnd && !bounds.fault().isEmpty() ? bounds.fault() : reader.errorString();
+}
+
+/** As check(); `faultAt` says of the reader at each token what else is wrong, or nothing. */
+template <class FaultAt>
+bool checkEach(QByteArray const& text, Error& error, Limits const& limits, FaultAt faultAt)
+{
+    MarkupBounds bounds;
+    int const size = static_cast<int>(bounds.take(text.constData(), text.size()));
+    QXmlStreamReader reader(size == text.size() ? text : text.left(size));
     // An undeclared prefix is no fault of well-formedness.
     reader.setNamespaceProcessing(false);
     TokenCount count;
     int const maximumNodes = std::min(std::max(text.size(), smallestNodeLimit), limits.nodes);
     while (!reader.atEnd()) {
         reader.readNext();
-        QString fault =
-            reader.hasError() ? reader.errorString() : count.excess(reader, maximumNodes);
+        QString fault = reader.hasError() ? faultOf(reader, bounds)
+                                          : count.excess(reader, maximumNodes, text.size());
         // Counted beforehand: Qt gathers all references of a text before it reports any of it.
-        if (fault.isEmpty() && declaresEntities(reader) && text.count('&') > maximumReferences)
+        if (fault.isEmpty() && declaresEntities(reader) && bounds.references() > maximumReferences)
             fault = tooManyReferences();
         if (fault.isEmpty())
-            fault = faultOf(reader);
+            fault = faultAt(reader);
         if (!fault.isEmpty()) {
             setError(error, reader, fault);
             return false;
@@ -234,7 +269,9 @@ public:
     }
 
     qint64 bytes() const { return m_bytes; }
-    bool hasTooManyReferences() const { return m_references > maximumReferences; }
+    bool hasTooManyReferences() const { return m_bounds.references() > maximumReferences; }
+    /** What was let through of the text. */
+    MarkupBounds const& bounds() const { return m_bounds; }
     /** From now on it ends where there are too many. */
     void boundReferences() { m_areReferencesBounded = true; }
     /** Another token begins. */
@@ -263,8 +300,10 @@ protected:
             m_fault = QStringLiteral("more than %1 bytes without a tag").arg(m_mostTokenBytes);
             return -1;
         }
-        m_references += std::count(data, data + count, '&');
-        return m_areReferencesBounded && hasTooManyReferences() ? -1 : count;
+        if (!m_bounds.fault().isEmpty())
+            return -1;
+        qint64 const bounded = m_bounds.take(data, count);
+        return m_areReferencesBounded && hasTooManyReferences() ? -1 : bounded;
     }
 
     qint64 writeData(char const* /*data*/, qint64 /*size*/) override { return -1; }
@@ -274,7 +313,7 @@ private:
     qint64 const m_mostTokenBytes;
     qint64 m_bytes = 0;
     qint64 m_tokenStart = 0;
-    qint64 m_references = 0;
+    MarkupBounds m_bounds;
     bool m_areReferencesBounded = false;
     QString m_fault;
 };
@@ -291,7 +330,8 @@ public:
             device.boundReferences();
         }
         qint64 const maximumNodes = std::max<qint64>(device.bytes(), smallestNodeLimit);
-        if (QString const fault = m_count.excess(reader, maximumNodes); !fault.isEmpty())
+        if (QString const fault = m_count.excess(reader, maximumNodes, device.bytes());
+            !fault.isEmpty())
             setError(error, reader, fault);
         if (!m_entities.isNull() && device.hasTooManyReferences())
             error = m_entities;
@@ -323,7 +363,7 @@ bool Reader::readNext()
     else
         m_bounds->check(m_xml, *m_device, m_error);
     if (m_error.isNull() && m_xml.hasError())
-        setError(m_error, m_xml, m_xml.errorString());
+        setError(m_error, m_xml, faultOf(m_xml, m_device->bounds()));
     return m_error.isNull();
 }
 
@@ -350,6 +390,12 @@ QByteArray read(QIODevice& device, Error& error, Limits const& limits)
         }
         text.append(chunk.data(), static_cast<int>(size));
     }
+}
+
+QByteArray bounded(QByteArray const& text)
+{
+    MarkupBounds bounds;
+    return text.left(static_cast<int>(bounds.take(text.constData(), text.size())));
 }
 
 bool check(QByteArray const& text, Error& error, Limits const& limits)

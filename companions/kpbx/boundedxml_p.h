@@ -16,9 +16,10 @@ class QIODevice;
  * Reading XML that may be hostile.
  *
  * Qt's DOM recurses over the depth of a document when it is written or destroyed, so a deep
- * enough file overflows the stack; and with a document type that declares entities or default
- * attributes, a small file becomes a tree that fills the memory. These functions refuse such a
- * file before a tree of it exists; a Reader, which builds none, as soon as it gets there.
+ * enough file overflows the stack; with a document type that declares entities or default
+ * attributes, a small file becomes a tree that fills the memory; and with many attributes on one
+ * element it takes hours. These functions refuse such a file before a tree of it exists; a Reader,
+ * which builds none, as soon as it gets there. Whatever they take, they take in linear time.
  */
 namespace BoundedXml {
 
@@ -47,6 +48,21 @@ constexpr Limits configurationLimits {64LL * 1024 * 1024, 750000, Controls::AreR
 constexpr int maximumDepth = 1000;
 /** Ampersands of a document that declares entities; in any other they cost nothing. */
 constexpr int maximumReferences = 10000;
+/** References within the value of an entity and of those that it refers to. */
+constexpr int maximumNestedReferences = 1000;
+/** References to parameter entities, those within one another included. */
+constexpr int maximumParameterReferences = 1000;
+/** Attributes of an element: Qt compares each with all others. */
+constexpr int maximumAttributes = 1000;
+/** Attributes that a document type declares: Qt looks through all of them at each element. */
+constexpr int maximumDeclaredAttributes = 1000;
+/** Namespaces that are declared at an element and those around it: Qt looks through all of them. */
+constexpr int maximumNamespaces = 1000;
+/**
+ * A document may have as many characters in attributes that only the document type gives as it has
+ * bytes, and a short one as many as this.
+ */
+constexpr int smallestDefaultLimit = 16 * 1024 * 1024;
 /**
  * A document may have as many nodes (tags, attributes, texts) as it has bytes, which holds for
  * all that do not expand, and a short one as many as this.
@@ -74,6 +90,12 @@ QByteArray read(QIODevice& device, Error& error, Limits const& limits = {});
  * `error` is set if not. An entity may expand to 4,096 characters, Qt's own limit.
  */
 bool check(QByteArray const& text, Error& error, Limits const& limits = {});
+
+/**
+ * What of `text` a parser may be given that does not go on to check it: all of it, or the part
+ * before what would take it more than linear time.
+ */
+QByteArray bounded(QByteArray const& text);
 
 /** Told now and then how much of a reading is done, from 0 to 1. */
 using Progress = std::function<void(double)>;

@@ -24,7 +24,11 @@ public:
      * link to one (a pipe is not waited for), cannot be read, is not well-formed, or is out of
      * bounds: more than 64 MiB, more than 750,000 nodes (tags, attributes, texts) or more than it
      * has bytes (100,000 in a short file), more than 1,000 nested elements, an entity that expands
-     * to more than 4,096 characters, or more than 10,000 references beside declared entities.
+     * to more than 4,096 characters, or more than 10,000 references beside declared entities; and,
+     * since they would take more than linear time, more than 1,000 attributes of an element or in
+     * the document type, 1,000 references within an entity, 1,000 to parameter entities, or 1,000
+     * namespaces at one place. Attributes that only the document type gives may have 16,777,216
+     * characters in all, or as many as the file has bytes.
      *
      * Control characters that XML 1.0 has no place for are read as they are, in the texts and
      * attributes of a UTF-8 file, for the application has always written them so. Each counts as

@@ -1,5 +1,6 @@
 #include "import/anyimport.h"
 
+#include "boundedxml_p.h"
 #include "import/diaimport.h"
 #include "import/odfimport.h"
 #include "import/odfstyles.h"
@@ -24,7 +25,7 @@ std::optional<ImportedPictures> importAny(
     QByteArray const& content, SvgImportOptions const& options, Diagnostics& diagnostics)
 {
     // Of what is no XML nothing is known but the reason, which the reader of SVG tells.
-    QXmlStreamReader root(content);
+    QXmlStreamReader root(BoundedXml::bounded(content));
     root.readNextStartElement();
     bool const isFlatOdf =
         root.namespaceUri() == OdfNamespace::office() && root.name() == QLatin1String("document");

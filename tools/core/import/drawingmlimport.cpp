@@ -6,8 +6,8 @@
 #include "document/elementposition.h"
 #include "document/elements.h"
 
+#include <QBuffer>
 #include <QDomDocument>
-#include <QXmlStreamReader>
 
 #include <array>
 #include <cmath>
@@ -280,13 +280,15 @@ std::optional<std::vector<ShapeDefinition>> readCustomShapes(
 
 bool holdsCustomShapes(QByteArray const& text)
 {
-    QXmlStreamReader reader(text);
-    reader.setNamespaceProcessing(false);
+    QBuffer buffer;
+    buffer.setData(text);
+    buffer.open(QIODevice::ReadOnly);
+    BoundedXml::Reader reader(buffer);
     bool isFirst = true;
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement)
+    while (reader.readNext()) {
+        if (!reader.xml().isStartElement())
             continue;
-        QString const name = localName(reader.qualifiedName().toString());
+        QString const name = localName(reader.xml().qualifiedName().toString());
         if (isFirst && name == QLatin1String("svg"))
             return false;
         isFirst = false;
