@@ -34,6 +34,7 @@ foreach(name IN ITEMS
     tst_shortlines
     tst_slicing
     tst_spool
+    tst_svgguard
     tst_text
     tst_unfinishedfile
     tst_zipmember)

@@ -5,6 +5,7 @@
 #include "document/contentkind.h"
 #include "document/elements.h"
 #include "import/gunzip.h"
+#include "import/svgstylecost.h"
 
 #include <QHash>
 #include <QMap>
@@ -42,6 +43,11 @@ public:
                 break;
             case QXmlStreamReader::EndElement:
                 parent = element(parent).parent;
+                --m_depth;
+                break;
+            case QXmlStreamReader::Characters:
+                if (parent >= 0 && element(parent).isStyle)
+                    m_styles.addSheet(reader.text().toString());
                 break;
             default:
                 break;
@@ -61,6 +67,12 @@ public:
         }
         if (isTooMuch(all))
             return QStringLiteral("its use elements repeat too much of it");
+        double const styleLimit = qMax(smallestStyleLimit, styleCostACharacter * m_characters);
+        if (m_styles.cost() > styleLimit) {
+            return QStringLiteral("its style sheets are too long for so many elements: more than "
+                                  "%1 comparisons")
+                .arg(styleLimit, 0, 'f', 0);
+        }
         return QString();
     }
 
@@ -91,6 +103,7 @@ private:
         int parent;
         int characters;
         QString target; ///< the id of the element that this one paints
+        bool isStyle;
         QVector<int> children;
         Extent extent;
     };
@@ -114,15 +127,23 @@ private:
 
         int const index = static_cast<int>(m_elements.size());
         QString const name = localName(reader.qualifiedName().toString());
-        Element added {parent, overhead + name.size(), QString(), {}, {}};
+        Element added {
+            parent, overhead + name.size(), QString(), name == QLatin1String("style"), {}, {}};
+        QString id;
+        QString classes;
         for (QXmlStreamAttribute const& attribute : reader.attributes()) {
             added.characters += attribute.value().size();
             QString const key = localName(attribute.qualifiedName().toString());
-            if (key == QLatin1String("id") && !attribute.value().isEmpty())
-                m_byId[attribute.value().toString()] << index;
-            else if (key == QLatin1String("href") && name == QLatin1String("use"))
+            if (key == QLatin1String("id") && !attribute.value().isEmpty()) {
+                id = attribute.value().toString();
+                m_byId[id] << index;
+            } else if (key == QLatin1String("class")) {
+                classes = attribute.value().toString();
+            }
+            if (key == QLatin1String("href") && name == QLatin1String("use"))
                 added.target = attribute.value().mid(1).toString();
         }
+        m_styles.addElement(id, classes, ++m_depth);
         m_characters += added.characters;
         m_elements.push_back(added);
         if (parent >= 0)
@@ -168,6 +189,8 @@ private:
     QMap<QString, int> m_unknown;
     int m_images = 0;
     double m_characters = 0.0;
+    int m_depth = 0; ///< of the open elements
+    SvgStyleCost m_styles;
 };
 
 /** What the text is without compression; nothing, with a diagnostic, if it is damaged. */
