@@ -1,9 +1,15 @@
 #include "kpgeomtesting.h"
+#include "testing.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
+#include <memory>
+#include <vector>
+
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace KpgeomTesting;
@@ -111,6 +117,7 @@ private Q_SLOTS:
     void unwritableFileIsTold();
     void fileInAnUnwritableDirectoryIsWritten();
     void fileThatIsLeftBrokenIsTold();
+    void writersAtOnceAllSave();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
     void defaultIsThePlatformsDirectory();
@@ -538,6 +545,34 @@ void TestKpgeomRecent::fileThatIsLeftBrokenIsTold()
     };
     COMPARE_FAILURE(place.run({"recent", "--config", "cfg", "add", "/e.x"}, start), 1,
         "cfg/RecentFiles.xml: cannot be written");
+}
+
+void TestKpgeomRecent::writersAtOnceAllSave()
+{
+    RecentWorkplace const place;
+    constexpr int writers = 4;
+    constexpr int rounds = Testing::sanitized ? 3 : 12;
+    for (int round = 0; round < rounds; ++round) {
+        QStringList added;
+        std::vector<std::unique_ptr<QProcess>> runs;
+        for (int i = 0; i < writers; ++i) {
+            added << QString("/%1/%2.x").arg(round).arg(i);
+            runs.push_back(std::make_unique<QProcess>());
+            runs.back()->setWorkingDirectory(place.path());
+            runs.back()->start(
+                KPGEOM_EXECUTABLE, {"recent", "--config", "cfg", "add", added.last()});
+        }
+        for (auto const& run : runs) {
+            QVERIFY(run->waitForFinished());
+            QCOMPARE(run->readAllStandardError(), QByteArray());
+            QCOMPARE(run->exitCode(), 0);
+        }
+        // Whose list came last is open; that it is one of theirs is not.
+        QVERIFY(added.contains(place.paths().value(2)));
+        QCOMPARE(QDir(place.path("cfg"))
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            QStringList("RecentFiles.xml"));
+    }
 }
 
 void TestKpgeomRecent::wrongUsageIsTold_data()

@@ -228,12 +228,6 @@ std::nullopt_t noEntry(char const* what, QString const& operand, Diagnostics& di
         diagnostics);
 }
 
-bool areEqual(RecFile const& left, RecFile const& right)
-{
-    return left.isTop == right.isTop && left.type == right.type && left.path == right.path
-        && left.teamName == right.teamName;
-}
-
 QList<RecFile>& chosenList(KpRecentFileManager& manager, RecentOptions const& options)
 {
     return options.ofFolders ? manager.m_folders : manager.m_files;

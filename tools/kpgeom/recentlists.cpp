@@ -4,15 +4,23 @@
 #include "common/filecontent.h"
 #include "common/xmldiagnostic.h"
 #include "kpfilepathmanager.h"
+#include "xmltext_p.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QDomDocument>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
+
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
+
+using RecFile = KpRecentFileManager::RecFile;
 
 /** While it lives the application's configuration directory is another one. */
 class ConfigurationDirectory
@@ -41,26 +49,40 @@ private:
     QString const m_name = QCoreApplication::applicationName();
 };
 
-/** Tells a file from what it becomes when it is written: another file, or another time. */
-struct FileState
+/**
+ * The file that a name stands for. Its number is given to no other file while this lives, so that a
+ * file that has taken its place is told from it for sure.
+ */
+class HeldFile
 {
-    ino_t identity = 0; ///< 0 where there is no file
-    timespec changed {};
-
-    explicit FileState(QString const& file)
+public:
+    explicit HeldFile(QString const& name)
+        : m_name(QFile::encodeName(name))
+        , m_descriptor(::open(m_name.constData(), O_PATH | O_CLOEXEC))
     {
-        struct stat status = {};
-        if (stat(QFile::encodeName(file).constData(), &status) == 0) {
-            identity = status.st_ino;
-            changed = status.st_ctim;
-        }
+    }
+    ~HeldFile()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    HeldFile(HeldFile const&) = delete;
+    HeldFile& operator=(HeldFile const&) = delete;
+
+    /** Whether it still has the name, or there was none and is none. */
+    bool isInPlace() const
+    {
+        struct stat held = {};
+        struct stat present = {};
+        bool const wasThere = m_descriptor >= 0 && fstat(m_descriptor, &held) == 0;
+        bool const isThere = stat(m_name.constData(), &present) == 0;
+        return wasThere == isThere && held.st_dev == present.st_dev
+            && held.st_ino == present.st_ino;
     }
 
-    bool isSame(FileState const& other) const
-    {
-        return identity == other.identity && changed.tv_sec == other.changed.tv_sec
-            && changed.tv_nsec == other.changed.tv_nsec;
-    }
+private:
+    QByteArray const m_name;
+    int const m_descriptor; ///< -1 if there was no such file
 };
 
 /** Whether there is no file of this name, and none that a link of this name should lead to. */
@@ -70,14 +92,52 @@ bool isMissing(QString const& file)
     return stat(QFile::encodeName(file).constData(), &status) != 0 && errno == ENOENT;
 }
 
-/** Whether the list can be read: one that was written into its file may have met a full disk. */
-bool isWhole(QString const& file)
+QString textReadBack(QString const& text)
+{
+    return XmlText::readable(text, XmlText::Controls::AreKept);
+}
+
+/** What is read of entries that are saved. */
+QList<RecFile> readBack(QList<RecFile> const& entries)
+{
+    QList<RecFile> result;
+    for (RecFile const& entry : entries) {
+        if (!entry.path.isEmpty()) {
+            result.append({entry.isTop, std::max(entry.type, 0), textReadBack(entry.path),
+                textReadBack(entry.teamName)});
+        }
+    }
+    return result;
+}
+
+bool areSame(QList<RecFile> const& left, QList<RecFile> const& right)
+{
+    return std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), areEqual);
+}
+
+/** Whether the file holds what the manager has saved, and nothing else. */
+bool holds(QString const& file, KpRecentFileManager const& saved)
 {
     QDomDocument document;
-    return KpFilePathManager::loadXmlFile(document, file);
+    if (!KpFilePathManager::loadXmlFile(document, file))
+        return false;
+    KpRecentFileManager read;
+    QDomElement root = document.firstChildElement(QStringLiteral("RecentFiles"));
+    read.parse(root);
+    return read.m_recentFileFolder == textReadBack(saved.m_recentFileFolder)
+        && read.m_symbolFolder == textReadBack(saved.m_symbolFolder)
+        && read.m_libraryFolder == textReadBack(saved.m_libraryFolder)
+        && areSame(read.m_files, readBack(saved.m_files))
+        && areSame(read.m_folders, readBack(saved.m_folders));
 }
 
 } // namespace
+
+bool areEqual(RecFile const& left, RecFile const& right)
+{
+    return left.isTop == right.isTop && left.type == right.type && left.path == right.path
+        && left.teamName == right.teamName;
+}
 
 RecentLists::RecentLists(QString const& directory)
     : m_directory(QDir(directory).absolutePath())
@@ -114,15 +174,34 @@ bool RecentLists::read(Diagnostics& diagnostics)
 
 bool RecentLists::save(Diagnostics& diagnostics)
 {
+    constexpr int mostTries = 1000;
+    for (int i = 0; i < mostTries; ++i) {
+        switch (trySave()) {
+        case Try::Saved:
+            return true;
+        case Try::Failed:
+            diagnostics.error(m_file, QStringLiteral("cannot be written"));
+            return false;
+        case Try::Overtaken:
+            break;
+        }
+    }
+    diagnostics.error(m_file, QStringLiteral("cannot be written: others write it all the time"));
+    return false;
+}
+
+RecentLists::Try RecentLists::trySave()
+{
     // The library writes the file, and does not say when it cannot.
-    FileState const before(m_file);
+    HeldFile const before(m_file);
     {
         ConfigurationDirectory const redirected(m_directory);
         m_manager.save();
     }
-    FileState const after(m_file);
-    if (after.identity != 0 && !after.isSame(before) && isWhole(m_file))
-        return true;
-    diagnostics.error(m_file, QStringLiteral("cannot be written"));
-    return false;
+    bool const isReplaced = !before.isInPlace();
+    // In its place it has been written to, or needed not be; but not where it must not be.
+    if (holds(m_file, m_manager) && (isReplaced || QFileInfo(m_file).isWritable()))
+        return Try::Saved;
+    // By another's file, be it instead of this one or after it: nothing tells which.
+    return isReplaced ? Try::Overtaken : Try::Failed;
 }

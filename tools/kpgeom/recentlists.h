@@ -6,6 +6,9 @@
 
 #include <optional>
 
+/** Whether two entries have everything in common. */
+bool areEqual(KpRecentFileManager::RecFile const& left, KpRecentFileManager::RecFile const& right);
+
 /** The recent files of a configuration directory: a RecentFiles.xml and what it is read as. */
 class RecentLists
 {
@@ -22,12 +25,18 @@ public:
     /** What reading the file has changed or left out, with its place. */
     Diagnostics const& oddities() const { return m_oddities; }
 
-    /** Writes the file as the application would; false, with a diagnostic, on failure. */
+    /**
+     * Writes the file as the application would; false, with a diagnostic, on failure. When others
+     * write it at the same time, the last one's lists stay; that is no failure.
+     */
     bool save(Diagnostics& diagnostics);
 
 private:
+    enum class Try { Saved, Failed, Overtaken };
+
     explicit RecentLists(QString const& directory);
     bool read(Diagnostics& diagnostics);
+    Try trySave();
 
     QString m_directory;
     QString m_file;
