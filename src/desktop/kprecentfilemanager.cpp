@@ -2,6 +2,7 @@
 
 #include "filereplacement_p.h"
 #include "kpfilepathmanager.h"
+#include "savedfile_p.h"
 #include "xmlelement_p.h"
 #include "xmltext_p.h"
 
@@ -388,9 +389,9 @@ void replaceFile(QString const& name, QByteArray const& content)
     // A link to the null device is how some users keep no list.
     if (FileReplacement::isDeviceOrPipe(QFileInfo(name)))
         return;
-    QSaveFile file(name);
-    file.setDirectWriteFallback(true);
-    if (FileReplacement::open(file) && FileReplacement::write(file, content))
+    SavedFile::removeStale(name);
+    SavedFile file(name);
+    if (file.begin(SavedFile::Unwritable::IsBypassed) && FileReplacement::write(file, content))
         file.commit();
 }
 

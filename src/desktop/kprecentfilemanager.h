@@ -183,7 +183,8 @@ public:
      * The file is replaced in one step, and keeps its permissions; if it is a symbolic link, its
      * target is replaced. On any failure it stays as it was: nothing is reported. Only where its
      * directory cannot be written to, and the file can, the file itself is written, and is lost if
-     * that fails midway. A device or pipe in its place is left alone.
+     * that fails midway. A device or pipe in its place is left alone. What a process that was killed
+     * within a save has left beside the file (".kpgeometry-save-" and 16 digits) is removed.
      *
      * Control characters are written as they are, though XML 1.0 has no place for most of them:
      * load() reads them back. Only what no reader gives back becomes U+FFFD: NUL, halves of

@@ -6,6 +6,11 @@
 #include "common/spool.h"
 #include "common/unfinishedfile.h"
 #include "filereplacement_p.h"
+#include "savedfile_p.h"
+
+#include <QFileInfo>
+#include <QMutex>
+#include <QSet>
 
 #include <array>
 #include <cerrno>
@@ -15,13 +20,23 @@
 
 namespace {
 
-/** Whether an open file has a name; without one, nothing of it stays when the process ends. */
-bool isNamed(QFileDevice const& file)
+/**
+ * Removes what ended processes have left in the folder of a file, once for each folder: many files
+ * go to the same one.
+ */
+void removeStaleOnce(QString const& file)
 {
-    struct stat status
+    // Never destroyed: a file may still be written while the process exits.
+    static auto* const mutex = new QMutex;
+    static auto* const folders = new QSet<QString>;
+    QString const folder = QFileInfo(file).absolutePath();
     {
-    };
-    return fstat(file.handle(), &status) != 0 || status.st_nlink > 0;
+        QMutexLocker const lock(mutex);
+        if (folders->contains(folder))
+            return;
+        folders->insert(folder);
+    }
+    SavedFile::removeStale(file);
 }
 
 /** Whether links lead from one to another and to no end: a file would take the place of the first. */
@@ -97,15 +112,16 @@ public:
     explicit Replacement(QString const& file)
         : m_file(file)
     {
+        removeStaleOnce(file);
         m_unfinished.emplace();
         errno = 0;
-        if (FileReplacement::open(m_file)) {
+        if (m_file.begin()) {
             takeOverOwnership(m_file.handle(), QFile::encodeName(file));
             open(QIODevice::WriteOnly | QIODevice::Unbuffered);
         } else {
             m_fault = reasonOf(m_file);
         }
-        if (!m_file.isOpen() || !isNamed(m_file))
+        if (!m_file.isNamed())
             m_unfinished.reset();
     }
 
@@ -121,7 +137,7 @@ public:
         if (m_fault.isEmpty() && !FileReplacement::write(m_file, QByteArray()))
             m_fault = reasonOf(m_file);
         if (!m_fault.isEmpty())
-            m_file.cancelWriting();
+            m_file.cancel();
         else if (!m_file.commit())
             m_fault = reasonOf(m_file);
         m_unfinished.reset();
@@ -145,7 +161,7 @@ protected:
 
 private:
     std::optional<UnfinishedFile> m_unfinished; ///< while the new file has a name, or may get one
-    QSaveFile m_file;
+    SavedFile m_file;
     QString m_fault;
 };
 

@@ -1,10 +1,10 @@
 #include "common/repeatableinput.h"
 
 #include "common/filecontent.h"
+#include "savedfile_p.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
@@ -58,8 +58,8 @@ private:
         if (count <= 0)
             return count;
         errno = 0;
-        bool const isKept = (m_copy.isOpen() || m_copy.open()) && m_copy.write(data, count) == count
-            && m_copy.flush();
+        bool const isKept = (m_copy.isOpen() || SavedFile::openTemporary(m_copy))
+            && m_copy.write(data, count) == count && m_copy.flush();
         if (!isKept) {
             fault = QStringLiteral("cannot be kept to be read again: %1").arg(reasonOf(m_copy));
             return -1;
@@ -71,7 +71,7 @@ private:
     std::unique_ptr<QFile> const m_file;
     bool const m_isRegular;
     qint64 const m_start; ///< where in the file it begins
-    QTemporaryFile m_copy; ///< what has been read so far, unless the file is regular
+    QFile m_copy; ///< what has been read so far, unless the file is regular
     qint64 m_copied = 0;
 };
 

@@ -1,8 +1,9 @@
 #include "common/spool.h"
 
 #include "common/filecontent.h"
+#include "savedfile_p.h"
 
-#include <QTemporaryFile>
+#include <QFile>
 
 #include <cerrno>
 
@@ -52,8 +53,9 @@ void Spool::fail()
 
 bool Spool::moveToFile()
 {
-    m_file = std::make_unique<QTemporaryFile>();
-    bool const isMoved = m_file->open() && m_file->write(m_memory.data()) == m_memory.size();
+    m_file = std::make_unique<QFile>();
+    bool const isMoved =
+        SavedFile::openTemporary(*m_file) && m_file->write(m_memory.data()) == m_memory.size();
     m_memory.close();
     m_memory.setData(QByteArray());
     return isMoved;

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-class QTemporaryFile;
+class QFile;
 
 /**
  * Takes what is written and keeps it to be read: the first megabyte in memory, more than that in a
@@ -38,7 +38,7 @@ private:
     void fail();
 
     QBuffer m_memory;
-    std::unique_ptr<QTemporaryFile> m_file; ///< null as long as the memory is enough
+    std::unique_ptr<QFile> m_file; ///< null as long as the memory is enough
     bool m_hasFailed = false;
 };
 
