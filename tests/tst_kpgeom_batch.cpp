@@ -122,12 +122,14 @@ public:
     }
     void send(int signal) { ::kill(pid_t(m_process.processId()), signal); }
 
-    /** Its exit code; below 0 the signal that ended it, or when it does not end. */
+    /** Its exit code as a shell shows it; below 0 when it does not end. */
     int exitCode()
     {
         if (!m_process.waitForFinished(60000))
             return -1000;
-        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+        // Of one that a signal has ended Qt gives the signal.
+        int const code = m_process.exitCode();
+        return m_process.exitStatus() == QProcess::NormalExit ? code : 128 + code;
     }
 
     /** Standard error up to the end of this text, or what there is after a long time. */
@@ -695,7 +697,7 @@ void TestKpgeomBatch::signalLeavesWholeFiles_data()
     QTest::newRow("interrupt") << SIGINT << 130;
     QTest::newRow("terminate") << SIGTERM << 143;
     QTest::newRow("hang up") << SIGHUP << 129;
-    QTest::newRow("kill") << SIGKILL << -1;
+    QTest::newRow("kill") << SIGKILL << 137;
 }
 
 void TestKpgeomBatch::signalLeavesWholeFiles()

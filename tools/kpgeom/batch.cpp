@@ -6,7 +6,7 @@
 #include "inputfiles.h"
 #include "orderedjobs.h"
 #include "outputname.h"
-#include "termination.h"
+#include "process/termination.h"
 
 #include <QDir>
 #include <QHash>

@@ -7,8 +7,8 @@
 #include "filereplacement_p.h"
 #include "orderedjobs.h"
 #include "process/messagelog.h"
+#include "process/termination.h"
 #include "progress.h"
-#include "termination.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -134,6 +134,7 @@ std::optional<QByteArray> readInput(QString const& operand, Diagnostics& diagnos
 
 std::optional<RepeatableInput> openRepeatable(QString const& operand, Diagnostics& diagnostics)
 {
+    endTidily(); // a pipe may go to a temporary file
     auto input = std::make_unique<QFile>();
     if (!openInput(*input, operand, diagnostics))
         return std::nullopt;
@@ -150,12 +151,11 @@ Output::~Output() = default;
 bool Output::open()
 {
     Diagnostics diagnostics;
+    endTidily();
     if (isStandardOutput(m_operand))
         m_waiting = std::make_unique<Spool>();
-    else {
-        endTidily();
+    else
         m_file = OutputFile::open(m_operand, diagnostics);
-    }
     report(diagnostics);
     return diagnostics.isEmpty();
 }

@@ -2,8 +2,10 @@
 
 #include "check/recentaudit.h"
 #include "common/filecontent.h"
+#include "common/unfinishedfile.h"
 #include "common/xmldiagnostic.h"
 #include "kpfilepathmanager.h"
+#include "process/termination.h"
 #include "xmltext_p.h"
 
 #include <QCoreApplication>
@@ -194,7 +196,9 @@ RecentLists::Try RecentLists::trySave()
 {
     // The library writes the file, and does not say when it cannot.
     HeldFile const before(m_file);
+    endTidily();
     {
+        UnfinishedFile const unfinished;
         ConfigurationDirectory const redirected(m_directory);
         m_manager.save();
     }

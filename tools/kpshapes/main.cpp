@@ -3,6 +3,7 @@
 #include "common/localname.h"
 #include "paint/imagefile.h"
 #include "process/filenames.h"
+#include "process/termination.h"
 #include "unitutil.h"
 #include "window/commandtext.h"
 #include "window/mainwindow.h"
@@ -171,6 +172,7 @@ int main(int argc, char** argv)
         return exitCode;
     initUnits();
     QObject::connect(&application, &QGuiApplication::primaryScreenChanged, initUnits);
+    endTidily();
     installCanvasAccessibility();
     QDir const config(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
     QDir const data(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));

@@ -1,6 +1,7 @@
 #include "common/repeatableinput.h"
 
 #include "common/filecontent.h"
+#include "common/unfinishedfile.h"
 #include "savedfile_p.h"
 
 #include <QBuffer>
@@ -58,14 +59,20 @@ private:
         if (count <= 0)
             return count;
         errno = 0;
-        bool const isKept = (m_copy.isOpen() || SavedFile::openTemporary(m_copy))
-            && m_copy.write(data, count) == count && m_copy.flush();
+        bool const isKept =
+            (m_copy.isOpen() || openCopy()) && m_copy.write(data, count) == count && m_copy.flush();
         if (!isKept) {
             fault = QStringLiteral("cannot be kept to be read again: %1").arg(reasonOf(m_copy));
             return -1;
         }
         m_copied += count;
         return count;
+    }
+
+    bool openCopy()
+    {
+        UnfinishedFile const unfinished;
+        return SavedFile::openTemporary(m_copy);
     }
 
     std::unique_ptr<QFile> const m_file;

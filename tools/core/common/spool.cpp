@@ -1,6 +1,7 @@
 #include "common/spool.h"
 
 #include "common/filecontent.h"
+#include "common/unfinishedfile.h"
 #include "savedfile_p.h"
 
 #include <QFile>
@@ -53,6 +54,7 @@ void Spool::fail()
 
 bool Spool::moveToFile()
 {
+    UnfinishedFile const unfinished;
     m_file = std::make_unique<QFile>();
     bool const isMoved =
         SavedFile::openTemporary(*m_file) && m_file->write(m_memory.data()) == m_memory.size();

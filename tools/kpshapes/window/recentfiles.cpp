@@ -1,6 +1,7 @@
 #include "window/recentfiles.h"
 
 #include "common/text.h"
+#include "common/unfinishedfile.h"
 
 #include <QFileInfo>
 #include <QMenu>
@@ -105,5 +106,6 @@ void RecentFiles::removeMissing()
 
 void RecentFiles::save()
 {
+    UnfinishedFile const unfinished;
     m_manager.save();
 }

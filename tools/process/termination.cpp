@@ -1,4 +1,4 @@
-#include "termination.h"
+#include "process/termination.h"
 
 #include "common/unfinishedfile.h"
 
@@ -15,6 +15,20 @@ namespace {
 constexpr int endingSignals[] = {SIGHUP, SIGINT, SIGTERM};
 
 int ends[2] = {-1, -1}; ///< of the pipe from the handler to the thread that ends the process
+
+/** Ends the process as the signal does, so that whoever has started it sees which one it was. */
+[[noreturn]] void endBy(int signal)
+{
+    struct sigaction action
+    {
+    };
+    action.sa_handler = SIG_DFL;
+    sigaction(signal, &action, nullptr);
+    raise(signal);
+    // The first process of a container, which no signal ends of itself. Not exit(): other threads are
+    // still running.
+    _exit(128 + signal);
+}
 
 /** Does no more than a handler may; what takes a lock is left to the thread. */
 void pass(int signal)
@@ -36,8 +50,7 @@ void awaitSignal()
     if (size != 1)
         return;
     UnfinishedFile::awaitAllForGood();
-    // Not exit(): other threads are still running.
-    _exit(128 + number);
+    endBy(number);
 }
 
 bool startToAwait()
