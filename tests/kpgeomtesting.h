@@ -92,6 +92,7 @@ public:
         std::function<void()> setUp {}; ///< called in the child before the tool begins
         QString locale = QStringLiteral("C.UTF-8");
         QMap<QString, QString> variables {}; ///< of the environment, besides the usual ones
+        QString program = QStringLiteral(KPGEOM_EXECUTABLE); ///< another one instead of the tool
     };
 
     Result run(QStringList const& arguments) const { return run(arguments, Start()); }
@@ -149,7 +150,7 @@ private:
         process.setProcessEnvironment(environment(start));
         if (!start.outputFile.isEmpty())
             process.setStandardOutputFile(start.outputFile);
-        process.start(KPGEOM_EXECUTABLE, arguments);
+        process.start(start.program, arguments);
         process.write(start.input);
         process.closeWriteChannel();
     }

@@ -3,6 +3,8 @@
 #include "console.h"
 #include "guiapplication.h"
 #include "process/filenames.h"
+#include "process/lackofmemory.h"
+#include "process/messagelog.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -11,6 +13,7 @@
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <new>
 #include <unistd.h>
@@ -93,10 +96,16 @@ Outcome run(QStringList const& arguments)
     return Outcome::Misused;
 }
 
-/** Drops what Qt says of its surroundings: the tool itself reports every failure. */
-void ignoreMessage(
-    QtMsgType /*type*/, QMessageLogContext const& /*context*/, QString const& /*message*/)
+/**
+ * Drops what Qt says of its surroundings: the tool itself reports every failure. But where Qt ends
+ * the process, as without its plugin to draw with, nobody else can.
+ */
+void takeMessage(QtMsgType type, QMessageLogContext const& /*context*/, QString const& message)
 {
+    if (type != QtFatalMsg)
+        return;
+    printError("kpgeom: " + message.simplified().toUtf8() + '\n');
+    std::_Exit(static_cast<int>(Outcome::Failed));
 }
 
 /**
@@ -125,9 +134,10 @@ void occupyStandardStreams()
 
 int main(int argc, char** argv)
 try {
+    tellLackOfMemory("kpgeom: out of memory\n");
     ignoreWriteSignals();
     occupyStandardStreams();
-    qInstallMessageHandler(ignoreMessage);
+    qInstallMessageHandler(takeMessage);
     // No window is ever opened, so no display is needed.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The same document is written with its attributes in the same order every time.

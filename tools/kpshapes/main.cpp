@@ -3,6 +3,7 @@
 #include "common/localname.h"
 #include "paint/imagefile.h"
 #include "process/filenames.h"
+#include "process/lackofmemory.h"
 #include "process/termination.h"
 #include "unitutil.h"
 #include "window/commandtext.h"
@@ -153,6 +154,7 @@ void initUnits()
 
 int main(int argc, char** argv)
 {
+    tellLackOfMemory("kpshapes: out of memory\n");
     keepFileNamesExact();
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

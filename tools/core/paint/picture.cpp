@@ -152,6 +152,13 @@ QByteArray trimmed(QByteArray const& pdf, QSizeF const& points, QSizeF const& wh
             + ' ' + text(wholePoints.height()) + ']');
 }
 
+/** Without memory to compress a page Qt writes an empty one, where nothing that is compressed is. */
+bool lacksContent(QByteArray const& file)
+{
+    return file.contains("stream\n\nendstream");
+}
+
+/** Empty if there is no memory for it. */
 QByteArray toPdf(Picture const& picture, PictureSettings const& settings)
 {
     QByteArray file;
@@ -169,6 +176,8 @@ QByteArray toPdf(Picture const& picture, PictureSettings const& settings)
         QPainter painter(&writer);
         paintOnGround(picture, settings.background, painter);
     }
+    if (lacksContent(file))
+        return QByteArray();
     return trimmed(dated(file, settings.date), points, wholePoints);
 }
 
