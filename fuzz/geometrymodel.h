@@ -1,0 +1,23 @@
+#ifndef GEOMETRYMODEL_H
+#define GEOMETRYMODEL_H
+
+#include "outlinevalue.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+/**
+ * What the two readers of outlines should make of a document, said once more and plainly: from a
+ * tree of the whole document, with Qt's own conversion of numbers.
+ */
+namespace GeometryModel {
+
+enum class Form { Dom, Stream };
+
+/** The outline of the root element; none if the text is not well-formed. */
+std::optional<OutlineValue::Outline> read(QByteArray const& text, Form form);
+
+} // namespace GeometryModel
+
+#endif // GEOMETRYMODEL_H
