@@ -2,6 +2,8 @@
 #define FUZZING_H
 
 #include <QByteArray>
+#include <QString>
+#include <QtGlobal>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -23,6 +25,15 @@ inline void require(bool holds, char const* promise)
         return;
     std::fprintf(stderr, "broken: %s\n", promise);
     std::abort();
+}
+
+/** From now on whatever is logged is a fault: the library logs nothing. */
+inline void forbidLog()
+{
+    qInstallMessageHandler([](QtMsgType, QMessageLogContext const&, QString const& message) {
+        std::fprintf(stderr, "logged: %s\n", qPrintable(message));
+        std::abort();
+    });
 }
 
 /** The input as text. The bytes are not copied and must outlive it. */
