@@ -1,40 +1,14 @@
 // Any numbers as an undo record. What is read from them must survive being recorded and read
-// again; the positions must stay inside the vectors.
+// again, alone and behind other records; a change that is undone and done again by records leaves
+// what was there; the positions must stay inside the vectors.
 
+#include "fuzzing.h"
+#include "kpcolor.h"
 #include "kppathseglist.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
+using Fuzzing::require;
 
 namespace {
-
-/** Takes values from the input, 0 at its end. */
-class Source
-{
-public:
-    Source(std::uint8_t const* data, std::size_t size)
-        : m_data(data)
-        , m_left(size)
-    {
-    }
-
-    template <class Value> Value take()
-    {
-        Value value {};
-        std::size_t const count = m_left < sizeof value ? m_left : sizeof value;
-        std::memcpy(&value, m_data, count);
-        m_data += count;
-        m_left -= count;
-        return value;
-    }
-
-    bool isEmpty() const { return m_left == 0; }
-
-private:
-    std::uint8_t const* m_data;
-    std::size_t m_left;
-};
 
 struct Record
 {
@@ -57,41 +31,122 @@ Record record(KpPathSegList& list)
     return result;
 }
 
+/** Where a record is read. */
+struct Place
+{
+    int ints;
+    int doubles;
+};
+
+/** Makes an outline what a record holds, as the application undoes. */
+void restore(KpPathSegList& list, Record& from, Place& place, int segmentCount)
+{
+    list.clear();
+    list.fromUndoValue(from.ints, from.doubles, place.ints, place.doubles, segmentCount);
+}
+
+/** Mostly small numbers, so that types and bases are hit often. */
+Record anyRecord(FuzzedDataProvider& input)
+{
+    Record result;
+    while (input.remaining_bytes() > 0) {
+        bool const isSmall = input.ConsumeIntegralInRange(0, 15) != 0;
+        result.ints.append(isSmall ? input.ConsumeIntegral<qint8>() : input.ConsumeIntegral<int>());
+        int const reals = input.ConsumeIntegralInRange(0, 2);
+        for (int i = 0; i < reals; ++i)
+            result.doubles.append(Fuzzing::awkwardReal(input));
+    }
+    return result;
+}
+
+void checkPoint(Record const& input, Place const& place)
+{
+    int ints = place.ints;
+    int doubles = place.doubles;
+    KpPoint point;
+    point.fromUndoValue(input.ints, input.doubles, ints, doubles);
+    require(ints == place.ints + 2 && doubles == place.doubles + 4, "a point moves both positions");
+    KpReal const* const reals[] = {&point.x, &point.y};
+    for (int i = 0; i < 2; ++i) {
+        require(reals[i]->base == static_cast<qint16>(input.ints.value(place.ints + i))
+                && Fuzzing::areSameBits(reals[i]->value, input.doubles.value(place.doubles + 2 * i))
+                && Fuzzing::areSameBits(
+                    reals[i]->rate, input.doubles.value(place.doubles + 2 * i + 1)),
+            "a point is what the record holds, or 0 outside of it");
+    }
+}
+
+void checkColour(Record& input, int place)
+{
+    KpColor colour(QColor(1, 2, 3, 4));
+    int index = place;
+    colour.fromUndoValue(input.ints, index);
+    require(index == place + 4, "a colour moves the position");
+    QVector<int> first;
+    colour.toUndoValue(first);
+    KpColor again;
+    index = 0;
+    again.fromUndoValue(first, index);
+    QVector<int> second;
+    again.toUndoValue(second);
+    require(first == second && first.size() == 4, "a colour survives its record");
+    for (int i = 0; i < 4; ++i) {
+        int const held = input.ints.value(place + i);
+        require(first.at(i) == (i < 2 ? static_cast<qint16>(held) : held),
+            "a colour is what the record holds, or 0 outside of it");
+    }
+}
+
+/** Changes an outline as an editor does, and undoes and repeats that, with all in one record. */
+void checkUndo(KpPathSegList& list, FuzzedDataProvider& change)
+{
+    Record const before = record(list);
+    int const countBefore = list.segs.count();
+    Record history = before;
+    double const width = Fuzzing::awkwardReal(change);
+    list.updateValue(width, Fuzzing::awkwardReal(change));
+    list.removeAt(change.ConsumeIntegralInRange(0, 3), true);
+    list.lineTo({width, 1.0});
+    list.closed = !list.closed;
+    list.toUndoValue(history.ints, history.doubles);
+    Record const after = record(list);
+    int const countAfter = list.segs.count();
+
+    KpPathSegList undone;
+    Place place {0, 0};
+    restore(undone, history, place, countBefore);
+    require(record(undone) == before, "what is undone is as before");
+    restore(undone, history, place, countAfter);
+    require(record(undone) == after, "what is done again is as after");
+    require(place.ints == history.ints.size() && place.doubles == history.doubles.size(),
+        "records stand one behind the other");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
-    Source source(data, size);
-    int intPos = source.take<qint8>();
-    int doublePos = source.take<qint8>();
-    int const segmentCount = source.take<int>();
-    Record input;
-    while (!source.isEmpty()) {
-        // Small numbers, so that types and bases are hit often.
-        input.ints.append(source.take<qint8>());
-        if (source.take<quint8>() % 2 == 0)
-            input.doubles.append(source.take<double>());
-    }
-
-    int pointInts = intPos;
-    int pointDoubles = doublePos;
-    KpPoint point;
-    point.fromUndoValue(input.ints, input.doubles, pointInts, pointDoubles);
-    if (pointInts != intPos + 2 || pointDoubles != doublePos + 4)
-        std::abort();
+    FuzzedDataProvider values(data, size);
+    Place place {values.ConsumeIntegralInRange(-3, 6), values.ConsumeIntegralInRange(-3, 6)};
+    int const segmentCount = values.ConsumeBool() ? values.ConsumeIntegralInRange(-1, 40)
+                                                  : values.ConsumeIntegral<int>();
+    Record input = anyRecord(values);
+    checkPoint(input, place);
+    checkColour(input, place.ints);
 
     KpPathSegList list;
-    list.fromUndoValue(input.ints, input.doubles, intPos, doublePos, segmentCount);
-    if (intPos > input.ints.size() && !list.segs.isEmpty())
-        std::abort();
+    list.fromUndoValue(input.ints, input.doubles, place.ints, place.doubles, segmentCount);
+    require(
+        place.ints <= input.ints.size() || list.segs.isEmpty(), "nothing is read behind the end");
     Record const first = record(list);
     KpPathSegList again;
-    int position = 0;
-    int realPosition = 0;
     Record copy = first;
-    again.fromUndoValue(copy.ints, copy.doubles, position, realPosition, list.segs.count());
-    if (!(record(again) == first) || position != copy.ints.size()
-        || realPosition != copy.doubles.size())
-        std::abort();
+    Place start {0, 0};
+    restore(again, copy, start, list.segs.count());
+    require(record(again) == first, "what is read survives its record");
+    require(start.ints == copy.ints.size() && start.doubles == copy.doubles.size(),
+        "and all of it is read");
+    FuzzedDataProvider change(data, size);
+    checkUndo(list, change);
     return 0;
 }
