@@ -1,6 +1,6 @@
 // Any sequence of operations on two colours of a document, beside a model: the four things that
-// each consists of, and the formulas by which they change. After each the colour must come back
-// from an undo record, a data stream and both forms of XML as far as these hold it. Nothing is
+// each consists of, and the formulas by which they change. In the end the colours must come back
+// from an undo record, a data stream and both forms of XML as far as these hold them. Nothing is
 // logged.
 
 #include "colorutil.h"
@@ -26,6 +26,12 @@ int channel(double real)
     return real >= 255.0 ? 255 : real >= 1.0 ? static_cast<int>(real) : 0;
 }
 
+/** An integer, which no number that is none can become: that is 0. */
+double rounded(double real)
+{
+    return std::isnan(real) ? 0.0 : std::floor(real + 0.5);
+}
+
 double linear(int level)
 {
     double const v = level / 255.0;
@@ -43,7 +49,7 @@ int encoded(double light)
         v = 1.0;
     else
         v = 1.055 * std::pow(light, 0.4166666666666667) - 0.055;
-    return channel(std::floor(v * 255.0 + 0.5));
+    return channel(rounded(v * 255.0));
 }
 
 /** Red, green and blue with each intensity changed. */
@@ -241,9 +247,9 @@ bool transform(QColor& colour, QString const& name, double value)
             channel(colour.red() * 0.3 + colour.green() * 0.59 + colour.blue() * 0.11);
         setChannels(colour, qRgb(level, level, level));
     } else if (name == QLatin1String("alphaOff"))
-        colour.setAlpha(channel(colour.alpha() + std::floor(value * 255.0 + 0.5)));
+        colour.setAlpha(channel(colour.alpha() + rounded(value * 255.0)));
     else if (name == QLatin1String("alphaMod"))
-        colour.setAlpha(channel(std::floor(colour.alpha() * value + 0.5)));
+        colour.setAlpha(channel(rounded(colour.alpha() * value)));
     else
         return false;
     return true;
@@ -265,10 +271,12 @@ public:
             std::size_t const changed = m_input.ConsumeBool() ? 1 : 0;
             step(m_colours[changed], m_models[changed]);
             check(m_colours[changed], m_models[changed]);
-            checkRecords(m_colours[changed]);
-            checkXml(m_colours[changed], m_models[changed]);
             KpColor const other = m_colours[1 - changed];
             require((m_colours[changed] == other) == (other == m_colours[changed]), "== both ways");
+        }
+        for (std::size_t i = 0; i < 2; ++i) {
+            checkRecords(m_colours[i]);
+            checkXml(m_colours[i], m_models[i]);
         }
     }
 
