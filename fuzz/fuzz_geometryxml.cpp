@@ -27,8 +27,15 @@ QByteArray streamText(KpPathSegList& list)
 void readStream(QByteArray const& text, KpPathSegList& list)
 {
     QXmlStreamReader reader(text);
-    if (reader.readNextStartElement())
-        list.parse(reader, 0);
+    if (!reader.readNextStartElement())
+        return;
+    QString const name = reader.name().toString();
+    bool const isRead = list.parse(reader, 0);
+    require(reader.hasError() || reader.name() == name, "the reader stays with its element");
+    require(isRead ? reader.hasError() || reader.isEndElement() : reader.isStartElement(),
+        "what is read is read to its end, and what is not is left where it is");
+    reader.readNext();
+    require(!isRead || reader.hasError() || !reader.isStartElement(), "no element is left");
 }
 
 bool readDom(QByteArray const& text, KpPathSegList& list)

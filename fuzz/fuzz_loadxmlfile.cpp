@@ -7,6 +7,7 @@
 #include "kpfilepathmanager.h"
 
 #include <QDomDocument>
+#include <QIODevice>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -108,6 +109,50 @@ void checkAgainstQt(QByteArray const& text, bool isLoaded, QDomDocument const& l
     }
 }
 
+/** A device that gives a few bytes at a time, and says no position: a pipe. */
+class Pipe : public QIODevice
+{
+public:
+    explicit Pipe(QByteArray const& text)
+        : m_text(text)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        // As long as the last one, and one more: the places of the cuts change.
+        int const count = std::min({int(size), 1 + m_lastSize++ % 40, m_text.size() - m_position});
+        std::copy_n(m_text.constData() + m_position, count, data);
+        m_position += count;
+        return count;
+    }
+    qint64 writeData(char const* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    QByteArray const m_text;
+    int m_position = 0;
+    int m_lastSize = 0;
+};
+
+/** Token by token from a pipe, a text is what it is as a whole. */
+void checkReader(QByteArray const& text)
+{
+    BoundedXml::Error error;
+    bool const isGood = BoundedXml::check(text, error);
+    Pipe pipe(text);
+    BoundedXml::Reader reader(pipe);
+    int depth = 0;
+    while (reader.readNext()) {
+        depth += reader.xml().isStartElement() ? 1 : 0;
+        depth -= reader.xml().isEndElement() ? 1 : 0;
+        require(depth >= 0 && depth <= BoundedXml::maximumDepth, "a reader keeps to the depth");
+    }
+    require(reader.error().isNull() == isGood, "a reader passes what the check passes");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
@@ -125,6 +170,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     bool const isParsed = BoundedXml::parse(text, parsed, error, BoundedXml::configurationLimits);
     require(isLoaded == isParsed && isLoaded == error.isNull(), "the guard decides what is loaded");
     require(isLoaded || (error.line >= 0 && error.column >= 0), "a fault has a place or none");
+    checkReader(text);
     if (std::none_of(text.cbegin(), text.cend(), isControl)) {
         require(isLoaded == BoundedXml::check(text, error, BoundedXml::configurationLimits),
             "without control characters both ways of the guard agree");
