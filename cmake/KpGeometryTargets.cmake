@@ -35,6 +35,8 @@ if(KPGEOMETRY_COVERAGE)
   target_link_options(kpgeometry_settings INTERFACE --coverage)
 endif()
 
+include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
+
 # Said by every public header, first of all, since each begins with an export header. Those that
 # pass no Qt types compile without Qt.
 set(KPGEOMETRY_QT_CHECK [[
@@ -110,7 +112,7 @@ function(kpgeometry_compile_as_test target)
     target_compile_options(${target} PRIVATE -UQT_WIDGETS_LIB)
   endif()
   if(arg_UNOPTIMIZED)
-    target_compile_options(${target} PRIVATE -O0)
+    target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
   endif()
 endfunction()
 

@@ -51,6 +51,7 @@ function(kpgeometry_add_package_test name script)
     -DCXX=${arg_CXX}
     -DPKG_CONFIG=$<$<BOOL:${KPGEOMETRY_PKG_CONFIG}>:${KPGEOMETRY_PKG_CONFIG}>
     -DNM=${CMAKE_NM}
+    -DOBJDUMP=${CMAKE_OBJDUMP}
     -DREADELF=${CMAKE_READELF}
     -P ${PROJECT_SOURCE_DIR}/tests/package/${script}.cmake)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 COST 600)
@@ -64,6 +65,10 @@ kpgeometry_add_package_test(package_foreigncompanions foreigncompanions)
 kpgeometry_add_package_test(package_wrongqt wrongqt)
 set(package_tests
   package_findpackage package_pkgconfig package_foreigncompanions package_wrongqt)
+if(KPGEOMETRY_HARDENING)
+  kpgeometry_add_package_test(package_hardening hardening)
+  list(APPEND package_tests package_hardening)
+endif()
 foreach(compiler IN ITEMS GCC CLANG)
   if(KPGEOMETRY_${compiler})
     string(TOLOWER package_headers_${compiler} name)
