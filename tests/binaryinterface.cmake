@@ -69,6 +69,17 @@ if(KPGEOMETRY_HARDENING)
   kpgeometry_add_package_test(package_hardening hardening)
   list(APPEND package_tests package_hardening)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # What abidw makes of the debug information of another compiler differs in the records.
+  add_test(NAME package_types COMMAND ${CMAKE_COMMAND}
+    -DSOURCE=${PROJECT_SOURCE_DIR}
+    -DBUILD=${package_work}/types-build
+    -DRECORDS=${PROJECT_SOURCE_DIR}/tests/data/binaryinterface
+    -DGENERATOR=${CMAKE_GENERATOR}
+    -DCXX=${CMAKE_CXX_COMPILER}
+    -P ${PROJECT_SOURCE_DIR}/tests/package/types.cmake)
+  set_tests_properties(package_types PROPERTIES TIMEOUT 1200 COST 1200)
+endif()
 foreach(compiler IN ITEMS GCC CLANG)
   if(KPGEOMETRY_${compiler})
     string(TOLOWER package_headers_${compiler} name)
