@@ -24,6 +24,10 @@ if(KPGEOMETRY_SANITIZERS)
 else()
   # The sanitizer runtimes are resolved at load time, so only a plain build can insist.
   target_link_options(kpgeometry_settings INTERFACE -Wl,--no-undefined)
+  # What is installed does not tell where it was built. Only a debugger wants to know.
+  target_compile_options(kpgeometry_settings INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
 endif()
 target_link_options(kpgeometry_settings INTERFACE -Wl,--fatal-warnings)
 if(KPGEOMETRY_FUZZERS)

@@ -49,6 +49,9 @@ function(kpgeometry_add_package_test name script)
     -DVERSION=${PROJECT_VERSION}
     -DGENERATOR=${CMAKE_GENERATOR}
     -DCXX=${arg_CXX}
+    -DCXX_FLAGS=${CMAKE_CXX_FLAGS}
+    -DHARDENING=${KPGEOMETRY_HARDENING}
+    -DPRECOMPILED_HEADERS=${KPGEOMETRY_PRECOMPILED_HEADERS}
     -DPKG_CONFIG=$<$<BOOL:${KPGEOMETRY_PKG_CONFIG}>:${KPGEOMETRY_PKG_CONFIG}>
     -DNM=${CMAKE_NM}
     -DOBJDUMP=${CMAKE_OBJDUMP}
@@ -68,6 +71,10 @@ set(package_tests
 if(KPGEOMETRY_HARDENING)
   kpgeometry_add_package_test(package_hardening hardening)
   list(APPEND package_tests package_hardening)
+endif()
+if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT KPGEOMETRY_COVERAGE)
+  kpgeometry_add_package_test(package_reproducible reproducible)
+  list(APPEND package_tests package_reproducible)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   # What abidw makes of the debug information of another compiler differs in the records.
