@@ -3,6 +3,8 @@
 #include "boundpoint_p.h"
 #include "geometryxml_p.h"
 
+#include <QPainterPath>
+
 KpPathSegCurveTo::KpPathSegCurveTo(
     QPointF const& control1, QPointF const& control2, QPointF const& end, KpPathSegList* list)
     : KpPathSeg(SegCurveTo, list)

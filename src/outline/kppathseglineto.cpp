@@ -3,6 +3,8 @@
 #include "boundpoint_p.h"
 #include "geometryxml_p.h"
 
+#include <QPainterPath>
+
 #include <cmath>
 
 KpPathSegLineTo::KpPathSegLineTo(QPointF const& point, KpPathSegList* list)

@@ -6,6 +6,8 @@
 #include "segmentsearch_p.h"
 #include "undoreal_p.h"
 
+#include <QPainterPath>
+
 #include <numeric>
 
 namespace {

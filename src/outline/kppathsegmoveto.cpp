@@ -3,6 +3,8 @@
 #include "boundpoint_p.h"
 #include "geometryxml_p.h"
 
+#include <QPainterPath>
+
 KpPathSegMoveTo::KpPathSegMoveTo(QPointF const& point, KpPathSegList* list)
     : KpPathSeg(SegMoveTo, list)
 {
