@@ -43,7 +43,7 @@ function(kpgeometry_add_package_test name script)
     -DBUILD=${PROJECT_BINARY_DIR}
     -DWORK=${package_work}
     -DPREFIX=${package_work}/prefix
-    -DCOMPANIONS_PREFIX=${package_work}/companions-prefix
+    -DCOMPANIONS_PREFIX=${other_companions}
     -DCONSUMER=${PROJECT_SOURCE_DIR}/tests/package/consumer
     -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
     -DVERSION=${PROJECT_VERSION}

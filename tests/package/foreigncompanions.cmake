@@ -1,5 +1,5 @@
 # The library is built from SOURCE against the companion libraries in COMPANIONS_PREFIX, which
-# it did not build itself, as users build it, installed, and consumed.
+# are others than its own, as users build it, installed, and consumed.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(build ${WORK}/foreign-build)

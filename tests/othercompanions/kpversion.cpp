@@ -1,0 +1,4 @@
+#include "kpversion.h"
+
+QStringList KpVersion::s_fontFamilyList;
+int KpVersion::s_langID = 0;
