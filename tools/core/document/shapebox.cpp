@@ -3,6 +3,8 @@
 #include "common/text.h"
 #include "kppath.h"
 
+#include <QPainterPath>
+
 #include <algorithm>
 
 namespace {
