@@ -1,0 +1,142 @@
+"""Mutation testing of the library; see scripts/mutate."""
+
+import argparse
+import json
+import os
+import time
+from collections import Counter, defaultdict
+from pathlib import Path
+
+import points
+import schemata
+import survivors
+import trial
+
+ROOT = survivors.ROOT
+FOLDER = ROOT / "build/mutate"
+RESULTS = FOLDER / "results.json"
+LEFT = ("survived", "not reached")
+# What tests src and companions; the tools' own tests are another matter.
+PROGRAMS = ["tst_" + name for name in """
+    md5 kpmath kpbound kppoint unitutil quarkmanager xmlstreamwriter kppath kpfilepathmanager
+    numbertext kpcolorio kppathseg kppathsegmoveto kppathseglineto kppathsegcurveto
+    kppathsegellipse kppathseglist geometryundo geometryxml neighbours useatexit boundedxml
+    kpcolor colorutil kprecentfilemanager largeoutlines recentfilesfile gaussianblur""".split()]
+
+
+def options():
+    parser = argparse.ArgumentParser(
+        prog="scripts/mutate",
+        description="Changes the library in one place at a time, and sees whether a test fails.")
+    parser.add_argument("files", nargs="*", metavar="FILE", help="by default all")
+    parser.add_argument("--list", action="store_true", help="only list the mutants")
+    parser.add_argument("--again", action="store_true",
+                        help="only those that the last run did not catch")
+    parser.add_argument("--tests", metavar="NAME,...", help="only with these test programs")
+    return parser.parse_args()
+
+
+def place(mutant):
+    return f"{mutant.file.name}:{mutant.line}:{mutant.column}: {mutant.mutant.what}"
+
+
+def identity(mutant):
+    return f"{mutant.file.name}:{mutant.point.start}-{mutant.point.end}: {mutant.mutant.text}"
+
+
+def chosen(mutants, wanted):
+    names = {os.path.relpath(name, ROOT) for name in map(os.path.abspath, wanted)}
+    unknown = names - {mutant.file.name for mutant in mutants}
+    if unknown:
+        raise SystemExit(f"nothing to mutate in {', '.join(sorted(unknown))}")
+    return [m for m in mutants if not names or m.file.name in names]
+
+
+def table(mutants, build, outcomes):
+    rows = defaultdict(Counter)
+    for mutant in mutants:
+        for name in (mutant.file.name, "all"):
+            rows[name]["mutants"] += 1
+            if build.is_dropped(mutant.file, mutant.point):
+                rows[name]["constant"] += 1
+            else:
+                outcome = outcomes[identity(mutant)]
+                rows[name][outcome if outcome in LEFT else "caught"] += 1
+    columns = ["mutants", "caught", "survived", "not reached", "constant"]
+    print(f"{'':40}" + "".join(f"{name:>13}" for name in columns) + "   of the tried")
+    for name in sorted(rows, key=lambda n: (n == "all", n)):
+        row = rows[name]
+        tried = row["mutants"] - row["constant"]
+        share = f"{100 * row['caught'] / tried:13.1f} %" if tried else ""
+        print(f"{name:40}" + "".join(f"{row[column]:13}" for column in columns) + share)
+
+
+def compare(mutants, outcomes):
+    """Whether what was not caught is what the list says."""
+    listed, places = survivors.read()
+    left = Counter(m.key() for m in mutants
+                   if outcomes.get(identity(m)) in LEFT)
+    files = {m.file.name for m in mutants}
+    print(f"{sum(min(left[k], listed[k]) for k in left)} of {sum(left.values())} that are not"
+          " caught are listed with a reason")
+    fine = True
+    for mutant in mutants:
+        outcome = outcomes.get(identity(mutant))
+        if outcome in LEFT and left[mutant.key()] > listed[mutant.key()]:
+            fine = False
+            print(f"{place(mutant)}: {outcome}\n    "
+                  + survivors.text_of(mutant.key(), left[mutant.key()]))
+    for key in listed:
+        if key[0] in files and left[key] < listed[key]:
+            fine = False
+            print(f"{survivors.LIST.relative_to(ROOT)}:{places[key]}: is caught: "
+                  + survivors.text_of(key, listed[key] - left[key]))
+    return fine
+
+
+def main():
+    wanted = options()
+    start = time.monotonic()
+    build = schemata.Build(ROOT, {}, FOLDER)
+    schemata.synchronize(ROOT, build.tree, Path(__file__).parent / "mutant.h")
+    build.configure()
+    files = points.known(ROOT, build.tree, build.binaries / "compile_commands.json",
+                         FOLDER / "points")
+    build = schemata.Build(ROOT, files, FOLDER)
+    mutants = chosen(build.mutants, wanted.files)
+    if wanted.list:
+        print("\n".join(map(place, mutants)))
+        return 0
+    print(f"{len(mutants)} mutants; building", flush=True)
+    build.compile(["kpgeometry", "kpbx", "kpgraphics"])
+    programs = wanted.tests.split(",") if wanted.tests else PROGRAMS
+    build.compile(programs)
+    print(f"built after {time.monotonic() - start:.0f} s", flush=True)
+
+    outcomes = json.loads(RESULTS.read_text()) if RESULTS.exists() else {}
+    os.nice(10)
+    tried = [m for m in mutants if not build.is_dropped(m.file, m.point)]
+    if wanted.again:
+        tried = [m for m in tried
+                 if outcomes.get(identity(m), "survived") in LEFT]
+    trials = trial.Trials(build.binaries, programs, FOLDER)
+    print(f"tests pass after {time.monotonic() - start:.0f} s", flush=True)
+    done = 0
+
+    def report(mutant, outcome):
+        nonlocal done
+        done += 1
+        outcomes[identity(mutant)] = outcome
+        if outcome in LEFT:
+            print(f"{place(mutant)}: {outcome}", flush=True)
+        if done % 50 == 0 or done == len(tried):
+            RESULTS.write_text(json.dumps(outcomes))
+            print(f"{done} of {len(tried)} after {time.monotonic() - start:.0f} s", flush=True)
+
+    trials.try_all(tried, report)
+    table(mutants, build, outcomes)
+    return 0 if compare(mutants, outcomes) else 1
+
+
+if __name__ == "__main__":
+    raise SystemExit(main())

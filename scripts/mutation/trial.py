@@ -1,0 +1,173 @@
+"""Runs test programs with a mutant alive, and tells whether one of them notices."""
+
+import os
+import pickle
+import resource
+import shutil
+import signal
+import subprocess
+import tempfile
+import threading
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass
+
+BATCH_SECONDS = 1.0  # of functions that share a process
+TRACE_BYTES = 65536  # as in mutant.h
+MEMORY = 2 << 30  # a mutant may allocate without end
+
+
+@dataclass(frozen=True)
+class Function:
+    """A test function, with what it took and reached when no mutant was alive."""
+    program: str
+    name: str
+    seconds: float
+    reached: frozenset
+
+
+class Runner:
+    """Runs test programs, each in a home of its own."""
+
+    def __init__(self, binaries):
+        self.binaries = binaries
+
+    def run(self, program, arguments, environment, seconds):
+        """Whether the program failed, its processor time and what it said until it failed."""
+        home = tempfile.mkdtemp(prefix="mutate-")
+        variables = {name: value for name, value in os.environ.items()
+                     if not name.startswith(("MUTANT", "XDG_"))}
+        variables.update(environment, HOME=home, TMPDIR=home, XDG_RUNTIME_DIR=home,
+                         QT_QPA_PLATFORM="offscreen", LC_ALL="C.UTF-8")
+
+        process = subprocess.Popen(
+            [self.binaries / "tests" / program, *arguments], cwd=home, env=variables,
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+            text=True, errors="replace", start_new_session=True)
+        self.limit(process.pid, max(1, round(seconds)))
+        # Who waits for ever takes no processor time.
+        timer = threading.Timer(20 * seconds + 20, self.stop, [process])
+        timer.start()
+        said, failed = [], ""
+        for line in process.stdout:
+            said.append(line)
+            if line.startswith(("FAIL!", "XPASS", "QFATAL")):
+                failed = line.strip()
+                break
+        if failed:
+            self.stop(process)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = status
+        timer.cancel()
+        process.stdout.close()
+        self.stop(process)
+        shutil.rmtree(home, ignore_errors=True)
+        if not failed and status:
+            failed = f"ended with {os.waitstatus_to_exitcode(status)}"
+        return failed, usage.ru_utime + usage.ru_stime, "".join(said)
+
+    @staticmethod
+    def limit(process, seconds):
+        for what, limits in ((resource.RLIMIT_CPU, (seconds, seconds + 1)),
+                             (resource.RLIMIT_AS, (MEMORY, MEMORY)),
+                             (resource.RLIMIT_CORE, (0, 0))):
+            try:
+                resource.prlimit(process, what, limits)
+            except ProcessLookupError:
+                return
+
+    @staticmethod
+    def stop(process):
+        try:
+            os.killpg(process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+
+class Trials:
+    """Tries mutants with the test functions that reach them."""
+
+    def __init__(self, binaries, programs, memory):
+        self.runner = Runner(binaries)
+        self.pool = ThreadPoolExecutor(os.cpu_count())
+        self.catches = Counter()  # by file of the mutant and by function
+        self.memory = memory  # the folder of what is known of programs
+        self.functions = []
+        for functions in self.pool.map(self.known, programs):
+            self.functions += functions
+
+    def known(self, program):
+        """The functions of a program, from the last time if it was built as now."""
+        files = [self.runner.binaries / "tests" / program, *self.runner.binaries.glob("*/**/*.so.1")]
+        built = max(file.stat().st_mtime for file in files)
+        memory = self.memory / f"{program}.functions"
+        if memory.exists() and memory.stat().st_mtime > built:
+            return pickle.loads(memory.read_bytes())
+        functions = self.trace(program)
+        memory.write_bytes(pickle.dumps(functions))
+        return functions
+
+    def trace(self, program):
+        """The functions of a test program. Each runs alone, without a mutant, and must pass."""
+        listing = subprocess.run([self.runner.binaries / "tests" / program, "-functions"],
+                                 stdout=subprocess.PIPE, text=True, check=True,
+                                 env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}).stdout
+        functions = []
+        for line in listing.split():
+            name = line.removesuffix("()")
+            with tempfile.NamedTemporaryFile(prefix="mutate-") as trace:
+                trace.truncate(TRACE_BYTES)
+                failed, seconds, said = self.runner.run(
+                    program, [name], {"MUTANT_TRACE": trace.name}, 120)
+                data = trace.read()
+            if failed:
+                raise SystemExit(f"{program} {name} fails without a mutant: {failed}\n{said}")
+            reached = frozenset(i for i, byte in enumerate(data) if byte)
+            functions.append(Function(program, name, seconds, reached))
+        return functions
+
+    def try_all(self, mutants, report):
+        """Calls report with each mutant and "not reached", "survived" or who caught it."""
+        def one(mutant):
+            return mutant, self.outcome(mutant)
+
+        for mutant, outcome in self.pool.map(one, mutants):
+            report(mutant, outcome)
+
+    def outcome(self, mutant):
+        functions = [f for f in self.functions if mutant.number in f.reached]
+        if not functions:
+            return "not reached"
+        for program, batch in self.batches(functions, mutant.file.name):
+            caught = self.fails(program, batch, mutant)
+            if caught:
+                return caught
+        return "survived"
+
+    def batches(self, functions, file):
+        """Runs of a program, those first that cost little and have caught much in the file."""
+        def worth(function):
+            return (function.seconds + 0.02) / (1 + self.catches[file, function])
+
+        batches = []
+        for program in sorted({f.program for f in functions}):
+            batch, seconds = [], 0.0
+            for function in sorted((f for f in functions if f.program == program), key=worth):
+                if batch and seconds + function.seconds > BATCH_SECONDS:
+                    batches.append((program, batch))
+                    batch, seconds = [], 0.0
+                batch.append(function)
+                seconds += function.seconds
+            batches.append((program, batch))
+        return sorted(batches, key=lambda b: sum(f.seconds for f in b[1])
+                      / (1 + sum(self.catches[file, f] for f in b[1])))
+
+    def fails(self, program, batch, mutant):
+        seconds = 4 * sum(function.seconds for function in batch) + 0.5
+        failed, _, said = self.runner.run(program, [function.name for function in batch],
+                                          {"MUTANT": str(mutant.number)}, seconds)
+        if not failed:
+            return ""
+        done = said.count("\nPASS   :") - 1  # initTestCase
+        self.catches[mutant.file.name, batch[max(0, min(done, len(batch) - 1))]] += 1
+        return f"{program}: {failed}"
