@@ -360,6 +360,12 @@ void TestKpPath::isClockWise_data()
     QTest::newRow("small and very far from the origin") << Elements {
         element(move, 100000000.3, 100000000.7), element(line, 100000001.3, 100000000.7),
         element(line, 100000001.3, 100000000.8)} << true;
+    QTest::newRow("right turn where squares lose their last digits") << Elements {
+        element(move, 1e9, 1e9), element(line, 1e9 + 3.0, 1e9 + 1.0),
+        element(line, 1e9 + 1.0, 1e9 + 2.0)} << true;
+    QTest::newRow("left turn where squares lose their last digits") << Elements {
+        element(move, 1e9, 1e9), element(line, 1e9 + 1.0, 1e9 + 2.0),
+        element(line, 1e9 + 3.0, 1e9 + 1.0)} << false;
     QTest::newRow("two subpaths, the greater area decides") << Elements {topLeft, topRight,
         bottomRight, bottomLeft, topLeft, element(move, 0.0, 0.0), element(line, 0.0, 1.0),
         element(line, 1.0, 1.0), element(line, 0.0, 0.0)} << true;
@@ -432,6 +438,9 @@ void TestKpPath::toPainterPathDrawsWhatFormsAStep_data()
     QTest::newRow("curve") << Elements {element(move, 1.0, 2.0), element(curve, 3.0, 4.0),
         element(data, 5.0, 6.0), element(data, 7.0, 8.0)}
                            << "0(1,2) 2(3,4) 3(5,6) 3(7,8)";
+    QTest::newRow("what a curve has taken is no step, whatever its type") << Elements {
+        element(move, 1.0, 2.0), element(curve, 3.0, 4.0), element(line, 5.0, 6.0),
+        element(line, 7.0, 8.0)} << "0(1,2) 2(3,4) 3(5,6) 3(7,8)";
     QTest::newRow("line without a move starts at the origin")
         << Elements {element(line, 3.0, 4.0)} << "0(0,0) 1(3,4)";
     QTest::newRow("close draws the line back to the move") << Elements {element(move, 1.0, 1.0),

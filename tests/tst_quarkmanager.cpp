@@ -103,6 +103,12 @@ void TestQuarkManager::otherNamesHaveNoNumber_data()
     QTest::newRow("next letter") << "E";
     QTest::newRow("embedded null character") << QString("X") + QChar::Null;
     QTest::newRow("letter that looks alike") << QString::fromUtf8("\xd0\xa5"); // Cyrillic X
+    // Bytes that would be lost, or added to those before, where letters are packed into a number.
+    QTest::newRow("letter whose lower byte is a name") << QString(QChar(0x0158));
+    QTest::newRow("name of seven letters behind the number of its place")
+        << QString(QChar(0x01)) + "Ellipse";
+    QTest::newRow("names of seven letters, one behind the other")
+        << QString("Ellipse") + QChar(0x01) + "Ellipse";
     QTest::newRow("full-width letter") << QString(QChar(0xFF38));
     QTest::newRow("long") << QString(1000000, 'X');
 }
