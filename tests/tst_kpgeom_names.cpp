@@ -202,11 +202,12 @@ void TestKpgeomNames::foldersGiveEachFileItsName()
     NamedFile const mistaken(place, "in/" + other + ".xml");
     meant.write(boxGeometry());
     mistaken.write("<D/>");
-    for (QByteArray const& output : {QByteArray("out/"), QByteArray("{name}.xml")}) {
+    for (QByteArray const& output :
+        {QByteArray("out/"), QByteArray("{name}.xml"), QByteArray("\xff{name}.xml")}) {
         Result const result = runWithBytes(
             place, {"resize", "-R", "in", "--from", "1x1", "--to", "2x2", "-o", output}, locale);
         COMPARE_EXIT(result, 0);
-        QByteArray const folder = output == "out/" ? "out/" : "";
+        QByteArray const folder = output.endsWith('/') ? output : output.left(output.indexOf('{'));
         NamedFile const first(place, folder + name + ".xml");
         NamedFile const second(place, folder + other + ".xml");
         QVERIFY(first.content().contains("<MoveTo>"));

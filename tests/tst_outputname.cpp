@@ -31,6 +31,8 @@ void TestOutputName::placeholdersAreFilledIn_data()
     row("{size}/{path}-{name}", "240x160.5/a/b/c.d-c.d");
     row("{name}{name}", "c.dc.d");
     row("plain", "plain");
+    QTest::newRow("half a character")
+        << QString(QChar(0xdcff)) + "{name}" << QString(QChar(0xdcff)) + "c.d";
     row("", "");
     // A brace by itself is no placeholder, and two stand for one before one.
     row("{{name}-{name}", "{name}-c.d");

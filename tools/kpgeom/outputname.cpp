@@ -3,15 +3,51 @@
 #include "common/text.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStringList>
+#include <QVector>
 
 namespace {
 
-QRegularExpression const& placeholder()
+/** A place in a pattern that is replaced. */
+struct Placeholder
 {
-    static QRegularExpression const pattern(QStringLiteral("\\{(?:\\{|([a-z]+)\\})"));
-    return pattern;
+    int start;
+    int end; ///< behind its last character
+    QString name; ///< that of a brace is empty
+};
+
+bool isLetter(QChar character)
+{
+    return character >= QLatin1Char('a') && character <= QLatin1Char('z');
+}
+
+/** That which begins with a brace; nothing if it is none. */
+std::optional<Placeholder> placeholderAt(QString const& pattern, int start)
+{
+    auto const at = [&pattern](
+                        int index) { return index < pattern.size() ? pattern.at(index) : QChar(); };
+    if (at(start + 1) == QLatin1Char('{'))
+        return Placeholder {start, start + 2, QString()};
+    int end = start + 1;
+    while (isLetter(at(end)))
+        ++end;
+    if (end == start + 1 || at(end) != QLatin1Char('}'))
+        return std::nullopt;
+    return Placeholder {start, end + 1, pattern.mid(start + 1, end - start - 1)};
+}
+
+/** All of them. A regular expression would find none where a name holds bytes that are no text. */
+QVector<Placeholder> placeholdersIn(QString const& pattern)
+{
+    QVector<Placeholder> result;
+    int start = 0;
+    while ((start = pattern.indexOf(QLatin1Char('{'), start)) >= 0) {
+        auto const found = placeholderAt(pattern, start);
+        if (found)
+            result << *found;
+        start = found ? found->end : start + 1;
+    }
+    return result;
 }
 
 QString const sizeName = QStringLiteral("size");
@@ -36,8 +72,8 @@ std::optional<QString> textOf(QString const& name, OutputNameParts const& parts)
 QStringList placeholders(QString const& pattern)
 {
     QStringList names;
-    for (auto match = placeholder().globalMatch(pattern); match.hasNext();)
-        names << match.next().captured(1);
+    for (Placeholder const& placeholder : placeholdersIn(pattern))
+        names << placeholder.name;
     return names;
 }
 
@@ -84,11 +120,10 @@ QString outputName(QString const& pattern, OutputNameParts const& parts)
 {
     QString result;
     int end = 0;
-    for (auto matches = placeholder().globalMatch(pattern); matches.hasNext();) {
-        auto const match = matches.next();
-        result += pattern.mid(end, match.capturedStart() - end)
-            + textOf(match.captured(1), parts).value_or(QString());
-        end = match.capturedEnd();
+    for (Placeholder const& placeholder : placeholdersIn(pattern)) {
+        result += pattern.mid(end, placeholder.start - end)
+            + textOf(placeholder.name, parts).value_or(QString());
+        end = placeholder.end;
     }
     return result + pattern.mid(end);
 }
