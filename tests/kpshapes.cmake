@@ -71,6 +71,7 @@ kpgeometry_add_test(tst_kpshapes_xserver UNOPTIMIZED
   DEFINITIONS KPSHAPES_EXECUTABLE="$<TARGET_FILE:kpshapes>")
 add_dependencies(tst_kpshapes_xserver kpshapes)
 kpgeometry_add_test(tst_kpshapes_program UNOPTIMIZED
+  LIBRARIES kpgeomprocess
   DEFINITIONS
     KPSHAPES_EXECUTABLE="$<TARGET_FILE:kpshapes>"
     KPSHAPES_DATA="${PROJECT_SOURCE_DIR}/tools/kpshapes/data"

@@ -1,5 +1,7 @@
+#include "process/filenames.h"
 #include "testing.h"
 
+#include <QDir>
 #include <QImage>
 #include <QProcess>
 #include <QSettings>
@@ -31,6 +33,7 @@ private:
         environment.remove("DISPLAY");
         QProcess process;
         process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_folder.path());
         process.start(KPSHAPES_EXECUTABLE, arguments);
         bool const isFinished = process.waitForFinished(60000);
         return {
@@ -40,6 +43,8 @@ private:
     }
 
 private Q_SLOTS:
+    void initTestCase() { keepFileNamesExact(); }
+
     void helpAndVersionNeedNoDisplay()
     {
         Result const version = run({"--version"}, false);
@@ -89,6 +94,30 @@ private Q_SLOTS:
         QVERIFY(drawn.width() >= 800);
         // The empty part of the line of menus.
         QCOMPARE(drawn.pixel(drawn.width() - 40, 4), ground);
+    }
+
+    void aFileNameIsItsBytes_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("a byte-order mark") << QString(QChar(0xfeff)) + "a.png";
+        QTest::newRow("a byte that is no text") << QString(QChar(0xdcff)) + "a.png";
+        QTest::newRow("a colon") << ":a.png";
+    }
+
+    void aFileNameIsItsBytes()
+    {
+        QFETCH(QString, name);
+        QCOMPARE(run({"--picture", name}).exitCode, 0);
+        QVERIFY(QDir(m_folder.path()).entryList(QDir::Files).contains(name));
+        QVERIFY(QFile::remove(m_folder.filePath("./" + name)));
+    }
+
+    void aMessageStaysOnItsLine()
+    {
+        QString const err = run({"--picture", "missing\n/a.png"}).err;
+        QString const line = QString("kpshapes: missing%1/a.png: No such file or directory\n")
+                                 .arg(QChar(QChar::ReplacementCharacter));
+        QVERIFY2(err.endsWith(line), qPrintable(err));
     }
 
     void aPictureThatCannotBeWrittenIsSaid()

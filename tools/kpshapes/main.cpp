@@ -1,6 +1,7 @@
 #include "canvas/canvasaccessible.h"
 #include "common/filecontent.h"
 #include "common/localname.h"
+#include "common/text.h"
 #include "paint/imagefile.h"
 #include "process/filenames.h"
 #include "process/lackofmemory.h"
@@ -41,7 +42,7 @@ struct Options
 
 int misused(QString const& text)
 {
-    std::fprintf(stderr, "kpshapes: %s\n", qPrintable(text));
+    std::fprintf(stderr, "kpshapes: %s\n", qPrintable(printable(text)));
     return 2;
 }
 
@@ -137,8 +138,8 @@ int drawWindow(Windows& windows, Options const& options)
     writeFile(options.picture, encodedPicture(window.grab().toImage(), QStringLiteral("png")),
         diagnostics);
     for (Diagnostic const& diagnostic : diagnostics)
-        std::fprintf(
-            stderr, "kpshapes: %s: %s\n", qPrintable(diagnostic.file), qPrintable(diagnostic.text));
+        std::fprintf(stderr, "kpshapes: %s: %s\n", qPrintable(printable(diagnostic.file)),
+            qPrintable(diagnostic.text));
     return diagnostics.isEmpty() ? 0 : 1;
 }
 
