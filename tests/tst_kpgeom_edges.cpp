@@ -193,6 +193,8 @@ void TestKpgeomEdges::oddInputIsToldInOneLine_data()
     QTest::newRow("socket") << "socket" << QByteArray("socket: No such device or address");
     QTest::newRow("pipe without a writer")
         << "pipe" << QByteArray("pipe: nobody writes to this pipe");
+    QTest::newRow("output of its own")
+        << "/dev/fd/1" << QByteArray("/dev/fd/1: Bad file descriptor");
     QTest::newRow("long name") << QString(300, 'x')
                                << QByteArray(300, 'x') + ": File name too long";
     QTest::newRow("long path") << QString("a/").repeated(5000)

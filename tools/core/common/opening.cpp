@@ -90,6 +90,13 @@ int openPipeForWriting(QByteArray const& name)
     return descriptor;
 }
 
+/** Whether it is a descriptor of this process for writing: what it writes it would wait to read. */
+bool isOwnOutput(QString const& file)
+{
+    auto const own = Opening::ownDescriptor(file);
+    return own && (fcntl(*own, F_GETFL) & O_ACCMODE) == O_WRONLY;
+}
+
 /** Lets a device have the descriptor, which waits from now on as descriptors do. */
 bool hand(int descriptor, QFile& device, QIODevice::OpenMode mode)
 {
@@ -113,6 +120,8 @@ bool Opening::forReading(QFile& device, QString const& file, QString& fault)
     mode_t const mode = statusOf(descriptor).st_mode;
     if (S_ISDIR(mode))
         fault = QStringLiteral("file to open is a directory");
+    else if (S_ISFIFO(mode) && isOwnOutput(file))
+        fault = qt_error_string(EBADF);
     else if (S_ISFIFO(mode) && !awaitWriter(descriptor))
         fault = QStringLiteral("nobody writes to this pipe");
     if (!fault.isEmpty())
