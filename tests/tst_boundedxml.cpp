@@ -148,6 +148,9 @@ private Q_SLOTS:
     void placesCountControlCharacters_data();
     void placesCountControlCharacters();
     void boundsHoldWithControlCharacters();
+    void controlCharactersCountAsThreeBytes();
+
+    void progressOfAReadingIsTold();
 };
 
 void TestBoundedXml::newErrorSaysNothing()
@@ -648,6 +651,7 @@ void TestBoundedXml::standInsAreNoneOfTheDocument_data()
     row("stand-in for the code 1", 0xE001, QString(QChar(0xE001)));
     row("the one behind the first stand-ins", 0xE020, QString(QChar(0xE020)));
     row("last", 0xF8FF, QString(QChar(0xF8FF)));
+    row("the one behind the candidates", 0xF900, QString(QChar(0xF900)));
     row("hexadecimal reference", 0xE001, "&#xE001;");
     row("small letters and zeros", 0xE001, "&#x0000000000e001;");
     row("decimal reference", 0xE001, "&#57345;");
@@ -795,6 +799,44 @@ void TestBoundedXml::boundsHoldWithControlCharacters()
     QVERIFY(BoundedXml::parse(
         "<a" + attributes + "/>", document, error, BoundedXml::configurationLimits));
     QCOMPARE(document.documentElement().attribute("a999"), QString("\x01"));
+}
+
+void TestBoundedXml::controlCharactersCountAsThreeBytes()
+{
+    QByteArray const text = "<a b='\x01\x02'/>";
+    BoundedXml::Limits limits = BoundedXml::configurationLimits;
+    limits.bytes = 15;
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse(text, document, error, limits));
+    QCOMPARE(document.documentElement().attribute("b"), QString("\x01\x02"));
+    limits.bytes = 14;
+    QVERIFY(!BoundedXml::parse(text, document, error, limits));
+    QCOMPARE(error.message, QStringLiteral("larger than 14 bytes"));
+    QVERIFY(document.isNull());
+}
+
+void TestBoundedXml::progressOfAReadingIsTold()
+{
+    QVector<double> shares;
+    auto const note = [&shares](double share) { shares << share; };
+    QDomDocument document;
+    BoundedXml::Error error;
+    QByteArray const text = "<a>" + QByteArray("<b/>").repeated(10000) + "</a>";
+    QVERIFY(BoundedXml::parse(text, document, error, {}, note));
+    QCOMPARE(document.documentElement().childNodes().count(), 10000);
+    QVERIFY(std::is_sorted(shares.cbegin(), shares.cend()));
+    // The check goes through 20,004 tokens and tells of each 4,096th; the tree takes the rest.
+    QVERIFY(shares.count() > 5);
+    QVERIFY(shares.at(0) > 0.05 && shares.at(0) < 0.07);
+    QVERIFY(shares.at(3) > 0.23 && shares.at(3) < 0.26);
+    QVERIFY(shares.at(4) > 0.3);
+    QCOMPARE(shares.last(), 1.0);
+
+    shares.clear();
+    QVERIFY(!BoundedXml::parse(text + "<c/>", document, error, {}, note));
+    QCOMPARE(shares.count(), 4);
+    QVERIFY(document.isNull());
 }
 
 QTEST_APPLESS_MAIN(TestBoundedXml)
