@@ -104,6 +104,8 @@ private Q_SLOTS:
     void tellsWhyItCannotRead_data();
     void tellsWhyItCannotRead();
     void refusesInexactNames();
+    void onlyFilesAreEdited_data();
+    void onlyFilesAreEdited();
     void readsOpenDevices();
 };
 
@@ -336,6 +338,46 @@ void TestFileContent::refusesInexactNames()
     Diagnostics none;
     QVERIFY(isNameExact(folder.filePath(QStringLiteral("a\u00e4\ufffd")), none));
     QVERIFY(none.isEmpty());
+}
+
+void TestFileContent::onlyFilesAreEdited_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("file") << "file" << true;
+    QTest::newRow("link to a file") << "link" << true;
+    QTest::newRow("folder") << "folder" << false;
+    QTest::newRow("device") << "/dev/null" << false;
+    QTest::newRow("pipe") << "pipe" << false;
+}
+
+void TestFileContent::onlyFilesAreEdited()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isFile);
+    QTemporaryDir const folder;
+    QVERIFY(QDir(folder.path()).mkdir("folder"));
+    QVERIFY(QFile::link("file", folder.filePath("link")));
+    QCOMPARE(mkfifo(QFile::encodeName(folder.filePath("pipe")).constData(), 0600), 0);
+    QString const file = QDir(folder.path()).filePath(name);
+    Diagnostics none;
+    QVERIFY(writePlainFile(folder.filePath("file"), "old", none));
+    QVERIFY(none.isEmpty());
+
+    QStringList const refused(file + ": is no file that can be edited");
+    Diagnostics ofRead;
+    std::optional<QByteArray> const content = readPlainFile(file, ofRead);
+    QCOMPARE(content, isFile ? std::optional<QByteArray>("old") : std::nullopt);
+    QCOMPARE(linesOf(ofRead), isFile ? QStringList() : refused);
+    Diagnostics ofWrite;
+    QCOMPARE(writePlainFile(file, "new", ofWrite), isFile);
+    QCOMPARE(linesOf(ofWrite), isFile ? QStringList() : refused);
+    QCOMPARE(contentIn(folder.filePath("file")), QByteArray(isFile ? "new" : "old"));
+
+    Diagnostics ofMissing;
+    QVERIFY(!readPlainFile(folder.filePath("none"), ofMissing));
+    QCOMPARE(
+        linesOf(ofMissing), QStringList(folder.filePath("none") + ": No such file or directory"));
 }
 
 void TestFileContent::readsOpenDevices()

@@ -6,7 +6,9 @@
 #include <QTemporaryDir>
 
 #include <array>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -52,6 +54,7 @@ private Q_SLOTS:
     void restOfAFileIsRead();
     void pipeIsReadAgain();
     void failureIsReported();
+    void failureToKeepIsReported();
 };
 
 void TestRepeatableInput::fileIsReadAgain()
@@ -109,6 +112,31 @@ void TestRepeatableInput::failureIsReported()
     char byte = 0;
     QCOMPARE(device->read(&byte, 1), qint64(-1));
     QCOMPARE(device->errorString(), QString("Is a directory"));
+}
+
+/** What comes through a pipe is kept in a file, for which there may be no room. */
+void TestRepeatableInput::failureToKeepIsReported()
+{
+    std::array<int, 2> ends {};
+    QCOMPARE(pipe(ends.data()), 0);
+    QByteArray const bytes(1000, 'x');
+    QCOMPARE(::write(ends[1], bytes.constData(), 1000), ssize_t(1000));
+    QCOMPARE(::close(ends[1]), 0);
+    auto file = std::make_unique<QFile>();
+    QVERIFY(file->open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    auto const device = repeatableInput(std::move(file))();
+
+    rlimit usual {};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    rlimit const lower {100, usual.rlim_max};
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &lower);
+    char byte = 0;
+    qint64 const count = device->read(&byte, 1);
+    setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(count, qint64(-1));
+    QCOMPARE(device->errorString(), QString("cannot be kept to be read again: File too large"));
 }
 
 QTEST_GUILESS_MAIN(TestRepeatableInput)
