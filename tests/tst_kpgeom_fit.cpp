@@ -63,6 +63,7 @@ private Q_SLOTS:
     void namesWhatIsNotDecidedAndTheBoxToDraw();
     void namesWhatNoRuleExpresses();
     void strictWritesNothing();
+    void toleranceDecidesWhatIsOff();
     void printsAllAsJson();
     void drawsAReport();
     void namesLinesThatAreTooShort();
@@ -203,6 +204,17 @@ void TestKpgeomFit::strictWritesNothing()
     COMPARE_EXIT(result, 1);
     QVERIFY2(result.err.contains("is off by 1\n"), result.err);
     QCOMPARE(place.entries(), QStringList({"a.svg", "b.svg"}));
+}
+
+void TestKpgeomFit::toleranceDecidesWhatIsOff()
+{
+    Workplace const place;
+    place.write("a.svg", picture("400", "200", "0,0 101,0 200,200"));
+    place.write("b.svg", picture("150", "300", "0,0 103,0 75,300"));
+    QStringList const fit {"fit", "a.svg", "b.svg", "-o", "out.xml", "--strict", "--tolerance"};
+    COMPARE_EXIT(place.run(fit + QStringList("0.9")), 1);
+    COMPARE_EXIT(place.run(fit + QStringList("1.1")), 0);
+    QCOMPARE(place.entries(), QStringList({"a.svg", "b.svg", "out.xml"}));
 }
 
 void TestKpgeomFit::printsAllAsJson()
@@ -471,6 +483,9 @@ void TestKpgeomFit::reportsMisuse_data()
     QTest::newRow("a report of no known format")
         << QStringList({"a.svg", "b.svg", "-o", "out.xml", "--report", "report.txt"})
         << QByteArray("--report takes a file named .svg, .png or .pdf");
+    QTest::newRow("a report in the place of the document")
+        << QStringList({"a.svg", "b.svg", "-o", "out.svg", "--report", "out.svg"})
+        << QByteArray("--report and -o name the same file");
     QTest::newRow("both on standard output")
         << QStringList({"a.svg", "b.svg", "-o", "-", "--json"})
         << QByteArray("--json and -o - both want standard output");
