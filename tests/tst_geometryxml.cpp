@@ -220,6 +220,7 @@ private Q_SLOTS:
     void withoutAttributesTheStreamIsNotRead();
     void anyAttributeLetsTheStreamBeRead();
     void streamReaderEndsOnTheEndTag();
+    void streamOfAnotherKindIsReadToTheEnd();
     void streamErrorStaysInTheReader_data();
     void streamErrorStaysInTheReader();
     void truncatedStreamKeepsWhatWasRead();
@@ -756,6 +757,20 @@ void TestGeometryXml::streamReaderEndsOnTheEndTag()
     }
     QVERIFY(reader.readNextStartElement());
     QCOMPARE(reader.name().toString(), QString("After"));
+}
+
+void TestGeometryXml::streamOfAnotherKindIsReadToTheEnd()
+{
+    QXmlStreamReader reader(QByteArray(
+        "<Geometry><MoveTo><X V='1'/></MoveTo><LineTo><X V='2'/></LineTo><Y V='3'/></Geometry>"));
+    QVERIFY(reader.readNextStartElement());
+    QVERIFY(reader.readNextStartElement());
+    KpPathSegLineTo segment(KpPoint(), nullptr);
+    QVERIFY(segment.parse(reader, 0));
+    COMPARE_BITS(segment.pt.x.value, 1.0);
+    COMPARE_BITS(segment.pt.y.value, 3.0);
+    QVERIFY(reader.atEnd());
+    QVERIFY(!reader.hasError());
 }
 
 void TestGeometryXml::streamErrorStaysInTheReader_data()
