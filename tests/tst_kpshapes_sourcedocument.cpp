@@ -30,6 +30,7 @@ private Q_SLOTS:
     void insertsNewItemsWhereTheyStand();
     void writesIntoRoots_data();
     void writesIntoRoots();
+    void isADocumentWithoutItsOutlinesToo();
     void givesBackTheFileToTheByte_data();
     void givesBackTheFileToTheByte();
     void bringsOtherTextsToUtf8_data();
@@ -190,6 +191,16 @@ void TestKpshapesSourceDocument::writesIntoRoots()
     QCOMPARE(
         source->write({newItem("n")}), after.replace("@", newUnit(*newItem("n"), newline + ' ')));
     QCOMPARE(source->write(source->items()), before);
+}
+
+void TestKpshapesSourceDocument::isADocumentWithoutItsOutlinesToo()
+{
+    QByteArray const emptied = sourceOf("<Shape Name='a'><Geometry/></Shape>")->write({});
+
+    QCOMPARE(emptied, QByteArray("<Shape Name='a'></Shape>"));
+    auto const source = sourceOf(emptied);
+    QCOMPARE(source->count(), 0);
+    QCOMPARE(source->write(source->items()), emptied);
 }
 
 void TestKpshapesSourceDocument::givesBackTheFileToTheByte_data()

@@ -42,11 +42,13 @@ DocumentHead headOf(QByteArray const& content)
                     || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0);
         }
     }
-    // Our own documents are in no namespace.
-    head.isOfOtherKind = xml.isStartElement() && xml.qualifiedName() != ShapeFormat::shapes()
-        && (xml.qualifiedName().contains(QLatin1Char(':'))
+    // Our own documents are in no namespace. One whose outlines are gone may be a single shape.
+    QStringRef const root = xml.qualifiedName();
+    head.isOfOtherKind = xml.isStartElement() && root != ShapeFormat::shapes()
+        && (root.contains(QLatin1Char(':'))
             || xml.attributes().hasAttribute(QStringLiteral("xmlns"))
-            || xml.qualifiedName().contains(QLatin1String("shape"), Qt::CaseInsensitive));
+            || (root != ShapeFormat::shape()
+                && root.contains(QLatin1String("shape"), Qt::CaseInsensitive)));
     return head;
 }
 
