@@ -59,3 +59,6 @@ if(NOT KPGEOMETRY_SANITIZERS)
   find_package(Qt5 5.15 REQUIRED COMPONENTS Network)
   kpgeometry_add_test(tst_draggedpage UNOPTIMIZED LIBRARIES kpgeomcore Qt5::Network)
 endif()
+kpgeometry_add_test(tst_limits UNOPTIMIZED
+  LIBRARIES kpgeomcore kpgeometry_private kpboundedxml KpGeometry::KPBX)
+add_test(NAME limits COMMAND ${PROJECT_SOURCE_DIR}/scripts/limits)

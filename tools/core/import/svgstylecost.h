@@ -31,6 +31,7 @@ public:
     /** A text in an element `style`. */
     void addSheet(QString const& text);
 
+    /** In comparisons. */
     double cost() const;
 
 private:
