@@ -1,0 +1,50 @@
+#!/usr/bin/env python3
+"""Measures the processor time and the memory that each reader takes for usual input of several sizes.
+
+usage: readers.py PROGRAM MEGABYTES...
+  PROGRAM  "growth", built as a release
+
+Prints a table for docs/limits.md. The memory is the peak of the whole process beyond that of one
+that reads next to nothing, for each byte of the input; the input itself is one of them.
+"""
+import os
+import subprocess
+import sys
+
+from instructions import ENVIRONMENT
+
+# What is usual for each reader.
+KINDS = {"load": "names of elements", "outlines": "outlines", "check": "outlines",
+         "normalize": "outlines", "rewrite": "outlines", "svg": "paths", "stencil": "paths",
+         "odf": "shapes", "presets": "guides", "custom": "paths", "path": "lines"}
+MEGABYTE = 1000000
+
+
+def measured(program, reader, size):
+    """The bytes that were read, the seconds and the peak of memory in bytes."""
+    with subprocess.Popen([program, reader, KINDS[reader], str(size)], env=ENVIRONMENT,
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
+        read = process.stdout.read()
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        sys.exit(f"{reader}: status {process.returncode}")
+    return int(read), usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024
+
+
+def main(program, *megabytes):
+    print("| Reader | Input, MB | Time, s | Time a MB, s | Memory, bytes a byte |")
+    print("|---|---|---|---|---|")
+    for reader in KINDS:
+        _, start, empty = measured(program, reader, 1)
+        for size in megabytes:
+            read, seconds, memory = measured(program, reader, int(float(size) * MEGABYTE))
+            spent = seconds - start
+            print(f"| {reader} | {read / MEGABYTE:.1f} | {spent:.2f} |"
+                  f" {spent / read * MEGABYTE:.3f} | {(memory - empty) / read:.1f} |", flush=True)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
+    main(*sys.argv[1:])

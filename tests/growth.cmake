@@ -1,0 +1,9 @@
+# What readers take for inputs of two sizes, counted by valgrind, which knows no sanitizers.
+add_executable(growth growth/growth.cpp growth/kinds.cpp growth/kinds.h growth/picturekinds.cpp)
+target_link_libraries(growth
+  PRIVATE kpgeometry_settings kpgeomcore KpGeometry::kpgeometry KpGeometry::KPBX)
+find_program(KPGEOMETRY_VALGRIND valgrind)
+if(KPGEOMETRY_VALGRIND AND NOT KPGEOMETRY_SANITIZERS)
+  add_test(NAME growth COMMAND ${PROJECT_SOURCE_DIR}/scripts/growth.py $<TARGET_FILE:growth>)
+  set_tests_properties(growth PROPERTIES TIMEOUT 1200 COST 1200)
+endif()
