@@ -1,7 +1,7 @@
 # The command-line tool as its users start it.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Xml)
 
-foreach(part IN ITEMS "" _appearance _batch _bind _render _export _documents _check _files _colour _lengths _names _pictures _presets _digest _recent _fit _diff _edges _normalize _start _stencils)
+foreach(part IN ITEMS "" _appearance _batch _bind _render _export _documents _check _files _colour _lengths _names _pictures _presets _digest _recent _fit _diff _edges _normalize _start _stencils _surroundings)
   kpgeometry_add_test(tst_kpgeom${part} UNOPTIMIZED
     LIBRARIES Qt5::Gui Qt5::Svg Qt5::Xml KpGeometry::kpgeometry kpgeometry_private util
     DEFINITIONS

@@ -374,6 +374,11 @@ qint64 Reader::bytesRead() const
 
 QByteArray read(QIODevice& device, Error& error, Limits const& limits)
 {
+    // Before any of it takes memory; what tells no size is found to be too large on the way.
+    if (!device.isSequential() && device.size() - device.pos() > limits.bytes) {
+        error.message = tooLarge(limits);
+        return QByteArray();
+    }
     QByteArray text;
     std::array<char, 65536> chunk;
     for (;;) {
