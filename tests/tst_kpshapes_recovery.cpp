@@ -13,12 +13,12 @@ namespace {
 RecoveryContent const content {
     "/home/a b/\u00e4\n%41.xml", "0123456789abcdef0123456789abcdef", "<D>\r\n\0\n\n</D>"};
 
-/** What a child process does: it keeps a document, says so, and waits for its end. */
-int holdRecovery(QString const& folder)
+/** What a child process does: it keeps a document, if at all, says so, and waits for its end. */
+int holdRecovery(QString const& folder, bool isStored)
 {
     Diagnostics diagnostics;
     auto const file = RecoveryFile::create(folder, diagnostics);
-    if (!file || !file->store(content, diagnostics))
+    if (!file || (isStored && !file->store(content, diagnostics)))
         return 1;
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly) || out.write("kept\n") < 0 || !out.flush())
@@ -27,10 +27,10 @@ int holdRecovery(QString const& folder)
         pause();
 }
 
-/** Starts the child, and waits until it has kept its document. */
-bool startHolding(QProcess& child, QString const& folder)
+/** Starts the child, and waits until it has kept its document, or is about to. */
+bool startHolding(QProcess& child, QString const& folder, QString const& how = "--hold")
 {
-    child.start(QCoreApplication::applicationFilePath(), {"--hold", folder});
+    child.start(QCoreApplication::applicationFilePath(), {how, folder});
     return child.waitForReadyRead(20000) && child.readAllStandardOutput() == "kept\n";
 }
 
@@ -47,6 +47,7 @@ class TestKpshapesRecovery : public QObject
 
 private Q_SLOTS:
     void workSurvivesAKilledProcess();
+    void lockOfAProcessThatKeptNothingGoes();
     void givesBackWhatWasStored();
     void replacesWhatWasStored();
     void leavesNothingBehind();
@@ -83,6 +84,20 @@ void TestKpshapesRecovery::workSurvivesAKilledProcess()
     QVERIFY(read);
     QCOMPARE(read->text, content.text);
     QVERIFY(discardRecovery(file));
+    QCOMPARE(filesIn(folder.path()), QStringList());
+}
+
+void TestKpshapesRecovery::lockOfAProcessThatKeptNothingGoes()
+{
+    QTemporaryDir const folder;
+    QProcess child;
+    QVERIFY(startHolding(child, folder.path(), "--hold-nothing"));
+    QVERIFY(listRecoverable(folder.path()).empty());
+    QCOMPARE(filesIn(folder.path()).filter(".lock").size(), 1);
+    child.kill();
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(filesIn(folder.path()).filter(".lock").size(), 1);
+    QVERIFY(listRecoverable(folder.path()).empty());
     QCOMPARE(filesIn(folder.path()), QStringList());
 }
 
@@ -247,8 +262,8 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     QStringList const arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments.at(1) == "--hold")
-        return holdRecovery(arguments.at(2));
+    if (arguments.size() == 3 && arguments.at(1).startsWith("--hold"))
+        return holdRecovery(arguments.at(2), arguments.at(1) == "--hold");
     TestKpshapesRecovery test;
     QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&test, argc, argv);

@@ -79,6 +79,20 @@ std::unique_ptr<QLockFile> lockOf(QString const& file)
     return lock->tryLock() ? std::move(lock) : nullptr;
 }
 
+/** Removes the locks of processes that were killed before they had kept anything. */
+void removeLeftLocks(QString const& folder)
+{
+    QString const lock = QStringLiteral(".lock");
+    auto const locks = QDir(folder).entryInfoList({QLatin1Char('*') + lock}, QDir::Files);
+    for (QFileInfo const& info : locks) {
+        QString const path = info.filePath();
+        QString const file = path.left(path.size() - lock.size()) + suffix();
+        // To take it and to let it go removes it.
+        if (!QFileInfo::exists(file))
+            lockOf(file);
+    }
+}
+
 std::optional<RecoverableDocument> recoverable(QFileInfo const& info)
 {
     QString const file = info.filePath();
@@ -144,6 +158,7 @@ void RecoveryFile::discard() const
 
 std::vector<RecoverableDocument> listRecoverable(QString const& folder)
 {
+    removeLeftLocks(folder);
     std::vector<RecoverableDocument> documents;
     auto const files = QDir(folder).entryInfoList({QLatin1Char('*') + suffix()}, QDir::Files);
     for (QFileInfo const& info : files) {

@@ -76,7 +76,8 @@ struct RecoverableDocument
 
 /**
  * The documents in a folder that no running process holds, the latest first. Damaged files are not
- * among them. A folder that is not there holds none.
+ * among them. A folder that is not there holds none. Locks that processes have left without a file
+ * are removed.
  */
 std::vector<RecoverableDocument> listRecoverable(QString const& folder);
 
