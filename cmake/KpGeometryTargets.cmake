@@ -99,7 +99,7 @@ function(kpgeometry_add_library target)
 endfunction()
 
 set(KPGEOMETRY_SANITIZER_ENVIRONMENT
-  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1")
+  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/threads.supp;UBSAN_OPTIONS=print_stacktrace=1")
 
 # kpgeometry_compile_as_test(<target> [UNOPTIMIZED] [WIDGETS])
 function(kpgeometry_compile_as_test target)

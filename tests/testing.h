@@ -13,10 +13,10 @@
 #include <limits>
 
 /** Defined where a sanitizer slows everything down: for code that must not be compiled there. */
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TESTING_SANITIZED
 #elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 #define TESTING_SANITIZED
 #endif
 #endif
