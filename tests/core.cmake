@@ -43,6 +43,7 @@ endforeach()
 foreach(name IN ITEMS tst_filenames tst_messagelog)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomprocess)
 endforeach()
+kpgeometry_add_test(tst_corethreads UNOPTIMIZED LIBRARIES kpgeomcore Threads::Threads)
 kpgeometry_add_test(tst_outputname
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
   LIBRARIES kpgeomcore)

@@ -4,12 +4,29 @@
 
 #include <algorithm>
 
+namespace {
+
+/**
+ * The transform called `name`, or null. The library fills its table at the first question and counts
+ * on one thread; of the tools, any thread may be the first.
+ */
+ColorUtil::ColorFunc transformCalled(QString const& name)
+{
+    static bool const isTableFilled = [] {
+        ColorUtil::initColorFunctionMap();
+        return true;
+    }();
+    return isTableFilled ? ColorUtil::getColorFunc(name) : nullptr;
+}
+
+} // namespace
+
 QVector<QColor> ShapeColour::steps() const
 {
     KpColor changed = colour;
     QVector<QColor> all {changed};
     for (ColourTransform const& transform : transforms) {
-        if (auto const change = ColorUtil::getColorFunc(transform.name))
+        if (auto const change = transformCalled(transform.name))
             change(changed, transform.value);
         all.append(changed);
     }
