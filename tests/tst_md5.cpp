@@ -213,6 +213,7 @@ private Q_SLOTS:
     void filesAreReadToTheirEnd_data();
     void filesAreReadToTheirEnd();
     void filesAreReadFromWhereTheyStand();
+    void emptyFilesLeaveADigestAsItIs();
     void failedStreamsAreLeftAlone();
     void streamsThatTurnBadEndThere();
 };
@@ -544,6 +545,20 @@ void TestMd5::filesAreReadFromWhereTheyStand()
     file.seekg(5);
     MD5 md5(file);
     QCOMPARE(md5.toString(), std::string("7999dc75e8da648c6727e137c5b77803"));
+}
+
+void TestMd5::emptyFilesLeaveADigestAsItIs()
+{
+    QTemporaryDir const directory;
+    std::string const name = directory.filePath("file").toStdString();
+    std::ofstream(name, std::ios::binary).flush();
+    std::ifstream file(name, std::ios::binary);
+    MD5 md5(std::string("abc"));
+    QCOMPARE(md5.toString(), std::string("7999dc75e8da648c6727e137c5b77803"));
+    // Nothing is fed, so that nothing is computed anew: that would begin where the end has left off.
+    md5.update(file);
+    QCOMPARE(md5.toString(), std::string("7999dc75e8da648c6727e137c5b77803"));
+    QVERIFY(!file.is_open());
 }
 
 void TestMd5::failedStreamsAreLeftAlone()

@@ -972,6 +972,8 @@ void TestUnitUtil::fontSizesFromTheOtherConvention_data()
     QTest::newRow("whole") << 12.0 << 9.0;
     QTest::newRow("fraction 0.25 goes down") << 11.0 << 8.0;
     QTest::newRow("fraction just below 0.26") << 11.0133 << 8.0;
+    QTest::newRow("fraction of exactly 0.26") << 0.3466666666666667 << 0.5;
+    QTest::newRow("fraction of exactly 0.74") << 0.9866666666666667 << 1.0;
     QTest::newRow("fraction above 0.26") << 11.0134 << 8.5;
     QTest::newRow("fraction just below 0.74") << 12.9866 << 9.5;
     QTest::newRow("fraction above 0.74") << 12.9867 << 10.0;

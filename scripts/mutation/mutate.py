@@ -44,11 +44,11 @@ def identity(mutant):
     return f"{mutant.file.name}:{mutant.point.start}-{mutant.point.end}: {mutant.mutant.text}"
 
 
-def chosen(mutants, wanted):
+def chosen(mutants, files, wanted):
     names = {os.path.relpath(name, ROOT) for name in map(os.path.abspath, wanted)}
-    unknown = names - {mutant.file.name for mutant in mutants}
+    unknown = names - set(files)
     if unknown:
-        raise SystemExit(f"nothing to mutate in {', '.join(sorted(unknown))}")
+        raise SystemExit(f"no source of the library: {', '.join(sorted(unknown))}")
     return [m for m in mutants if not names or m.file.name in names]
 
 
@@ -103,7 +103,7 @@ def main():
     files = points.known(ROOT, build.tree, build.binaries / "compile_commands.json",
                          FOLDER / "points")
     build = schemata.Build(ROOT, files, FOLDER)
-    mutants = chosen(build.mutants, wanted.files)
+    mutants = chosen(build.mutants, files, wanted.files)
     if wanted.list:
         print("\n".join(map(place, mutants)))
         return 0

@@ -182,7 +182,7 @@ class Build:
         """Where something has to be left out: of what only follows from another error, the latter."""
         places, consequences = set(), set()
         for path, line, column, kind, text in ERROR.findall(output):
-            path = Path(os.path.normpath(self.binaries / path))
+            path = (self.binaries / path).resolve()
             if self.tree not in path.parents or path.name == "mutant.h":
                 continue
             name = str(path.relative_to(self.tree))

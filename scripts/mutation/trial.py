@@ -12,9 +12,12 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 
+SLOWEST = 10.0  # seconds of a function that is tried at all
 BATCH_SECONDS = 1.0  # of functions that share a process
 TRACE_BYTES = 65536  # as in mutant.h
 MEMORY = 2 << 30  # a mutant may allocate without end
+# Test functions that cannot pass: with mutants in them, the tables of constants are none.
+IMPOSSIBLE = {("tst_colorutil", "fixedColoursNeedNoCodeAtLoad")}
 
 
 @dataclass(frozen=True)
@@ -115,11 +118,16 @@ class Trials:
         functions = []
         for line in listing.split():
             name = line.removesuffix("()")
+            if (program, name) in IMPOSSIBLE:
+                continue
             with tempfile.NamedTemporaryFile(prefix="mutate-") as trace:
                 trace.truncate(TRACE_BYTES)
                 failed, seconds, said = self.runner.run(
-                    program, [name], {"MUTANT_TRACE": trace.name}, 120)
+                    program, [name], {"MUTANT_TRACE": trace.name}, SLOWEST)
                 data = trace.read()
+            if failed == f"ended with {-signal.SIGXCPU}":
+                print(f"{program} {name} is left out: it is slow", flush=True)
+                continue
             if failed:
                 raise SystemExit(f"{program} {name} fails without a mutant: {failed}\n{said}")
             reached = frozenset(i for i, byte in enumerate(data) if byte)
