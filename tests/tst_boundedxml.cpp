@@ -128,6 +128,9 @@ private Q_SLOTS:
     void expansionsAreBounded();
     void manyNodesThatAreWrittenOutPass();
 
+    void progressRunsFrom0To1();
+    void progressOfShortTextsIsThatOfTheTree();
+
     void readerGivesEachToken();
     void readerAgreesWithCheck_data();
     void readerAgreesWithCheck();
@@ -444,6 +447,35 @@ void TestBoundedXml::manyNodesThatAreWrittenOutPass()
     QByteArray const text = "<a>" + QByteArray("<b/>").repeated(200000) + "</a>";
     BoundedXml::Error error;
     QVERIFY2(BoundedXml::check(text, error), qPrintable(error.message));
+}
+
+void TestBoundedXml::progressRunsFrom0To1()
+{
+    // 3 + 5000 * 4 + 4 bytes.
+    QByteArray const text = "<a>" + QByteArray("<b/>").repeated(5000) + "</a>";
+    QVector<double> told;
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse(text, document, error, {}, [&told](double done) { told << done; }));
+    QCOMPARE(document.documentElement().childNodes().count(), 5000);
+
+    // The check tells of its 4096th and 8192nd token; the rest is the tree.
+    QVERIFY(told.count() > 2);
+    QCOMPARE(told.at(0), 0.3 * 8191 / 20007);
+    QCOMPARE(told.at(1), 0.3 * 16383 / 20007);
+    QVERIFY(told.at(2) > 0.3);
+    QVERIFY(std::is_sorted(told.cbegin(), told.cend()));
+    QCOMPARE(told.last(), 1.0);
+}
+
+void TestBoundedXml::progressOfShortTextsIsThatOfTheTree()
+{
+    QVector<double> told;
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse("<a/>", document, error, {}, [&told](double done) { told << done; }));
+    QCOMPARE(document.documentElement().tagName(), QString("a"));
+    QCOMPARE(told, QVector<double> {1.0});
 }
 
 void TestBoundedXml::readerGivesEachToken()
