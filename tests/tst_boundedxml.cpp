@@ -154,6 +154,10 @@ private Q_SLOTS:
     void controlCharactersCountAsThreeBytes();
 
     void progressOfAReadingIsTold();
+    void boundsOfNodesAndBytesPassThemselves();
+    void readerBoundsTagsAndNotTheirSum();
+    void instructionsKeepWhatCouldStandIn();
+    void lastOfEachBlockOfCandidatesCounts();
 };
 
 void TestBoundedXml::newErrorSaysNothing()
@@ -813,6 +817,67 @@ void TestBoundedXml::placesCountControlCharacters()
     QCOMPARE(error.line, expected.line);
     QCOMPARE(error.column, expected.column);
     QCOMPARE(error.message, expected.message);
+}
+
+void TestBoundedXml::boundsOfNodesAndBytesPassThemselves()
+{
+    QDomDocument document;
+    BoundedXml::Error error;
+    // Beginning and end of the document, beginning and end of the element.
+    BoundedXml::Limits limits;
+    limits.nodes = 4;
+    QVERIFY(BoundedXml::parse("<a/>", document, error, limits));
+    limits.nodes = 3;
+    QVERIFY(!BoundedXml::parse("<a/>", document, error, limits));
+    QCOMPARE(error.message, QString("more than 3 nodes"));
+
+    // A control character counts as three bytes.
+    BoundedXml::Limits withControls = BoundedXml::configurationLimits;
+    withControls.bytes = 10;
+    error = BoundedXml::Error();
+    QVERIFY(BoundedXml::parse("<a>\x01</a>", document, error, withControls));
+    QCOMPARE(document.documentElement().text(), QString("\x01"));
+    withControls.bytes = 9;
+    QVERIFY(!BoundedXml::parse("<a>\x01</a>", document, error, withControls));
+    QVERIFY(!error.isNull());
+}
+
+void TestBoundedXml::readerBoundsTagsAndNotTheirSum()
+{
+    PiecewiseDevice device("<a>" + QByteArray("<b/>").repeated(50000) + "</a>", 100);
+    BoundedXml::Reader reader(device, 20000);
+    int elements = 0;
+    while (reader.readNext())
+        elements += reader.xml().isStartElement() ? 1 : 0;
+    QCOMPARE(reader.error().message, QString());
+    QCOMPARE(elements, 50001);
+    QCOMPARE(reader.bytesRead(), qint64(200007));
+}
+
+void TestBoundedXml::instructionsKeepWhatCouldStandIn()
+{
+    QString const held = QString(QChar(0xE001)) + "x";
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse(("<?p " + held + "?><a>\x01</a>").toUtf8(), document, error,
+        BoundedXml::configurationLimits));
+    QCOMPARE(document.firstChild().toProcessingInstruction().data(), held);
+    QCOMPARE(document.documentElement().text(), QString("\x01"));
+}
+
+void TestBoundedXml::lastOfEachBlockOfCandidatesCounts()
+{
+    QString candidates;
+    for (uint code = 0xE01F; code <= 0xF8FF; code += 32)
+        candidates += QChar(code);
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(!BoundedXml::parse(("<a>\x01" + candidates + "</a>").toUtf8(), document, error,
+        BoundedXml::configurationLimits));
+    candidates.chop(1);
+    QVERIFY(BoundedXml::parse(("<a>\x01" + candidates + "</a>").toUtf8(), document, error,
+        BoundedXml::configurationLimits));
+    QCOMPARE(document.documentElement().text(), "\x01" + candidates);
 }
 
 void TestBoundedXml::boundsHoldWithControlCharacters()
