@@ -52,17 +52,27 @@ def chosen(mutants, files, wanted):
     return [m for m in mutants if not names or m.file.name in names]
 
 
-def table(mutants, build, outcomes):
+def outcome_of(mutant, build, outcomes):
+    """"caught", "survived", "not reached", or "constant" of what only the compiler evaluates."""
+    if build.is_dropped(mutant.file, mutant.point):
+        return "constant"
+    outcome = outcomes[identity(mutant)]
+    if outcome == "not reached" and mutant.point.constexpr:
+        return "constant"
+    return outcome if outcome in LEFT else "caught"
+
+
+def table(mutants, build, outcomes, listed):
     rows = defaultdict(Counter)
     for mutant in mutants:
         for name in (mutant.file.name, "all"):
             rows[name]["mutants"] += 1
-            if build.is_dropped(mutant.file, mutant.point):
-                rows[name]["constant"] += 1
-            else:
-                outcome = outcomes[identity(mutant)]
-                rows[name][outcome if outcome in LEFT else "caught"] += 1
-    columns = ["mutants", "caught", "survived", "not reached", "constant"]
+            rows[name][outcome_of(mutant, build, outcomes)] += 1
+    for key, count in listed.items():
+        for name in (key[0], "all"):
+            if key[0] in rows:
+                rows[name]["with reason"] += count
+    columns = ["mutants", "caught", "survived", "not reached", "with reason", "constant"]
     print(f"{'':40}" + "".join(f"{name:>13}" for name in columns) + "   of the tried")
     for name in sorted(rows, key=lambda n: (n == "all", n)):
         row = rows[name]
@@ -71,26 +81,23 @@ def table(mutants, build, outcomes):
         print(f"{name:40}" + "".join(f"{row[column]:13}" for column in columns) + share)
 
 
-def compare(mutants, outcomes):
+def compare(mutants, build, outcomes, listed, places):
     """Whether what was not caught is what the list says."""
-    listed, places = survivors.read()
-    left = Counter(m.key() for m in mutants
-                   if outcomes.get(identity(m)) in LEFT)
-    files = {m.file.name for m in mutants}
-    print(f"{sum(min(left[k], listed[k]) for k in left)} of {sum(left.values())} that are not"
-          " caught are listed with a reason")
+    left = [m for m in mutants if outcome_of(m, build, outcomes) in LEFT]
+    counts = Counter(mutant.key() for mutant in left)
+    files = {mutant.file.name for mutant in mutants}
     fine = True
-    for mutant in mutants:
-        outcome = outcomes.get(identity(mutant))
-        if outcome in LEFT and left[mutant.key()] > listed[mutant.key()]:
+    for mutant in left:
+        key = mutant.key()
+        if counts[key] > listed[key]:
             fine = False
-            print(f"{place(mutant)}: {outcome}\n    "
-                  + survivors.text_of(mutant.key(), left[mutant.key()]))
+            print(f"{place(mutant)}: {outcomes[identity(mutant)]}, and not listed\n    "
+                  + survivors.text_of(key, counts[key]))
     for key in listed:
-        if key[0] in files and left[key] < listed[key]:
+        if key[0] in files and counts[key] < listed[key]:
             fine = False
             print(f"{survivors.LIST.relative_to(ROOT)}:{places[key]}: is caught: "
-                  + survivors.text_of(key, listed[key] - left[key]))
+                  + survivors.text_of(key, listed[key] - counts[key]))
     return fine
 
 
@@ -134,8 +141,10 @@ def main():
             print(f"{done} of {len(tried)} after {time.monotonic() - start:.0f} s", flush=True)
 
     trials.try_all(tried, report)
-    table(mutants, build, outcomes)
-    return 0 if compare(mutants, outcomes) else 1
+    RESULTS.write_text(json.dumps(outcomes))
+    listed, places = survivors.read()
+    table(mutants, build, outcomes, listed)
+    return 0 if compare(mutants, build, outcomes, listed, places) else 1
 
 
 if __name__ == "__main__":

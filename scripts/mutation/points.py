@@ -34,10 +34,11 @@ FUNCTIONS = {CursorKind.FUNCTION_DECL, CursorKind.CXX_METHOD, CursorKind.CONSTRU
 BODIES = {CursorKind.COMPOUND_STMT, CursorKind.IF_STMT, CursorKind.FOR_STMT,
           CursorKind.WHILE_STMT, CursorKind.DO_STMT, CursorKind.CXX_FOR_RANGE_STMT,
           CursorKind.CASE_STMT, CursorKind.DEFAULT_STMT}
+DECLARATIONS = {CursorKind.VAR_DECL, CursorKind.FIELD_DECL, CursorKind.PARM_DECL}
 # What no schema can hold: the compiler must know it.
 CONSTANTS = {CursorKind.ENUM_CONSTANT_DECL, CursorKind.STATIC_ASSERT,
              CursorKind.ALIGNED_ATTR, CursorKind.TYPE_ALIAS_DECL}
-DEFAULTS = {"0", "0.0", "false", "nullptr", "{}", "QString()", "QStringRef()"}
+DEFAULTS = {"0", "0.0", "false", "nullptr", "{}", "QString()", "QStringRef()", "QByteArray()"}
 SPACE = re.compile(r"\s|//[^\n]*|/\*.*?\*/", re.S)
 LITERAL = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9'.]*(?:[eE][-+]?\d+)?)[uUlLfF]*\Z")
 STRING = re.compile(r'(QStringLiteral|QLatin1String)\("((?:[^"\\\n]|\\.)*)"\)')
@@ -154,11 +155,18 @@ class Finder:
         if kind == CursorKind.IF_STMT and self.own(cursor).startswith("if constexpr"):
             children = [c for c in children if c.kind.is_statement()]
         for child in children:
+            if kind in DECLARATIONS and self.is_bound(child):
+                continue
             if child.location.file is None or self.here(child):
                 self.walk(child, context)
 
     def here(self, cursor):
         return Path(cursor.location.file.name).name == Path(self.file.name).name
+
+    def is_bound(self, cursor):
+        """Whether something that belongs to a declaration is how many elements its array has."""
+        start, end = self.offsets(cursor)
+        return self.file.data[start - 1:start] == b"[" and self.file.data[end:end + 1] == b"]"
 
     def of_function(self, cursor, context):
         start, end = self.offsets(cursor)
