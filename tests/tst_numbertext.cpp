@@ -146,6 +146,8 @@ private Q_SLOTS:
     void writesRealsAsQtDoes();
     void writesTiesAtEveryExponentAsQtDoes();
     void writesEveryBaseAsQtDoes();
+    void readsDecimals_data();
+    void readsDecimals();
     void readsTextsAsQtDoes_data();
     void readsTextsAsQtDoes();
     void readsAnyTextAsQtDoes();
@@ -160,6 +162,11 @@ void TestNumberText::writesReals_data()
     QTest::newRow("negative zero") << -0.0 << "0";
     QTest::newRow("integer") << 120.0 << "120";
     QTest::newRow("six digits") << 0.333333 << "0.333333";
+    QTest::newRow("a little above 10,000") << 10000.5 << "10000.5";
+    QTest::newRow("a little above 1000") << 1000.25 << "1000.25";
+    QTest::newRow("a little above 100") << 100.125 << "100.125";
+    QTest::newRow("a little above 10") << 10.0625 << "10.0625";
+    QTest::newRow("a little above 1") << 1.03125 << "1.03125";
     QTest::newRow("rounded") << 1.0 / 3.0 << "0.333333";
     QTest::newRow("rounded up") << -2.0 / 3.0 << "-0.666667";
     QTest::newRow("zeros at the end") << 12.5000004 << "12.5";
@@ -226,6 +233,33 @@ void TestNumberText::writesEveryBaseAsQtDoes()
         QCOMPARE(text, QString::number(base));
         QCOMPARE(int(NumberText::toBase(text)), base);
     }
+}
+
+void TestNumberText::readsDecimals_data()
+{
+    QTest::addColumn<double>("real");
+    QTest::newRow("3") << 3.0;
+    QTest::newRow("3.1") << 3.1;
+    QTest::newRow("3.14") << 3.14;
+    QTest::newRow("3.141") << 3.141;
+    QTest::newRow("3.1415") << 3.1415;
+    QTest::newRow("3.14159") << 3.14159;
+    QTest::newRow("3.141592") << 3.141592;
+    QTest::newRow("3.1415926") << 3.1415926;
+    QTest::newRow("3.14159265") << 3.14159265;
+    QTest::newRow("3.141592653") << 3.141592653;
+    QTest::newRow("3.1415926535") << 3.1415926535;
+    QTest::newRow("3.14159265358") << 3.14159265358;
+    QTest::newRow("3.141592653589") << 3.141592653589;
+    QTest::newRow("3.1415926535897") << 3.1415926535897;
+    QTest::newRow(".31415926535897") << .31415926535897;
+}
+
+void TestNumberText::readsDecimals()
+{
+    QFETCH(double, real);
+    COMPARE_BITS(NumberText::toReal(QString(QTest::currentDataTag())), real);
+    COMPARE_BITS(NumberText::toReal("-" + QString(QTest::currentDataTag())), -real);
 }
 
 void TestNumberText::readsTextsAsQtDoes_data()
