@@ -111,7 +111,7 @@ class Trials:
         return functions
 
     def trace(self, program):
-        """The functions of a test program. Each runs alone, without a mutant, and must pass."""
+        """The functions of a test program that pass, each alone and without a mutant."""
         listing = subprocess.run([self.runner.binaries / "tests" / program, "-functions"],
                                  stdout=subprocess.PIPE, text=True, check=True,
                                  env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}).stdout
@@ -122,14 +122,15 @@ class Trials:
                 continue
             with tempfile.NamedTemporaryFile(prefix="mutate-") as trace:
                 trace.truncate(TRACE_BYTES)
-                failed, seconds, said = self.runner.run(
+                failed, seconds, _ = self.runner.run(
                     program, [name], {"MUTANT_TRACE": trace.name}, SLOWEST)
                 data = trace.read()
             if failed == f"ended with {-signal.SIGXCPU}":
                 print(f"{program} {name} is left out: it is slow", flush=True)
                 continue
             if failed:
-                raise SystemExit(f"{program} {name} fails without a mutant: {failed}\n{said}")
+                print(f"{program} {name} is left out: without a mutant it fails alone", flush=True)
+                continue
             reached = frozenset(i for i, byte in enumerate(data) if byte)
             functions.append(Function(program, name, seconds, reached))
         return functions
