@@ -12,3 +12,9 @@ foreach(part IN ITEMS "" _appearance _batch _bind _render _export _documents _ch
     TIMEOUT 600)
   add_dependencies(tst_kpgeom${part} kpgeom)
 endforeach()
+if(KPGEOMETRY_COVERAGE)
+  target_sources(kpgeom PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/writecounts.cpp)
+  target_link_options(kpgeom PRIVATE -Wl,--wrap=_exit)
+  set_source_files_properties(writecounts.cpp TARGET_DIRECTORY kpgeom
+    PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+endif()

@@ -9,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace KpgeomTesting;
