@@ -35,8 +35,14 @@ if(KPGEOMETRY_FUZZERS)
   target_compile_options(kpgeometry_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(KPGEOMETRY_COVERAGE)
-  target_compile_options(kpgeometry_settings INTERFACE --coverage)
+  # Threads and processes that run at once add to the same counts; nobody asks for those of Qt.
+  # Tests of tools are not counted: they would only become slower.
+  target_compile_options(kpgeometry_settings INTERFACE
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:KPGEOMETRY_IS_UNMEASURED>>>:--coverage>
+    -fprofile-update=atomic "-fprofile-exclude-files=^/usr/(include|lib)/")
   target_link_options(kpgeometry_settings INTERFACE --coverage)
+  # The library throws nothing: without exceptions each branch is one that the source shows.
+  set(KPGEOMETRY_LIBRARY_OPTIONS -fno-exceptions)
 endif()
 
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
@@ -87,7 +93,7 @@ function(kpgeometry_add_library target)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kpgeometry>)
   target_compile_features(${target} INTERFACE cxx_std_11)
   # Who calls its own functions gets its own: only a program that interposes them could tell.
-  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition ${KPGEOMETRY_LIBRARY_OPTIONS})
   target_link_libraries(${target}
     PUBLIC ${arg_PUBLIC}
     PRIVATE $<BUILD_INTERFACE:kpgeometry_settings> ${arg_PRIVATE})
@@ -117,6 +123,10 @@ function(kpgeometry_compile_as_test target)
   endif()
   if(arg_UNOPTIMIZED)
     target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
+    set_target_properties(${target} PROPERTIES KPGEOMETRY_IS_UNMEASURED ON)
+  else()
+    # The tests of the library: what it has inline in its headers is counted in them.
+    target_compile_options(${target} PRIVATE ${KPGEOMETRY_LIBRARY_OPTIONS})
   endif()
 endfunction()
 
@@ -166,10 +176,16 @@ function(kpgeometry_add_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
+  set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${KPGEOMETRY_SANITIZER_ENVIRONMENT}")
+  if(KPGEOMETRY_COVERAGE)
+    # What sweeps a whole space is counted step by step. Qt would end a function after five minutes.
+    math(EXPR arg_TIMEOUT "4 * ${arg_TIMEOUT}")
+    list(APPEND environment QTEST_FUNCTION_TIMEOUT=${arg_TIMEOUT}000)
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}
     # The long ones first, lest one of them runs alone at the end.
     COST ${arg_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${KPGEOMETRY_SANITIZER_ENVIRONMENT}")
+    ENVIRONMENT "${environment}")
 endfunction()
