@@ -98,15 +98,12 @@ struct Hsl
     }
 };
 
-/** As QColor::setHslF, which logs what it refuses. */
+/** As QColor::setHslF, which logs what it refuses: a hue, since all else is from 0 to 1 or NaN. */
 void setHsl(QColor& colour, Hsl const& hsl)
 {
     double const h = orZero(hsl.h);
-    double const s = orZero(hsl.s);
-    double const l = orZero(hsl.l);
-    bool const hueIsTaken = isFraction(h) || h == -1.0;
-    if (hueIsTaken && isFraction(s) && isFraction(l) && isFraction(hsl.a))
-        colour.setHslF(h, s, l, hsl.a);
+    if (isFraction(h) || h == -1.0)
+        colour.setHslF(h, orZero(hsl.s), orZero(hsl.l), hsl.a);
 }
 
 /** Changes one component of the HSL view by `change` and writes all back. */
@@ -308,8 +305,6 @@ void ColorUtil::comp(KpColor& colour, double /*value*/)
     // Degrees, where a hue counts from 0 to 1: QColor refuses it, and the colour stays.
     Hsl hsl(colour);
     hsl.h += 180.0;
-    if (hsl.h > 360.0)
-        hsl.h -= 360.0;
     hsl.a = 1.0;
     setHsl(colour, hsl);
 }
