@@ -13,6 +13,8 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <vector>
 
 using Testing::seededRandom;
@@ -180,6 +182,7 @@ private Q_SLOTS:
     void columnsAreBlurredAfterRows();
     void meansAreRoundedDown();
     void nullImageGivesANullPixmap();
+    void withoutMemoryThePixmapIsNull();
     void withoutRadiusTheImageStays();
     void radiusEndsAt254();
     void uniformImageStays_data();
@@ -203,6 +206,7 @@ private Q_SLOTS:
     void agreesWithTheDefinition();
     void everySetOfInstructionsGivesTheSameBytes_data();
     void everySetOfInstructionsGivesTheSameBytes();
+    void pixelsMayLieAnywhere();
     void sumsAreExactUpToTheirBounds_data();
     void sumsAreExactUpToTheirBounds();
     void processorsGetNoInstructionsThatTheyLack();
@@ -275,6 +279,30 @@ void TestGaussianBlur::nullImageGivesANullPixmap()
 {
     QVERIFY(GaussianBlur::blurBitmap(QImage(), 3, 0).isNull());
     QVERIFY(GaussianBlur::blurBitmap(QImage(), 0, 0).isNull());
+}
+
+void TestGaussianBlur::withoutMemoryThePixmapIsNull()
+{
+    if (Testing::sanitized) {
+        qInfo("not tested: a sanitizer needs more memory than the limit leaves");
+        return;
+    }
+    QImage const image(3000, 3000, QImage::Format_ARGB32_Premultiplied);
+    QImage const small(3000, 3000, QImage::Format_RGB16);
+    QFile usage("/proc/self/statm");
+    QVERIFY(usage.open(QIODevice::ReadOnly));
+    rlim_t const used = usage.readAll().split(' ').first().toULongLong() * rlim_t(getpagesize());
+    rlimit usual {};
+    getrlimit(RLIMIT_AS, &usual);
+    // Less than another of the images takes.
+    rlimit const lower {used + (16U << 20U), usual.rlim_max};
+    setrlimit(RLIMIT_AS, &lower);
+    QPixmap const ofShared = GaussianBlur::blurBitmap(image, 3, 0);
+    QPixmap const ofConverted = GaussianBlur::blurBitmap(small, 3, 0);
+    setrlimit(RLIMIT_AS, &usual);
+    QVERIFY(ofShared.isNull());
+    QVERIFY(ofConverted.isNull());
+    QCOMPARE(GaussianBlur::blurBitmap(image, 3, 0).size(), QSize(3000, 3000));
 }
 
 void TestGaussianBlur::withoutRadiusTheImageStays()
@@ -597,6 +625,30 @@ void TestGaussianBlur::everySetOfInstructionsGivesTheSameBytes()
             qPrintable(QStringLiteral("%1 by %2, radius %3, flatness %4: %5")
                            .arg(QString::number(width), QString::number(height),
                                QString::number(radius), QString::number(flatness), what)));
+    }
+}
+
+void TestGaussianBlur::pixelsMayLieAnywhere()
+{
+    int const width = 70;
+    int const height = 40;
+    constexpr std::size_t size = 4 * width * height;
+    QRandomGenerator random = seededRandom(17);
+    Kernel const kernel = kernelOf(5, 3);
+    auto const blurAt = [&](auto blur, quint8* pixels) {
+        blur({pixels, 4 * width, pixels, 4 * width, width, height}, kernel);
+    };
+    for (auto const& wide : StackBlur::wideBlurs(ProcessorFeatures::isPresent)) {
+        for (int const offset : {0, 1, 3, 4, 8, 16, 20, 60}) {
+            std::vector<quint8> pixels(size + 64);
+            for (quint8& byte : pixels)
+                byte = quint8(random.bounded(256));
+            std::vector<quint8> expected = pixels;
+            blurAt(StackBlur::blurPlain, expected.data() + offset);
+            blurAt(wide.blur, pixels.data() + offset);
+            QVERIFY2(pixels == expected,
+                qPrintable(QString("%1 at %2").arg(wide.instructions).arg(offset)));
+        }
     }
 }
 
