@@ -166,6 +166,7 @@ private Q_SLOTS:
     void fileOfAnotherUserIsReplaced();
     void fullDiskKeepsTheFile_data();
     void fullDiskKeepsTheFile();
+    void fileIsSavedWhenThereIsRoomAgain();
     void fullFileSystemKeepsTheFile();
     void killedSaveKeepsAWholeFile();
     void savesAtOnceLeaveOneOfThem();
@@ -904,6 +905,27 @@ void TestRecentFilesFile::fullDiskKeepsTheFile()
     expectOnlyTheFile();
     QCOMPARE(saveWithin(false), -SIGXFSZ);
     QCOMPARE(savedNumber(), 3);
+}
+
+void TestRecentFilesFile::fileIsSavedWhenThereIsRoomAgain()
+{
+    KpRecentFileManager manager;
+    fillWith(manager, 3);
+    manager.save();
+    fillWith(manager, 5);
+    rlimit usual {};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    rlimit const lower {100, usual.rlim_max};
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &lower);
+    manager.save();
+    setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(savedNumber(), 3);
+    expectOnlyTheFile();
+    manager.save();
+    QCOMPARE(savedNumber(), 5);
+    expectOnlyTheFile();
 }
 
 void TestRecentFilesFile::fullFileSystemKeepsTheFile()
