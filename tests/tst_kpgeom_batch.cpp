@@ -42,6 +42,7 @@ private Q_SLOTS:
     void linksDoNotHideAClash();
     void failedWriteIsToldOfTheOutput();
     void fullDiskLeavesWholeFiles();
+    void fileInThePlaceOfAFolderIsTold();
     void signalLeavesWholeFiles_data();
     void signalLeavesWholeFiles();
     void ignoredSignalStaysIgnored();
@@ -668,6 +669,17 @@ void TestKpgeomBatch::failedWriteIsToldOfTheOutput()
         QVERIFY2(result.err.endsWith("out.xml: File too large\n"), result.err.constData());
         QCOMPARE(place.entries(), QStringList("in.xml"));
     }
+}
+
+void TestKpgeomBatch::fileInThePlaceOfAFolderIsTold()
+{
+    Workplace const place;
+    writePictures(place, 2);
+    place.write("out", "no folder");
+    Result const result = place.run({"convert", "-R", "in", "-o", "out/", "-j", "1"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray("out: cannot be made a folder\n").repeated(2));
+    QCOMPARE(place.read("out"), QByteArray("no folder"));
 }
 
 void TestKpgeomBatch::fullDiskLeavesWholeFiles()

@@ -12,6 +12,7 @@ class TestKpgeomBind : public QObject
 private Q_SLOTS:
     void documentKeepsAllButItsRules();
     void cornersCanGrow();
+    void failedOutputIsTold();
     void sizeIsTheBoxOfAllOutlines();
     void eachOutlineHasItsOwnBox();
     void pictureBecomesADocument();
@@ -108,6 +109,23 @@ void TestKpgeomBind::cornersCanGrow()
         place.run({"bind", "a.xml", "--slices", "20,10,20,10", "--keep-corners", "-o", "-"});
     COMPARE_EXIT(result, 0);
     QCOMPARE(rules(result.out), QStringList({"X 5 0.05", "Y 5 0.08", "X 6 0.05", "Y 7 0.02"}));
+}
+
+void TestKpgeomBind::failedOutputIsTold()
+{
+    Workplace place;
+    place.write("a.xml", document(" Width=\"200\" Height=\"100\"", "<X V=\"195\"/><Y V=\"98\"/>"));
+    place.write("a.svg",
+        "<svg xmlns='http://www.w3.org/2000/svg' width='200' height='100'>"
+        "<path d='M5 5H195V98Z'/></svg>");
+    for (QString const& input : {QString("a.xml"), QString("a.svg")}) {
+        QStringList const bind {"bind", input, "--slices", "20,10,20,10", "-o"};
+        COMPARE_FAILURE(place.run(bind + QStringList("none/b.xml")), 1,
+            "none/b.xml: No such file or directory");
+        COMPARE_FAILURE(
+            place.run(bind + QStringList("/dev/full")), 1, "/dev/full: No space left on device");
+    }
+    QCOMPARE(place.entries(), QStringList({"a.svg", "a.xml"}));
 }
 
 void TestKpgeomBind::sizeIsTheBoxOfAllOutlines()

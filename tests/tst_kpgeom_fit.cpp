@@ -75,6 +75,8 @@ private Q_SLOTS:
     void drawingsMayComeFromOtherPrograms();
     void reportsBadDrawings_data();
     void reportsBadDrawings();
+    void failedOutputIsTold_data();
+    void failedOutputIsTold();
     void reportsMisuse_data();
     void reportsMisuse();
 };
@@ -461,6 +463,32 @@ void TestKpgeomFit::reportsBadDrawings()
     drawTriangles(place);
     place.write("b.svg", second);
     COMPARE_FAILURE(place.run({"fit", "a.svg", operand, "-o", "out.xml"}), 1, fault);
+    QCOMPARE(place.entries(), QStringList({"a.svg", "b.svg"}));
+}
+
+void TestKpgeomFit::failedOutputIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("standardOutput");
+    QTest::addColumn<QByteArray>("fault");
+    QTest::newRow("document") << QStringList({"-o", "none/out.xml"}) << ""
+                              << QByteArray("none/out.xml: No such file or directory");
+    QTest::newRow("report") << QStringList({"-o", "out.xml", "--report", "none/out.png"}) << ""
+                            << QByteArray("none/out.png: No such file or directory");
+    QTest::newRow("JSON") << QStringList({"-o", "out.xml", "--json"}) << "/dev/full"
+                          << QByteArray("<stdout>: cannot be written");
+}
+
+void TestKpgeomFit::failedOutputIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, standardOutput);
+    QFETCH(QByteArray, fault);
+    Workplace const place;
+    drawTriangles(place);
+    Workplace::Start start;
+    start.outputFile = standardOutput;
+    COMPARE_FAILURE(place.run(QStringList({"fit", "a.svg", "b.svg"}) + arguments, start), 1, fault);
     QCOMPARE(place.entries(), QStringList({"a.svg", "b.svg"}));
 }
 
