@@ -890,7 +890,7 @@ void TestOutlineImport::takesAsLongForEachSymbol()
     for (ImportedOutlines const& picture : *sprite.pictures)
         QCOMPARE(picture.outlines.size(), std::size_t(1));
     QCOMPARE(sprite.pictures->back().outlines.front().name, QStringLiteral("s9999"));
-    QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
+    qInfo("%d symbols: %lld ms", count, timer.elapsed());
 }
 
 void TestOutlineImport::marksOfAPictureOfItsOwnDoNoHarm()

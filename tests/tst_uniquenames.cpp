@@ -63,7 +63,7 @@ void TestUniqueNames::takesAsLongForEachName()
     for (int i = 1; i <= count; ++i)
         names.unique("a");
     QCOMPARE(names.unique("a"), "a " + QString::number(2 * count));
-    QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
+    qInfo("%d names: %lld ms", 2 * count, timer.elapsed());
 }
 
 QTEST_APPLESS_MAIN(TestUniqueNames)
