@@ -167,6 +167,7 @@ private Q_SLOTS:
     void fullDiskKeepsTheFile_data();
     void fullDiskKeepsTheFile();
     void fileIsSavedWhenThereIsRoomAgain();
+    void linkIntoAMissingFolderStays();
     void fullFileSystemKeepsTheFile();
     void killedSaveKeepsAWholeFile();
     void savesAtOnceLeaveOneOfThem();
@@ -926,6 +927,17 @@ void TestRecentFilesFile::fileIsSavedWhenThereIsRoomAgain()
     manager.save();
     QCOMPARE(savedNumber(), 5);
     expectOnlyTheFile();
+}
+
+void TestRecentFilesFile::linkIntoAMissingFolderStays()
+{
+    QString const target = QFileInfo(file()).path() + "/none/list";
+    QVERIFY(QFile::link(target, file()));
+    KpRecentFileManager manager;
+    fillWith(manager, 3);
+    manager.save();
+    QCOMPARE(QFileInfo(file()).symLinkTarget(), target);
+    QVERIFY(!QFileInfo::exists(QFileInfo(target).path()));
 }
 
 void TestRecentFilesFile::fullFileSystemKeepsTheFile()
