@@ -268,12 +268,17 @@ void TestKpgeomPictures::largePicturesAreRefused()
     COMPARE_FAILURE(place.run({"blur", "claim.png", "-o", "out.png", "-r", "3"}), 1,
         "claim.png: a picture of 30000 by 30000 is too large: at most 20000 a side, and 100 "
         "million in all");
+    // So does this one, and ends before its first line: Qt tells nothing of its size.
+    place.write("cut.gif", "GIF89a\xff\xff\xff\xff\x80");
+    COMPARE_FAILURE(place.run({"blur", "cut.gif", "-o", "out.png", "-r", "3"}), 1,
+        "cut.gif: a picture of 65535 by 65535 is too large: at most 20000 a side, and 100 "
+        "million in all");
     place.write("in.png", encoded(square()));
     COMPARE_FAILURE(
         place.run({"blur", "in.png", "-o", "out.png", "-r", "3", "--shadow", "20000,0,red"}), 1,
         "in.png: a picture of 20033 by 36 is too large: at most 20000 a side, and 100 million "
         "in all");
-    QCOMPARE(place.entries(), QStringList({"claim.png", "in.png"}));
+    QCOMPARE(place.entries(), QStringList({"claim.png", "cut.gif", "in.png"}));
 }
 
 void TestKpgeomPictures::wrongUsageIsTold_data()

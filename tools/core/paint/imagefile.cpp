@@ -8,6 +8,7 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <QXmlStreamReader>
+#include <QtEndian>
 
 #include <algorithm>
 
@@ -63,6 +64,22 @@ QImage onWhite(QImage const& picture)
     return result;
 }
 
+/**
+ * The size that the content claims. Qt tells none of a GIF picture that is damaged, and yet makes room
+ * for all of it: its header tells.
+ */
+QSize claimedSize(QImageReader const& reader, QByteArray const& content)
+{
+    constexpr int widthAt = 6;
+    constexpr int heightAt = 8;
+    QSize const size = reader.size();
+    if (size.isValid() || reader.format() != "gif" || content.size() < heightAt + 2)
+        return size;
+    char const* const header = content.constData();
+    return {qFromLittleEndian<quint16>(header + widthAt),
+        qFromLittleEndian<quint16>(header + heightAt)};
+}
+
 } // namespace
 
 std::optional<QImage> decodedPicture(
@@ -77,8 +94,9 @@ std::optional<QImage> decodedPicture(
     reader.setAutoTransform(true);
     QString fault = format.isEmpty() ? formatFault(content) : QString();
     // Before it is read: a small file can claim to be a large picture.
-    if (fault.isEmpty() && reader.size().isValid())
-        fault = sizeFault(reader.size());
+    QSize const claimed = claimedSize(reader, content);
+    if (fault.isEmpty() && claimed.isValid())
+        fault = sizeFault(claimed);
     QImage picture;
     if (fault.isEmpty()) {
         picture = reader.read();
