@@ -15,12 +15,12 @@ QTextCodec* codecByMark(QByteArray const& text)
     constexpr int utf8 = 106;
     constexpr int utf16 = 1015;
     constexpr int utf32 = 1017;
-    auto const startsWith = [&text](char const* mark, int size) {
-        return text.startsWith(QByteArray::fromRawData(mark, size));
+    auto const startsWith = [&text](char const* hexadecimal) {
+        return text.startsWith(QByteArray::fromHex(hexadecimal));
     };
-    if (startsWith("\0\0\xfe\xff", 4) || startsWith("\xff\xfe\0\0", 4))
+    if (startsWith("0000feff") || startsWith("fffe0000"))
         return QTextCodec::codecForMib(utf32);
-    if (startsWith("\xfe\xff", 2) || startsWith("\xff\xfe", 2))
+    if (startsWith("feff") || startsWith("fffe"))
         return QTextCodec::codecForMib(utf16);
     return QTextCodec::codecForMib(utf8);
 }
