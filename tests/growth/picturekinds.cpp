@@ -149,10 +149,11 @@ std::vector<Kind> const& pictureKinds()
                 return body(
                     "<path fill-rule='evenodd' d='" + filled(size, "M%1 0h500v500h-500z") + "'/>");
             }},
+        // Beyond the two million crossings up to which each of them is looked at.
         {"crossing lines",
             [](int size) {
-                return body(
-                    "<path fill-rule='evenodd' d='M0 0" + filled(size, "L100 %1L0 7.5") + "'/>");
+                return body("<path fill-rule='evenodd' d='M0 0" + filled(30 * size, "L100 %1L0 7.5")
+                    + "'/>");
             }},
     };
     return kinds;
