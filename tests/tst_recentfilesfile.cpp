@@ -3,6 +3,7 @@
 #include "recentfilestesting.h"
 
 #include <QDomDocument>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <atomic>
@@ -978,19 +979,26 @@ void TestRecentFilesFile::killedSaveKeepsAWholeFile()
     auto* const counters = static_cast<std::atomic<int>*>(mmap(nullptr,
         2 * sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     QVERIFY(counters != MAP_FAILED);
-    auto const killWhileRunning = [&](std::function<void(int)> const& save) {
+    auto const killWhileRunning = [&](std::function<void(int)> const& change) {
         counters[0] = counters[1] = 0;
         pid_t const child = fork();
         if (child == 0) {
             chooseOtherNames();
             for (int i = 1;; ++i) {
                 ++counters[0];
-                save(i);
+                change(i);
                 ++counters[1];
             }
         }
-        while (counters[1] < 2 && waitpid(child, nullptr, WNOHANG) == 0) { }
-        usleep(useconds_t(random.bounded(600)));
+        auto const waitForSave = [&](int number) {
+            while (counters[1] < number && waitpid(child, nullptr, WNOHANG) == 0) { }
+        };
+        waitForSave(1);
+        QElapsedTimer save;
+        save.start();
+        waitForSave(2);
+        // Any moment of the next can be the last, however long a save takes here.
+        usleep(random.bounded(1 + unsigned(save.nsecsElapsed() / 1000)));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         return counters[0] != counters[1];
