@@ -192,10 +192,10 @@ private:
         if (pattern.endsWith(QLatin1Char('.')))
             pattern += QFileInfo(file.operand).suffix();
         if (m_task.sizes.isEmpty())
-            return {localName(outputName(pattern, {file.path, std::nullopt}))};
+            return {localFileName(outputName(pattern, {file.path, std::nullopt}))};
         QStringList result;
         for (QSizeF const& size : m_task.sizes)
-            result << localName(outputName(pattern, {file.path, size}));
+            result << localFileName(outputName(pattern, {file.path, size}));
         return result;
     }
 

@@ -44,7 +44,7 @@ std::optional<Slices> slicesFromText(QString const& text)
     return slices;
 }
 
-void addOptions(CommandLine& line)
+void addBindOptions(CommandLine& line)
 {
     line.addOption({QStringLiteral("slices"),
         QStringLiteral("The margins at the left, upper, right and lower edge, in units of the "
@@ -263,7 +263,7 @@ Outcome bindFile(CommandLine const& line, BindOptions options, BatchJob const& j
 Outcome runBind(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addOptions(line);
+    addBindOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     BindOptions options;

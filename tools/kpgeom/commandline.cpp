@@ -33,7 +33,7 @@ QStringList CommandLine::operands() const
 {
     QStringList result = m_parser.positionalArguments();
     for (QString& operand : result)
-        operand = localName(operand);
+        operand = localFileName(operand);
     return result;
 }
 

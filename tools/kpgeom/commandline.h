@@ -3,7 +3,7 @@
 
 #include "command.h"
 #include "common/diagnostic.h"
-#include "common/localname.h"
+#include "common/localfilename.h"
 
 #include <QCommandLineParser>
 #include <QSizeF>
@@ -25,7 +25,7 @@ public:
     QString value(QString const& option) const { return m_parser.value(option); }
     QStringList values(QString const& option) const { return m_parser.values(option); }
     /** The file that an option names. */
-    QString file(QString const& option) const { return localName(value(option)); }
+    QString file(QString const& option) const { return localFileName(value(option)); }
     /** Those of them that begin with a colon as files. */
     QStringList operands() const;
 

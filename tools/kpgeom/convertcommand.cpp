@@ -184,7 +184,7 @@ Shapes importedShapes(ConvertOptions const& options)
 }
 
 /** The options that have no meaning for shapes that formulas define. */
-QStringList const& pictureOptions()
+QStringList const& optionsOfPictures()
 {
     static QStringList const all {QStringLiteral("font"), QStringLiteral("text"),
         QStringLiteral("path"), QStringLiteral("size"), QStringLiteral("scale"),
@@ -195,7 +195,7 @@ QStringList const& pictureOptions()
 /** What of the options does not go with shapes that formulas define, or nothing. */
 std::optional<Diagnostic> pictureOptionFault(CommandLine const& line, QString const& what)
 {
-    for (QString const& option : pictureOptions()) {
+    for (QString const& option : optionsOfPictures()) {
         if (line.isSet(option))
             return misuse(QStringLiteral("--%1 does not go with %2").arg(option, what));
     }

@@ -18,7 +18,7 @@ struct SvgOptions
     PathDataOptions form;
 };
 
-void addOptions(CommandLine& line)
+void addSvgOptions(CommandLine& line)
 {
     line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
         QStringLiteral("Write the lines to <OUT> instead of standard output. For a file a file "
@@ -114,7 +114,7 @@ Outcome writeEach(CommandLine const& line, SvgOptions const& options)
 Outcome runSvg(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addOptions(line);
+    addSvgOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())

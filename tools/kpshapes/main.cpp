@@ -1,6 +1,6 @@
 #include "canvas/canvasaccessible.h"
 #include "common/filecontent.h"
-#include "common/localname.h"
+#include "common/localfilename.h"
 #include "common/text.h"
 #include "paint/imagefile.h"
 #include "process/filenames.h"
@@ -89,9 +89,9 @@ std::optional<Options> readCommandLine(int& exitCode)
             return std::nullopt;
         }
     }
-    options.picture = localName(parser.value(picture));
+    options.picture = localFileName(parser.value(picture));
     for (QString const& file : parser.positionalArguments())
-        options.files << QFileInfo(localName(file)).absoluteFilePath();
+        options.files << QFileInfo(localFileName(file)).absoluteFilePath();
     return options;
 }
 

@@ -37,7 +37,7 @@ QString exactText(double number)
 }
 
 /** NaN equals itself here: the question is whether something was changed. */
-bool isSame(double left, double right)
+bool isUnchanged(double left, double right)
 {
     return left == right || (std::isnan(left) && std::isnan(right));
 }
@@ -48,11 +48,11 @@ void compare(KpReal const& before, KpReal const& after, QString const& where, QS
         changes
             << QStringLiteral("%1 rule %2 becomes %3").arg(where).arg(before.base).arg(after.base);
     }
-    if (!isSame(before.value, after.value)) {
+    if (!isUnchanged(before.value, after.value)) {
         changes << QStringLiteral("%1 value %2 becomes %3")
                        .arg(where, exactText(before.value), exactText(after.value));
     }
-    if (!isSame(before.rate, after.rate)) {
+    if (!isUnchanged(before.rate, after.rate)) {
         changes << QStringLiteral("%1 rate %2 becomes %3")
                        .arg(where, exactText(before.rate), exactText(after.rate));
     }

@@ -24,7 +24,7 @@ using Outlines = std::vector<Outline>;
 constexpr qint64 mostComparisons = 20000000;
 
 /** Names of outlines are cut to this where they tell a place. */
-constexpr int longestName = 60;
+constexpr int longestShownName = 60;
 
 /** A difference of one in the sixth digit of a rate counts as none, one of two counts. */
 constexpr double rateTolerance = 1.5e-6;
@@ -495,7 +495,7 @@ QString differenceText(OutlineDifference const& difference)
 {
     QString text = QStringLiteral("outline %1").arg(difference.outline);
     if (!difference.name.isEmpty())
-        text += QLatin1Char(' ') + quoted(elided(difference.name, longestName));
+        text += QLatin1Char(' ') + quoted(elided(difference.name, longestShownName));
     if (difference.segment > 0) {
         text += QStringLiteral(", segment %1 (").arg(difference.segment) + difference.kind
             + QLatin1Char(')');

@@ -1,6 +1,7 @@
 #include "document/appearance.h"
 
 #include "colorutil.h"
+#include "common/samenumber.h"
 
 #include <algorithm>
 
@@ -35,14 +36,9 @@ QVector<QColor> ShapeColour::steps() const
 
 namespace {
 
-bool isSame(double left, double right)
-{
-    return !(left < right) && !(left > right);
-}
-
 bool isSame(ColourTransform const& left, ColourTransform const& right)
 {
-    return left.name == right.name && isSame(left.value, right.value);
+    return left.name == right.name && isSameNumber(left.value, right.value);
 }
 
 bool isSame(ShapeColour const& left, ShapeColour const& right)
@@ -56,8 +52,8 @@ bool isSame(ShapeColour const& left, ShapeColour const& right)
 bool isSame(ShapeShadow const& left, ShapeShadow const& right)
 {
     return left.radius == right.radius && left.flatness == right.flatness
-        && isSame(left.offset.x(), right.offset.x()) && isSame(left.offset.y(), right.offset.y())
-        && left.colour == right.colour;
+        && isSameNumber(left.offset.x(), right.offset.x())
+        && isSameNumber(left.offset.y(), right.offset.y()) && left.colour == right.colour;
 }
 
 template <class Part> bool isSame(std::optional<Part> const& left, std::optional<Part> const& right)

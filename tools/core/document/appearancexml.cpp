@@ -82,7 +82,7 @@ QString y()
 
 } // namespace Name
 
-QString numberText(double number)
+QString exactNumberText(double number)
 {
     return QString::number(
         std::isfinite(number) ? number : 0.0, 'g', QLocale::FloatingPointShortest);
@@ -101,7 +101,7 @@ void writeColour(
     for (ColourTransform const& transform : part->transforms) {
         writer.writeStartElement(Name::transform());
         writer.writeAttribute(Name::name(), transform.name);
-        writer.writeAttribute(Name::value(), numberText(transform.value));
+        writer.writeAttribute(Name::value(), exactNumberText(transform.value));
         writer.writeEndElement();
     }
     writer.writeEndElement();
@@ -112,8 +112,8 @@ void writeShadow(XmlStreamWriter& writer, ShapeShadow const& shadow)
     writer.writeStartElement(Name::shadow());
     writer.writeAttribute(Name::radius(), QString::number(shadow.radius));
     writer.writeAttribute(Name::flatness(), QString::number(shadow.flatness));
-    writer.writeAttribute(Name::x(), numberText(shadow.offset.x()));
-    writer.writeAttribute(Name::y(), numberText(shadow.offset.y()));
+    writer.writeAttribute(Name::x(), exactNumberText(shadow.offset.x()));
+    writer.writeAttribute(Name::y(), exactNumberText(shadow.offset.y()));
     writer.writeAttribute(Name::colour(), shadow.colour.name(QColor::HexArgb));
     writer.writeEndElement();
 }

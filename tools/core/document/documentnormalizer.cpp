@@ -1,6 +1,7 @@
 #include "document/documentnormalizer.h"
 
 #include "common/text.h"
+#include "document/elements.h"
 #include "document/geometrywalker.h"
 #include "document/shapes.h"
 #include "document/writetext.h"
@@ -22,12 +23,7 @@ using Kind = MarkupNode::Kind;
 using Nodes = std::vector<MarkupNode const*>;
 
 /** Names in messages are cut to this. */
-constexpr int longestQuote = 40;
-
-QString localName(QString const& name)
-{
-    return name.mid(name.indexOf(QLatin1Char(':')) + 1);
-}
+constexpr int longestElementName = 40;
 
 bool isBlankText(MarkupNode const& node)
 {
@@ -263,7 +259,7 @@ private:
 
     void leaveOut(MarkupNode const& element)
     {
-        QString const name = elided(element.name, longestQuote);
+        QString const name = elided(element.name, longestElementName);
         m_diagnostics.add({Diagnostic::Severity::Warning, m_file, element.line, element.column,
             QStringLiteral("element %1 is left out: the stream reader takes it for %2")
                 .arg(name, localName(name))});

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr double largestSide = 1e6;
-
 /** KpReal::updateRate takes a side of this for none. */
 constexpr double collapsedSide = 0.001;
 
@@ -20,11 +18,11 @@ constexpr double anySide = 100.0;
 /** The number, or 0 if it is no side of a box. NaN is none either. */
 double sideOf(double number)
 {
-    return number > collapsedSide && number <= largestSide ? number : 0.0;
+    return number > collapsedSide && number <= greatestBoxSide ? number : 0.0;
 }
 
 /** Rounded it may be no side any more. */
-double rounded(double side)
+double roundedSide(double side)
 {
     return sideOf(numberText(side).toDouble());
 }
@@ -69,8 +67,8 @@ QSizeF boxOf(Shapes const& shapes)
         box = box.expandedTo(shape.box);
     if (box.isEmpty())
         box = reachOf(shapes);
-    double const width = rounded(box.width());
-    double const height = rounded(box.height());
+    double const width = roundedSide(box.width());
+    double const height = roundedSide(box.height());
     double const other = std::max(width, height) > 0.0 ? std::max(width, height) : anySide;
     return {width > 0.0 ? width : other, height > 0.0 ? height : other};
 }

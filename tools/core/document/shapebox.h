@@ -7,6 +7,9 @@
 #include <QSizeF>
 #include <QVector>
 
+/** No side of a box is longer, in units. */
+constexpr double greatestBoxSide = 1e6;
+
 /**
  * The box that the element around an outline says its values are for: its Width and Height. Empty
  * unless both are numbers above 0.001 and at most a million.

@@ -73,7 +73,7 @@ Fraction fractionOf(double factor)
 }
 
 /** The guides of one shape, each before those that use it. */
-class Guides
+class GuideList
 {
 public:
     struct Guide
@@ -175,7 +175,7 @@ public:
         return x(QStringLiteral("+- %1 %2 0").arg(left, right));
     }
 
-    Guides const& guides() const { return m_guides; }
+    GuideList const& guides() const { return m_guides; }
     /** Whether every real so far was a number and small enough. */
     bool areAllHeld() const { return m_areAllHeld; }
 
@@ -210,7 +210,7 @@ private:
 
     double m_scale;
     double m_longestSide;
-    Guides m_guides;
+    GuideList m_guides;
     bool m_areAllHeld = true;
 };
 
@@ -296,7 +296,7 @@ private:
 /** One p:sp before it is written: its guides stand before its paths. */
 struct Geometry
 {
-    Guides guides;
+    GuideList guides;
     std::vector<QVector<Step>> paths;
 };
 
@@ -411,7 +411,7 @@ private:
         m_xml.writeStartElement(QStringLiteral("a:custGeom"));
         m_xml.writeEmptyElement(QStringLiteral("a:avLst"));
         m_xml.writeStartElement(QStringLiteral("a:gdLst"));
-        for (Guides::Guide const& guide : geometry.guides.all()) {
+        for (GuideList::Guide const& guide : geometry.guides.all()) {
             m_xml.writeEmptyElement(QStringLiteral("a:gd"));
             m_xml.writeAttribute(QStringLiteral("name"), guide.name);
             m_xml.writeAttribute(QStringLiteral("fmla"), guide.formula);

@@ -14,7 +14,7 @@ constexpr int greatestBoxes = 3;
 constexpr int greatestSample = 1000;
 
 /** A length that somebody would draw: whole units, unless the drawings are small. */
-double rounded(double side)
+double roundedLength(double side)
 {
     constexpr double largeSide = 10.0;
     constexpr double fineness = 100.0;
@@ -29,7 +29,8 @@ QVector<double> sides(QVector<QSizeF> const& boxes)
     for (double const factor : {1.0, 0.5, 2.0}) {
         for (QSizeF const& box : boxes.mid(0, greatestBoxesLookedAt)) {
             for (double const side : {box.width(), box.height()}) {
-                double const length = factor > 1.0 || factor < 1.0 ? rounded(factor * side) : side;
+                double const length =
+                    factor > 1.0 || factor < 1.0 ? roundedLength(factor * side) : side;
                 if (length > 0.0 && !found.contains(length))
                     found.append(length);
             }

@@ -1,5 +1,6 @@
 #include "fit/outlinefit.h"
 
+#include "common/samenumber.h"
 #include "common/text.h"
 #include "fit/structure.h"
 #include "segmentkind_p.h"
@@ -49,11 +50,6 @@ QString faultOf(SizedDrawing const& drawing)
     return QString();
 }
 
-bool isSame(double left, double right)
-{
-    return !(left < right) && !(right < left);
-}
-
 bool areUsable(std::vector<SizedDrawing> const& drawings, Diagnostics& diagnostics)
 {
     for (std::size_t i = 0; i < drawings.size(); ++i) {
@@ -62,8 +58,8 @@ bool areUsable(std::vector<SizedDrawing> const& drawings, Diagnostics& diagnosti
         auto const same =
             std::find_if(drawings.begin(), drawings.begin() + static_cast<std::ptrdiff_t>(i),
                 [&drawing](SizedDrawing const& other) {
-                    return isSame(other.box.width(), drawing.box.width())
-                        && isSame(other.box.height(), drawing.box.height());
+                    return isSameNumber(other.box.width(), drawing.box.width())
+                        && isSameNumber(other.box.height(), drawing.box.height());
                 });
         if (fault.isEmpty() && same != drawings.begin() + static_cast<std::ptrdiff_t>(i)) {
             fault = QStringLiteral("its box of %1 is that of drawing %2: two drawings of one size "

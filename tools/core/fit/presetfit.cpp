@@ -28,7 +28,7 @@ constexpr double roundingError = 1e-10;
 /** The scale of further boxes, which tell what keeps its place from what only moves little. */
 constexpr double smallScale = 0.1;
 
-double longestSide(QVector<QSizeF> const& boxes)
+double longestSideOf(QVector<QSizeF> const& boxes)
 {
     double longest = 0.0;
     for (QSizeF const& box : boxes)
@@ -57,7 +57,7 @@ class PresetFitter
 {
 public:
     explicit PresetFitter(QVector<QSizeF> const& boxes)
-        : m_compared(boxes.mid(0, comparedBoxes.size()), roundingError * longestSide(boxes))
+        : m_compared(boxes.mid(0, comparedBoxes.size()), roundingError * longestSideOf(boxes))
         , m_middle(boxes.mid(firstOfMiddle, countOfMiddle), m_compared.tolerance())
         , m_all(boxes, m_compared.tolerance())
     {
@@ -80,18 +80,18 @@ private:
 };
 
 /** The same outline as it is in several boxes. */
-using Outlines = std::vector<KpPathSegList const*>;
+using OutlinePointers = std::vector<KpPathSegList const*>;
 
-Outlines outlinesOf(std::vector<Shapes> const& inBoxes, std::size_t shape)
+OutlinePointers outlinesOf(std::vector<Shapes> const& inBoxes, std::size_t shape)
 {
-    Outlines result;
+    OutlinePointers result;
     for (Shapes const& shapes : inBoxes)
         result.push_back(shapes[shape].list.get());
     return result;
 }
 
 /** Binds all coordinates of `list` by what their values are in the boxes. */
-void bind(KpPathSegList& list, Outlines const& outlines, PresetFitter const& fitter)
+void bind(KpPathSegList& list, OutlinePointers const& outlines, PresetFitter const& fitter)
 {
     std::vector<std::vector<double>> values;
     for (KpPathSegList const* const outline : outlines)
@@ -200,7 +200,7 @@ std::optional<LearntPreset> learntPreset(ShapeDefinition const& definition, QSiz
     PresetFitter const fitter(boxes);
     for (std::size_t shape = 0; shape < result.shapes.size(); ++shape) {
         KpPathSegList& list = *result.shapes[shape].list;
-        Outlines const outlines = outlinesOf(*inBoxes, shape);
+        OutlinePointers const outlines = outlinesOf(*inBoxes, shape);
         bind(list, outlines, fitter);
         Comparison comparison(list);
         for (int i = 0; i < static_cast<int>(comparedBoxes.size()); ++i)

@@ -24,7 +24,7 @@ std::array<qint16, ruleCountInAll> const& customaryOrder(Axis axis)
 }
 
 /** An edge of the box, on which several rules lie with one of their parameters. */
-struct Edge
+struct BoxEdge
 {
     double parameter; ///< of the customary rule
     std::array<qint16, 2> customary; ///< for a horizontal and a vertical coordinate
@@ -32,7 +32,7 @@ struct Edge
 };
 
 /** Left and top, right, bottom. */
-constexpr std::array<Edge, 3> edges {{
+constexpr std::array<BoxEdge, 3> edges {{
     {0.0, {KpReal::PartOfWidth, KpReal::PartOfHeight},
         {true, true, true, false, false, true, false, false}},
     {1.0, {KpReal::PartOfWidth, KpReal::PartOfWidth},
@@ -127,7 +127,7 @@ QVector<RuleChoice> RuleFitter::candidates(double const* values, Axis axis) cons
 {
     QVector<RuleChoice> found;
     std::array<bool, ruleCountInAll> isEdge {};
-    for (Edge const& edge : edges) {
+    for (BoxEdge const& edge : edges) {
         qint16 const rule = edge.customary[axis == Axis::Horizontal ? 0 : 1];
         if (!isMetBy(rule, edge.parameter, values))
             continue;

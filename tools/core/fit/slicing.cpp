@@ -1,6 +1,7 @@
 #include "fit/slicing.h"
 
 #include "common/text.h"
+#include "document/shapebox.h"
 #include "segmentkind_p.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double longestSide = 1e6; ///< of a box, as everywhere in the tools
 
 /** Places of a document, as parts of the side, are no more exact than this. */
 constexpr double samePlace = 5e-6;
@@ -231,7 +230,7 @@ QString sideFault(double length, double nearMargin, double farMargin, QString co
 
 QString slicesFault(Slices const& slices, QSizeF const& box)
 {
-    auto const isSide = [](double side) { return side > 0.0 && side <= longestSide; };
+    auto const isSide = [](double side) { return side > 0.0 && side <= greatestBoxSide; };
     if (!isSide(box.width()) || !isSide(box.height()))
         return QStringLiteral("no box to slice: %1").arg(sizeText(box));
     for (double const margin : {slices.left, slices.top, slices.right, slices.bottom}) {

@@ -1,5 +1,6 @@
 #include "fit/subpath.h"
 
+#include "document/place.h"
 #include "kppath.h"
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
@@ -14,11 +15,6 @@ constexpr double quarterControl = 0.5522847498;
 
 /** Editors use factors that differ by less: nobody sees a difference of this part of a radius. */
 constexpr double controlSlack = 0.0006;
-
-QPointF position(KpPoint const& point)
-{
-    return {point.x.value, point.y.value};
-}
 
 bool isNear(QPointF const& left, QPointF const& right, double tolerance)
 {
@@ -79,7 +75,7 @@ std::optional<DrawnEllipse> ellipseOf(Subpath const& ring, double tolerance)
 Subpath ellipseSubpath(KpPathSegEllipse const& segment)
 {
     Subpath ring;
-    DrawnEllipse const ellipse {position(segment.pt), segment.a.value, segment.b.value, true};
+    DrawnEllipse const ellipse {placeOf(segment.pt), segment.a.value, segment.b.value, true};
     QPointF const radii(ellipse.a, ellipse.b);
     auto const elements = KpPath::ellipse(QRectF(ellipse.centre - radii, ellipse.centre + radii));
     auto const at = [&elements](int i) { return QPointF(elements.at(i).x, elements.at(i).y); };
@@ -114,7 +110,7 @@ private:
             m_subpaths.push_back(ellipseSubpath(*ellipse));
         } else if (seg.type == KpPathSeg::SegMoveTo) {
             m_subpaths.emplace_back();
-            m_subpaths.back().start = position(seg.pt);
+            m_subpaths.back().start = placeOf(seg.pt);
         } else {
             if (m_subpaths.empty() || m_subpaths.back().isEllipseSegment) {
                 m_subpaths.emplace_back();
@@ -127,8 +123,8 @@ private:
     static DrawnStep stepOf(KpPathSeg& seg)
     {
         if (KpPathSegCurveTo const* const curve = seg.toCurveTo())
-            return {true, position(curve->ctrl1), position(curve->ctrl2), position(seg.pt)};
-        return {false, QPointF(), QPointF(), position(seg.pt)};
+            return {true, placeOf(curve->ctrl1), placeOf(curve->ctrl2), placeOf(seg.pt)};
+        return {false, QPointF(), QPointF(), placeOf(seg.pt)};
     }
 
     /** Makes a step of the line that closing the outline draws. */

@@ -11,7 +11,7 @@ constexpr std::size_t greatestTable = 1000000;
 
 using Cost = VanishedLines::Cost;
 
-constexpr Cost endless = std::numeric_limits<Cost>::max();
+constexpr Cost endlessCost = std::numeric_limits<Cost>::max();
 
 /** Fewer lines are always better than likelier rules. */
 constexpr Cost costOfALine = Cost(1) << 32;
@@ -28,7 +28,7 @@ public:
         , m_other(other)
         , m_fitter(fitter)
         , m_width(other.steps.size() + 1)
-        , m_costs((reference.steps.size() + 1) * m_width, endless)
+        , m_costs((reference.steps.size() + 1) * m_width, endlessCost)
         , m_moves(m_costs.size(), Move::None)
     {
     }
@@ -38,11 +38,11 @@ public:
         m_costs[0] = costOf(m_reference.start, m_other.start);
         for (std::size_t i = 0; i <= m_reference.steps.size(); ++i) {
             for (std::size_t j = 0; j <= m_other.steps.size(); ++j) {
-                if (m_costs[cell(i, j)] < endless)
+                if (m_costs[cell(i, j)] < endlessCost)
                     goOn(i, j);
             }
         }
-        if (m_costs.back() == endless)
+        if (m_costs.back() == endlessCost)
             return std::nullopt;
         return wayBack();
     }
@@ -50,7 +50,7 @@ public:
 private:
     std::size_t cell(std::size_t i, std::size_t j) const { return i * m_width + j; }
 
-    /** How unlikely it is that two points correspond; endless if no rule meets them. */
+    /** How unlikely it is that two points correspond; endlessCost if no rule meets them. */
     Cost costOf(QPointF const& left, QPointF const& right) const
     {
         std::array<double, 2> const x {left.x(), right.x()};
@@ -58,13 +58,13 @@ private:
         int const horizontal = m_fitter.strangeness(x.data(), Axis::Horizontal);
         int const vertical = m_fitter.strangeness(y.data(), Axis::Vertical);
         bool const isPossible = std::max(horizontal, vertical) < RuleFitter::impossible;
-        return isPossible ? horizontal + vertical : endless;
+        return isPossible ? horizontal + vertical : endlessCost;
     }
 
     Cost costOf(DrawnStep const& left, DrawnStep const& right) const
     {
         if (left.isCurve != right.isCurve)
-            return endless;
+            return endlessCost;
         Cost cost = costOf(left.end, right.end);
         if (left.isCurve) {
             cost = sum(cost, costOf(left.control1, right.control1));
@@ -75,7 +75,7 @@ private:
 
     static Cost sum(Cost left, Cost right)
     {
-        return left == endless || right == endless ? endless : left + right;
+        return left == endlessCost || right == endlessCost ? endlessCost : left + right;
     }
 
     void goOn(std::size_t i, std::size_t j)

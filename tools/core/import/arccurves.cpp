@@ -10,7 +10,7 @@ namespace {
 constexpr double pi = 3.14159265358979323846;
 
 /** An arc of the unit circle around the origin. */
-struct Turn
+struct UnitArc
 {
     double start; ///< in radians, clockwise from the right
     double sweep; ///< negative counterclockwise
@@ -28,7 +28,7 @@ QPointF tangentAt(double angle)
 }
 
 /** The turn around `centre` that leads from `start` to its opposite, both on the circle. */
-Turn turnBetween(QPointF const& start, QPointF const& centre, bool isClockwise)
+UnitArc turnBetween(QPointF const& start, QPointF const& centre, bool isClockwise)
 {
     double const first = std::atan2(start.y() - centre.y(), start.x() - centre.x());
     double const last = std::atan2(-start.y() - centre.y(), -start.x() - centre.x());
@@ -41,7 +41,7 @@ Turn turnBetween(QPointF const& start, QPointF const& centre, bool isClockwise)
 }
 
 /** The curves of a turn, mapped from the unit circle. */
-std::vector<Curve> curvesOf(Turn const& turn, QTransform const& fromCircle)
+std::vector<Curve> curvesOf(UnitArc const& turn, QTransform const& fromCircle)
 {
     // A whole number of quarters stays one, whatever the rounding.
     double const rounding = 1e-9;

@@ -8,7 +8,7 @@
 namespace {
 
 /** A unit of length and its pixels. */
-struct Unit
+struct LengthUnit
 {
     char const* name;
     double pixels;
@@ -16,7 +16,7 @@ struct Unit
 
 constexpr double pixelsPerInch = 96.0;
 
-constexpr Unit units[] = {
+constexpr LengthUnit lengthUnits[] = {
     {"cm", pixelsPerInch / 2.54},
     {"mm", pixelsPerInch / 25.4},
     {"in", pixelsPerInch},
@@ -26,14 +26,14 @@ constexpr Unit units[] = {
 };
 
 /** Lengths and factors beyond this are on no page. */
-constexpr double largest = 1e9;
+constexpr double greatestFactor = 1e9;
 
 std::optional<double> numberFromText(QStringRef const& text)
 {
     bool isNumber = false;
     double const number = text.toDouble(&isNumber);
     // Written so that NaN fails.
-    return isNumber && std::abs(number) <= largest ? std::optional(number) : std::nullopt;
+    return isNumber && std::abs(number) <= greatestFactor ? std::optional(number) : std::nullopt;
 }
 
 /** The arguments of a function; those from `firstLength` on are lengths, or 0 without a unit. */
@@ -76,11 +76,11 @@ std::optional<QTransform> functionFromText(QString const& name, QString const& t
 
 std::optional<double> odfLength(QStringRef const& text)
 {
-    for (Unit const& unit : units) {
+    for (LengthUnit const& unit : lengthUnits) {
         if (!text.endsWith(QLatin1String(unit.name)))
             continue;
         auto const number = numberFromText(text.chopped(2));
-        if (number && std::abs(*number) * unit.pixels <= largest)
+        if (number && std::abs(*number) * unit.pixels <= greatestFactor)
             return *number * unit.pixels;
     }
     return std::nullopt;

@@ -1,5 +1,6 @@
 #include "import/pathdataparser.h"
 
+#include "common/samenumber.h"
 #include "import/arccurves.h"
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
@@ -14,22 +15,17 @@
 
 namespace {
 
-bool isSame(double left, double right)
-{
-    return !(left < right) && !(left > right);
-}
-
 /** To the bit: QPointF's own comparison takes places that are near for the same. */
 bool isSame(QPointF const& left, QPointF const& right)
 {
-    return isSame(left.x(), right.x()) && isSame(left.y(), right.y());
+    return isSameNumber(left.x(), right.x()) && isSameNumber(left.y(), right.y());
 }
 
 /** What is drawn from one move to the next. */
-class Subpath
+class ParsedSubpath
 {
 public:
-    explicit Subpath(QPointF const& start)
+    explicit ParsedSubpath(QPointF const& start)
         : m_start(start)
         , m_current(start)
     {
@@ -122,8 +118,8 @@ private:
         double const rounding = 1e-9;
         EllipticalArc const& arc = placed.arc;
         double const width = std::abs(placed.from.x() - placed.to.x());
-        return isCurved(arc) && arc.isClockwise && isSame(arc.rotation, 0.0)
-            && isSame(placed.from.y(), placed.to.y())
+        return isCurved(arc) && arc.isClockwise && isSameNumber(arc.rotation, 0.0)
+            && isSameNumber(placed.from.y(), placed.to.y())
             && std::abs(width - 2.0 * arc.radii.width()) <= rounding * arc.radii.width();
     }
 
@@ -131,7 +127,7 @@ private:
     {
         return m_isClosed && m_hasOnlyArcs && m_arcs.size() == 2 && isHalf(m_arcs.front())
             && isHalf(m_arcs.back()) && isSame(m_arcs.back().to, m_start)
-            && isSame(m_arcs.front().arc.radii.height(), m_arcs.back().arc.radii.height());
+            && isSameNumber(m_arcs.front().arc.radii.height(), m_arcs.back().arc.radii.height());
     }
 
     QPointF m_start;
@@ -209,7 +205,7 @@ public:
     {
         while (!m_subpaths.empty() && m_subpaths.back().isEmpty())
             m_subpaths.pop_back();
-        for (Subpath& subpath : m_subpaths) {
+        for (ParsedSubpath& subpath : m_subpaths) {
             if (!subpath.isEmpty())
                 subpath.appendTo(list, &subpath == &m_subpaths.back());
         }
@@ -217,7 +213,7 @@ public:
 
 private:
     /** The subpath that is drawn on; behind a closed one, another from its start. */
-    Subpath& open()
+    ParsedSubpath& open()
     {
         if (m_subpaths.back().isClosed())
             m_subpaths.emplace_back(m_subpaths.back().start());
@@ -245,7 +241,7 @@ private:
         m_quadraticControl = control;
     }
 
-    std::vector<Subpath> m_subpaths;
+    std::vector<ParsedSubpath> m_subpaths;
     std::optional<QPointF> m_cubicControl; ///< the second one, if the last command was a curve
     std::optional<QPointF> m_quadraticControl; ///< likewise of a quadratic curve
 };

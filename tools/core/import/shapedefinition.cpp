@@ -19,7 +19,7 @@ namespace {
 constexpr double quarter = M_PI / 2.0;
 
 /** What rounding may change of a length or an angle, as a part of it. */
-constexpr double roundingError = 1e-9;
+constexpr double angleError = 1e-9;
 
 /** The quarters of a turn, by number, that an arc enters. */
 struct Quarters
@@ -51,8 +51,8 @@ struct Arc
     Quarters quarters() const
     {
         double const end = start + sweep;
-        return {qFloor(std::min(start, end) / quarter + roundingError),
-            qCeil(std::max(start, end) / quarter - roundingError)};
+        return {qFloor(std::min(start, end) / quarter + angleError),
+            qCeil(std::max(start, end) / quarter - angleError)};
     }
 
     /** The parameter where the piece of this number ends, from 1. */
@@ -207,16 +207,16 @@ bool isFinite(Trace const& trace)
 }
 
 /** Steps that draw, one after the other. */
-struct Subpath
+struct StepRange
 {
     std::size_t first; ///< index of a step
     std::size_t behind; ///< index behind the last one
     bool isClosed;
 };
 
-std::vector<Subpath> subpathsOf(PathDefinition const& path)
+std::vector<StepRange> subpathsOf(PathDefinition const& path)
 {
-    std::vector<Subpath> result;
+    std::vector<StepRange> result;
     std::size_t first = 0;
     auto const end = [&result, &first](std::size_t behind, bool isClosed) {
         if (behind > first)
@@ -235,7 +235,7 @@ std::vector<Subpath> subpathsOf(PathDefinition const& path)
 bool areNear(QPointF left, QPointF right, double size)
 {
     QPointF const distance = left - right;
-    return std::max(std::fabs(distance.x()), std::fabs(distance.y())) <= roundingError * size;
+    return std::max(std::fabs(distance.x()), std::fabs(distance.y())) <= angleError * size;
 }
 
 double reach(QPointF point)
@@ -266,13 +266,13 @@ public:
             list->closed = m_subpaths.back().isClosed;
             result.push_back(list);
         }
-        for (Subpath const& subpath : m_subpaths)
+        for (StepRange const& subpath : m_subpaths)
             append(subpath, result);
         return result;
     }
 
 private:
-    void append(Subpath const& subpath, std::vector<std::shared_ptr<KpPathSegList>>& lists) const
+    void append(StepRange const& subpath, std::vector<std::shared_ptr<KpPathSegList>>& lists) const
     {
         bool const isEllipse = isWholeEllipse(subpath);
         bool const hasLineBack = needsLineBack(subpath);
@@ -331,7 +331,7 @@ private:
             Quarters const others = arc.quarters();
             areSame = areSame && others.first == quarters.first && others.behind == quarters.behind
                 && (arc.sweep < 0.0) == (m_traces.front()[step].arc.sweep < 0.0);
-            pieces = std::max(pieces, qCeil(std::fabs(arc.sweep) / quarter - roundingError));
+            pieces = std::max(pieces, qCeil(std::fabs(arc.sweep) / quarter - angleError));
         }
         if (areSame)
             return {true, std::max(1, quarters.behind - quarters.first)};
@@ -339,18 +339,18 @@ private:
     }
 
     /** Whether the subpath is one arc once around: only that is one ellipse in every box. */
-    bool isWholeEllipse(Subpath const& subpath) const
+    bool isWholeEllipse(StepRange const& subpath) const
     {
         if (subpath.behind != subpath.first + 1
             || m_path.steps[subpath.first].kind != PathStep::Kind::Arc)
             return false;
         return std::all_of(m_traces.begin(), m_traces.end(), [&subpath](Trace const& trace) {
             double const sweep = std::fabs(trace[subpath.first].arc.sweep);
-            return sweep >= (4.0 - roundingError) * quarter;
+            return sweep >= (4.0 - angleError) * quarter;
         });
     }
 
-    bool needsLineBack(Subpath const& subpath) const
+    bool needsLineBack(StepRange const& subpath) const
     {
         if (!subpath.isClosed || subpath.behind == m_subpaths.back().behind)
             return false;
@@ -363,7 +363,7 @@ private:
 
     PathDefinition const& m_path;
     Traces const& m_traces;
-    std::vector<Subpath> const m_subpaths;
+    std::vector<StepRange> const m_subpaths;
 };
 
 /** Even-odd if the other rule would fill the outline differently. */

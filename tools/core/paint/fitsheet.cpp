@@ -1,5 +1,6 @@
 #include "paint/fitsheet.h"
 
+#include "document/place.h"
 #include "paint/overlaysheet.h"
 #include "segmentkind_p.h"
 
@@ -13,24 +14,19 @@ Figure figureOf(Shapes const& shapes)
     return figure;
 }
 
-QPointF position(KpPoint const& point)
-{
-    return {point.x.value, point.y.value};
-}
-
 /** The point that a coordinate belongs to; of a radius, where the ellipse ends. */
 QPointF placeOf(KpPathSeg& segment, QString const& letter)
 {
     bool const isEnd = letter == SegmentKind::Letter::x() || letter == SegmentKind::Letter::y();
     bool const isFirst = letter == SegmentKind::Letter::a() || letter == SegmentKind::Letter::b();
     if (KpPathSegCurveTo const* const curve = segment.toCurveTo(); curve && !isEnd)
-        return position(isFirst ? curve->ctrl1 : curve->ctrl2);
+        return placeOf(isFirst ? curve->ctrl1 : curve->ctrl2);
     if (KpPathSegEllipse const* const ellipse = segment.toEllipse(); ellipse && !isEnd) {
         bool const isHorizontal = letter == SegmentKind::Letter::a();
-        return position(segment.pt)
+        return placeOf(segment.pt)
             + (isHorizontal ? QPointF(ellipse->a.value, 0.0) : QPointF(0.0, ellipse->b.value));
     }
-    return position(segment.pt);
+    return placeOf(segment.pt);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "paint/outlinepainter.h"
 
 #include "document/bindingrule.h"
+#include "document/place.h"
 #include "kppath.h"
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"
@@ -21,11 +22,6 @@ constexpr QRgb pale = 0xffdbe9f6;
 constexpr QRgb translucentInk = 0xb01f3a5f; ///< overlapping figures stay visible
 constexpr double legendLineHeight = 15.0;
 constexpr double legendWidth = 260.0;
-
-QPointF position(KpPoint const& point)
-{
-    return {point.x.value, point.y.value};
-}
 
 QColor shownColour(std::optional<ShapeColour> const& own, QRgb usual)
 {
@@ -95,18 +91,18 @@ void OutlinePainter::drawPoints(KpPathSegList& list, QTransform const& toDevice)
     auto const device = [&toDevice](QPointF const& point) { return toDevice.map(point); };
     auto const mark = [&](KpPoint const& point, PointMark kind) {
         drawPointMark(
-            m_painter, device(position(point)), kind, ruleColour(point.x), ruleColour(point.y));
+            m_painter, device(placeOf(point)), kind, ruleColour(point.x), ruleColour(point.y));
     };
     for (KpPathSeg* const seg : qAsConst(list.segs)) {
         if (KpPathSegCurveTo const* const curve = seg->toCurveTo()) {
             m_painter.setPen(handle);
-            m_painter.drawLine(device(seg->startPt()), device(position(curve->ctrl1)));
-            m_painter.drawLine(device(position(curve->pt)), device(position(curve->ctrl2)));
+            m_painter.drawLine(device(seg->startPt()), device(placeOf(curve->ctrl1)));
+            m_painter.drawLine(device(placeOf(curve->pt)), device(placeOf(curve->ctrl2)));
             mark(curve->ctrl1, PointMark::Control);
             mark(curve->ctrl2, PointMark::Control);
             mark(curve->pt, PointMark::Curve);
         } else if (KpPathSegEllipse const* const ellipse = seg->toEllipse()) {
-            QPointF const centre = position(ellipse->pt);
+            QPointF const centre = placeOf(ellipse->pt);
             QPointF const right = device(centre + QPointF(ellipse->a.value, 0.0));
             QPointF const bottom = device(centre + QPointF(0.0, ellipse->b.value));
             m_painter.setPen(handle);

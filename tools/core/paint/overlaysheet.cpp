@@ -11,13 +11,13 @@
 
 namespace {
 
-constexpr double longestSide = 300.0; ///< of the largest overlay
+constexpr double longestOverlaySide = 300.0; ///< of the largest overlay
 constexpr double shortestSide = 60.0; ///< the longer side of an overlay is no shorter than this
 constexpr double rowWidth = 960.0; ///< that cells beside one another keep to
 constexpr double cellPadding = 14.0; ///< for what is broader than its line
-constexpr double captionHeight = 18.0;
+constexpr double overlayCaptionHeight = 18.0;
 constexpr double captionWidth = 90.0; ///< the least that a caption has
-constexpr double sheetMargin = 12.0;
+constexpr double overlaySheetMargin = 12.0;
 constexpr double legendHeight = 26.0;
 constexpr double sampleWidth = 30.0; ///< of the lines in the legend
 constexpr double sampleGap = 6.0; ///< between a line and its name
@@ -78,7 +78,7 @@ double longerSide(QRectF const& extent)
 /** The scale at which an overlay is as long as the largest may be. */
 double fillingScale(QRectF const& extent)
 {
-    return longerSide(extent) > 0.0 ? longestSide / longerSide(extent) : 1.0;
+    return longerSide(extent) > 0.0 ? longestOverlaySide / longerSide(extent) : 1.0;
 }
 
 /** An overlay and its place on the sheet. */
@@ -124,15 +124,15 @@ QSizeF arrange(std::vector<Cell>& cells)
         double height = 0.0;
         auto end = first;
         while (end != cells.end() && (end == first || width + end->place.width() <= rowWidth)) {
-            end->place.moveTopLeft(QPointF(sheetMargin + width, 0.0));
+            end->place.moveTopLeft(QPointF(overlaySheetMargin + width, 0.0));
             width += end->place.width();
             height = std::max(height, end->place.height());
             ++end;
         }
         // On a common ground, so that heights can be compared.
         for (; first != end; ++first)
-            first->place.moveBottom(sheetMargin + all.height() + height);
-        all = QSizeF(std::max(all.width(), width), all.height() + height + captionHeight);
+            first->place.moveBottom(overlaySheetMargin + all.height() + height);
+        all = QSizeF(std::max(all.width(), width), all.height() + height + overlayCaptionHeight);
     }
     return all;
 }
@@ -176,7 +176,7 @@ public:
             drawCaption(m_painter, QStringLiteral("cannot be drawn"), cell.place, Qt::red);
         }
         QRectF const underneath(
-            cell.place.left(), cell.place.bottom(), cell.place.width(), captionHeight);
+            cell.place.left(), cell.place.bottom(), cell.place.width(), overlayCaptionHeight);
         drawCaption(m_painter,
             QStringLiteral("%1 \u00d7 %2")
                 .arg(numberText(cell.overlay.box.width()), numberText(cell.overlay.box.height())),
@@ -253,10 +253,10 @@ Picture overlaySheet(std::vector<Overlay> const& overlays)
     double legendWidth = cellPadding;
     for (Sample const sample : qAsConst(samples))
         legendWidth += widthOf(sample);
-    QSizeF const size(std::max(grid.width(), legendWidth) + 2.0 * sheetMargin,
-        grid.height() + legendHeight + 2.0 * sheetMargin);
+    QSizeF const size(std::max(grid.width(), legendWidth) + 2.0 * overlaySheetMargin,
+        grid.height() + legendHeight + 2.0 * overlaySheetMargin);
     QPointF const legend(
-        sheetMargin + cellPadding, sheetMargin + grid.height() + legendHeight / 2.0);
+        overlaySheetMargin + cellPadding, overlaySheetMargin + grid.height() + legendHeight / 2.0);
     auto const paint = [=, cells = std::move(cells)](QPainter& painter) {
         OverlayPainter overlayPainter(painter);
         for (Cell const& cell : cells)

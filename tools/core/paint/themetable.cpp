@@ -14,10 +14,10 @@ namespace {
 constexpr double plainWidth = 112.0; ///< of a swatch
 constexpr double comparingWidth = 148.0; ///< of one with two captions side by side
 constexpr double swatchHeight = 34.0;
-constexpr double captionHeight = 16.0;
-constexpr double gap = 6.0;
+constexpr double swatchCaptionHeight = 16.0;
+constexpr double swatchGap = 6.0;
 constexpr double labelWidth = 70.0;
-constexpr double margin = 12.0;
+constexpr double tableMargin = 12.0;
 constexpr double chequerSide = 8.5; ///< four rows fill a swatch
 constexpr QRgb chequerInk = 0xffcccccc;
 constexpr QRgb borderInk = 0xffb0b0b0;
@@ -76,15 +76,15 @@ public:
 
     void drawLabel(int row)
     {
-        drawText(label(tints[row]), QRectF(margin, topOf(row), labelWidth, swatchHeight),
+        drawText(label(tints[row]), QRectF(tableMargin, topOf(row), labelWidth, swatchHeight),
             Qt::AlignLeft | Qt::AlignVCenter);
     }
 
     void drawSwatch(int row, int column, QColor const& reference)
     {
         double const width = swatchWidth(m_compares);
-        QRectF const whole(
-            margin + labelWidth + column * (width + gap), topOf(row), width, swatchHeight);
+        QRectF const whole(tableMargin + labelWidth + column * (width + swatchGap), topOf(row),
+            width, swatchHeight);
         QColor const colour = inLinearLight(reference, tints[row]);
         QString text = caption(colour);
         if (colour.alpha() < 255)
@@ -101,18 +101,23 @@ public:
         m_painter.setPen(QColor::fromRgb(borderInk));
         m_painter.setBrush(Qt::NoBrush);
         m_painter.drawRect(whole.adjusted(0.5, 0.5, -0.5, -0.5));
-        drawText(text, QRectF(whole.left(), whole.bottom(), width, captionHeight), Qt::AlignCenter);
+        drawText(text, QRectF(whole.left(), whole.bottom(), width, swatchCaptionHeight),
+            Qt::AlignCenter);
     }
 
     static QSizeF size(int columns, bool compares)
     {
-        return {2.0 * margin + labelWidth + columns * (swatchWidth(compares) + gap) - gap,
-            topOf(tintCount) + margin - gap};
+        return {2.0 * tableMargin + labelWidth + columns * (swatchWidth(compares) + swatchGap)
+                - swatchGap,
+            topOf(tintCount) + tableMargin - swatchGap};
     }
 
 private:
     static double swatchWidth(bool compares) { return compares ? comparingWidth : plainWidth; }
-    static double topOf(int row) { return margin + row * (swatchHeight + captionHeight + gap); }
+    static double topOf(int row)
+    {
+        return tableMargin + row * (swatchHeight + swatchCaptionHeight + swatchGap);
+    }
 
     /** The ground on which a translucent colour shows. */
     void drawChequers(QRectF const& place)

@@ -1,6 +1,7 @@
 #include "canvas/boxhandle.h"
 
 #include "canvas/viewtransform.h"
+#include "document/shapebox.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,7 @@ namespace {
 
 double boundedSide(double length)
 {
-    return std::clamp(std::isnan(length) ? 1.0 : length, 1.0, 1e6);
+    return std::clamp(std::isnan(length) ? 1.0 : length, 1.0, greatestBoxSide);
 }
 
 /** Which of two factors changes more. */
@@ -57,8 +58,8 @@ QRectF BoxResize::movedBy(QPointF const& by) const
         // As far as both sides can go.
         double const shorter = std::min(start.width(), start.height());
         double const longer = std::max(start.width(), start.height());
-        size =
-            start.size() * std::clamp(factor, 1.0 / shorter, std::max(1e6 / longer, 1.0 / shorter));
+        size = start.size()
+            * std::clamp(factor, 1.0 / shorter, std::max(greatestBoxSide / longer, 1.0 / shorter));
     }
     size = {boundedSide(size.width()), boundedSide(size.height())};
     QPointF const corner(direction.x() < 0 ? start.right() - size.width() : start.left(),

@@ -1,5 +1,7 @@
 #include "canvas/devicepath.h"
 
+#include "model/subpaths.h"
+
 #include <QPolygonF>
 
 #include <algorithm>
@@ -11,11 +13,6 @@ namespace {
 constexpr double tolerance = 0.06; ///< between a curve and its lines, in pixels
 constexpr double closest = 0.2; ///< that two points of a line are apart, in pixels
 constexpr int mostLines = 2000; ///< that one curve becomes
-
-bool isFinite(QPointF const& point)
-{
-    return std::isfinite(point.x()) && std::isfinite(point.y());
-}
 
 /** QRectF itself says that nothing contains a straight line along an axis. */
 bool isWithin(QRectF const& bounds, QRectF const& rect)

@@ -1,4 +1,5 @@
 #include "canvas/handlehit.h"
+#include "document/place.h"
 
 #include <QLineF>
 
@@ -11,11 +12,6 @@ namespace {
 
 constexpr int samples = 32; ///< of a curve, before the search around the best of them
 constexpr int refinements = 30;
-
-QPointF pointOf(KpPoint const& point)
-{
-    return {point.x.value, point.y.value};
-}
 
 double distanceOf(QPointF const& one, QPointF const& other)
 {
@@ -85,9 +81,9 @@ double nearestOnCurve(Drawing const& curve, QPointF const& point)
 
 std::optional<Drawing> drawingOf(KpPathSeg& segment)
 {
-    QPointF const end = pointOf(segment.pt);
+    QPointF const end = placeOf(segment.pt);
     if (KpPathSegCurveTo const* const curve = segment.toCurveTo())
-        return Drawing {segment.startPt(), pointOf(curve->ctrl1), pointOf(curve->ctrl2), end, true};
+        return Drawing {segment.startPt(), placeOf(curve->ctrl1), placeOf(curve->ctrl2), end, true};
     if (segment.type == KpPathSeg::SegLineTo)
         return Drawing {segment.startPt(), {}, {}, end, false};
     return std::nullopt;

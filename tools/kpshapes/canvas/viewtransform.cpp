@@ -1,5 +1,7 @@
 #include "canvas/viewtransform.h"
 
+#include "model/subpaths.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,11 +11,6 @@ constexpr double fitMargin = 24.0; ///< around what is fitted, in the widget
 // Beyond this a pixel is less than doubles tell apart at the greatest zoom, and marks of rulers have
 // no number.
 constexpr double farthest = 1e9;
-
-bool isFinite(QPointF const& point)
-{
-    return std::isfinite(point.x()) && std::isfinite(point.y());
-}
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "model/operations.h"
 
+#include "document/shapebox.h"
 #include "model/operationtables.h"
 
 std::vector<Operation> const& operations()
@@ -25,7 +26,7 @@ Operation const* operationOf(QString const& id)
 
 void resizeBox(WorkingShape& shape, QSizeF const& box)
 {
-    auto const side = [](double length) { return qBound(1.0, length, 1e6); };
+    auto const side = [](double length) { return qBound(1.0, length, greatestBoxSide); };
     shape.box = {side(box.width()), side(box.height())};
     shape.list->updateValue(shape.box.width(), shape.box.height());
 }

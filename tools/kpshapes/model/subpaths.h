@@ -1,6 +1,7 @@
 #ifndef SUBPATHS_H
 #define SUBPATHS_H
 
+#include "document/place.h"
 #include "model/handle.h"
 
 #include <QVector>
@@ -60,11 +61,6 @@ std::unique_ptr<KpPathSeg> copyOf(KpPathSeg& segment);
 
 /** Whether two points are as good as the same: less than a millionth of a unit apart. */
 bool coincide(QPointF const& left, QPointF const& right);
-/** The values of a point. */
-inline QPointF placeOf(KpPoint const& point)
-{
-    return {point.x.value, point.y.value};
-}
 /** Whether both are numbers and finite. */
 bool isFinite(QPointF const& point);
 

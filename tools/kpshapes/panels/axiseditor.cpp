@@ -24,11 +24,6 @@ bool hasRate(std::optional<qint16> rule)
     return rule && *rule != KpReal::Absolute && ruleOf(*rule) != unknownRule;
 }
 
-QString letterOf(Axis axis)
-{
-    return axis == Axis::Horizontal ? QStringLiteral("x") : QStringLiteral("y");
-}
-
 void showOptional(NumberBox& box, std::optional<QString> const& text, bool isMixed)
 {
     if (text)
@@ -40,6 +35,11 @@ void showOptional(NumberBox& box, std::optional<QString> const& text, bool isMix
 }
 
 } // namespace
+
+QString letterOf(Axis axis)
+{
+    return axis == Axis::Horizontal ? QStringLiteral("x") : QStringLiteral("y");
+}
 
 AxisEditor::AxisEditor(Axis axis, QWidget* parent)
     : QWidget(parent)

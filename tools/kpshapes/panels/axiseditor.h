@@ -20,6 +20,9 @@ struct AxisState
     std::optional<double> rate; ///< as KpReal has it
 };
 
+/** "x" or "y". */
+QString letterOf(Axis axis);
+
 /** Value, rule and rate of the coordinates of one axis. */
 class AxisEditor : public QWidget
 {

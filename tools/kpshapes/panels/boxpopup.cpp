@@ -1,4 +1,5 @@
 #include "panels/boxpopup.h"
+#include "document/shapebox.h"
 
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
@@ -11,7 +12,7 @@ namespace {
 QDoubleSpinBox* newSideBox(QWidget* parent, QString const& name)
 {
     auto* const side = new QDoubleSpinBox(parent);
-    side->setRange(1.0, 1e6);
+    side->setRange(1.0, greatestBoxSide);
     side->setDecimals(2);
     side->setAccessibleName(name);
     side->setObjectName(name);

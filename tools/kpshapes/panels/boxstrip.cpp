@@ -1,6 +1,7 @@
 #include "panels/boxstrip.h"
 
 #include "document/exactcopy.h"
+#include "document/shapebox.h"
 #include "model/operations.h"
 #include "panels/boxcell.h"
 #include "panels/boxpopup.h"
@@ -30,7 +31,6 @@ struct Proportion
 constexpr std::array<Proportion, 5> proportions {{{2, 1}, {1, 2}, {4, 1}, {1, 4}, {1, 1}}};
 
 constexpr double shortestSide = 1.0; ///< as resizeBox() has them
-constexpr double longestSide = 1e6;
 constexpr int interval = 50; ///< between two refreshes, in milliseconds
 constexpr int longInterval = 250; ///< the same of an outline with many segments
 constexpr int manySegments = 2000;
@@ -71,13 +71,13 @@ QSizeF boxOf(Proportion const& proportion, QSizeF const& box)
         return box;
     double const ratio = proportion.width * proportion.height; // one of them is 1
     double const side = std::sqrt(box.width()) * std::sqrt(box.height()) / std::sqrt(ratio);
-    double const smaller = rounded(qBound(shortestSide, side, longestSide / ratio));
+    double const smaller = rounded(qBound(shortestSide, side, greatestBoxSide / ratio));
     return {smaller * proportion.width, smaller * proportion.height};
 }
 
 bool isSide(double length)
 {
-    return length >= shortestSide && length <= longestSide;
+    return length >= shortestSide && length <= greatestBoxSide;
 }
 
 } // namespace

@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr int strongestTint = 100;
 constexpr QSize resultSize(36, 22);
 
 QString capitalized(QString const& noun)

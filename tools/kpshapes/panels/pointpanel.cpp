@@ -21,7 +21,7 @@
 namespace {
 
 constexpr int manyHandles = 1000; ///< of so many, numbers are not worth the time of each event
-constexpr int interval = 150; ///< between two refreshes then, in milliseconds
+constexpr int slowInterval = 150; ///< between two refreshes then, in milliseconds
 
 struct FillRuleChoice
 {
@@ -34,11 +34,6 @@ std::array<FillRuleChoice, 3> const fillRules {{
     {"Even-odd", Qt::OddEvenFill},
     {"Nonzero", Qt::WindingFill},
 }};
-
-QString letterOf(Axis axis)
-{
-    return axis == Axis::Horizontal ? QStringLiteral("x") : QStringLiteral("y");
-}
 
 /** How many of the handles move a coordinate of this axis: each radius moves one only. */
 int countOf(KpPathSegList const& list, QVector<HandleId> const& handles, Axis axis)
@@ -181,7 +176,7 @@ QGroupBox* PointPanel::newBoxGroup()
 void PointPanel::scheduleRefresh()
 {
     if (!m_timer.isActive())
-        m_timer.start(m_selection.handles().size() > manyHandles ? interval : 0);
+        m_timer.start(m_selection.handles().size() > manyHandles ? slowInterval : 0);
 }
 
 void PointPanel::refresh()

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr double margin = 5.0; ///< around what is shown, in logical pixels
+constexpr double thumbnailMargin = 5.0; ///< around what is shown, in logical pixels
 constexpr double lineWidth = 1.25;
 constexpr QRgb frameInk = 0xffb4bcc6;
 
@@ -39,8 +39,8 @@ bool isBox(QSizeF const& box)
 /** Maps the outline's units to logical pixels. */
 QTransform placement(QRectF const& shown, QSizeF const& size, std::optional<double> fixedScale)
 {
-    QSizeF const room(
-        std::max(size.width() - 2.0 * margin, 1.0), std::max(size.height() - 2.0 * margin, 1.0));
+    QSizeF const room(std::max(size.width() - 2.0 * thumbnailMargin, 1.0),
+        std::max(size.height() - 2.0 * thumbnailMargin, 1.0));
     double const scale =
         fixedScale.value_or(std::min(room.width() / shown.width(), room.height() / shown.height()));
     QPointF const middle = shown.topLeft() / 2.0 + shown.bottomRight() / 2.0;

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr int strongestTint = 100;
 constexpr double grooveHeight = 10.0;
 constexpr int gradientSteps = 16; ///< light is not linear in the numbers between
 

@@ -5,6 +5,9 @@
 
 #include <QSlider>
 
+/** Tints are from its negative to it. */
+constexpr int strongestTint = 100;
+
 /** Chooses a tint, from -100 to 100, along the colours that it gives: black at the left, white at the right. */
 class TintSlider : public QSlider
 {

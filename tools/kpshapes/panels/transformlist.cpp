@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr QSize swatchSize(20, 14);
+constexpr QSize itemSwatchSize(20, 14);
 constexpr double greatestValue = 1000.0;
 constexpr int valueDecimals = 3;
 constexpr int visibleRows = 4;
@@ -42,10 +42,10 @@ TransformList::TransformList(QString const& noun, QWidget* parent)
 {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    m_list->setIconSize(swatchSize);
+    m_list->setIconSize(itemSwatchSize);
     m_list->setAccessibleName(QStringLiteral("Transforms of %1").arg(noun));
     m_list->setToolTip(QStringLiteral("Drag a step, or press Alt with the up or down key"));
-    m_list->setMinimumHeight(visibleRows * (swatchSize.height() + 8));
+    m_list->setMinimumHeight(visibleRows * (itemSwatchSize.height() + 8));
     auto* const title = new QLabel(QStringLiteral("T&ransforms, in their order"), this);
     column->addWidget(title);
     column->addWidget(makeChoice());
@@ -191,7 +191,7 @@ void TransformList::refresh()
         QListWidgetItem* const item = m_list->item(i);
         QColor const& colour = steps.at(i + 1);
         item->setText(textOf(m_colour.transforms.at(i)));
-        item->setIcon(swatchIcon(colour, swatchSize, palette(), devicePixelRatioF()));
+        item->setIcon(swatchIcon(colour, itemSwatchSize, palette(), devicePixelRatioF()));
         item->setToolTip(colourText(colour));
     }
     enableControls();

@@ -1,5 +1,5 @@
-#ifndef LOCALNAME_H
-#define LOCALNAME_H
+#ifndef LOCALFILENAME_H
+#define LOCALFILENAME_H
 
 #include <QString>
 
@@ -7,9 +7,9 @@
  * The name by which Qt takes the file that somebody has named: a colon in front would make it one of
  * the resources within the program.
  */
-inline QString localName(QString const& name)
+inline QString localFileName(QString const& name)
 {
     return name.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + name : name;
 }
 
-#endif // LOCALNAME_H
+#endif // LOCALFILENAME_H
