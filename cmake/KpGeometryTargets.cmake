@@ -30,7 +30,11 @@ else()
     $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
 endif()
 target_link_options(kpgeometry_settings INTERFACE -Wl,--fatal-warnings)
-if(KPGEOMETRY_FUZZERS)
+if(CMAKE_UNITY_BUILD)
+  # What one source names for itself may be a name within a function of the next.
+  target_compile_options(kpgeometry_settings INTERFACE -Wno-shadow)
+endif()
+if(KPGEOMETRY_FUZZERS AND NOT KPGEOMETRY_REPLAY)
   # The fuzzer steers by the branches that the libraries take.
   target_compile_options(kpgeometry_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
@@ -107,6 +111,14 @@ endfunction()
 set(KPGEOMETRY_SANITIZER_ENVIRONMENT
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/threads.supp;UBSAN_OPTIONS=print_stacktrace=1")
 
+# There are many programs of tests, each with much in it that is linked statically.
+find_program(KPGEOMETRY_LLD ld.lld)
+function(kpgeometry_link_fast target)
+  if(KPGEOMETRY_LLD)
+    target_link_options(${target} PRIVATE -fuse-ld=lld)
+  endif()
+endfunction()
+
 # kpgeometry_compile_as_test(<target> [UNOPTIMIZED] [WIDGETS])
 function(kpgeometry_compile_as_test target)
   cmake_parse_arguments(arg "UNOPTIMIZED;WIDGETS" "" "" ${ARGN})
@@ -143,6 +155,23 @@ function(kpgeometry_add_test_headers target)
     <algorithm> <array> <cmath> <functional> <limits> <memory> <optional> <vector>)
 endfunction()
 
+# kpgeometry_add_moc(<target> <source> <name>)
+#
+# What moc makes of a source or a header, to be included by <name>. AUTOMOC would look through each
+# target, by a process of its own, before anything of it is compiled.
+function(kpgeometry_add_moc target source name)
+  set(folder ${CMAKE_CURRENT_BINARY_DIR}/moc)
+  file(MAKE_DIRECTORY ${folder})
+  add_custom_command(OUTPUT ${folder}/${name}
+    COMMAND Qt5::moc -o ${folder}/${name} ${CMAKE_CURRENT_SOURCE_DIR}/${source}
+    DEPENDS ${source}
+    COMMENT "Running moc on ${source}"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${folder}/${name})
+  set_source_files_properties(${folder}/${name} PROPERTIES HEADER_FILE_ONLY ON)
+  target_include_directories(${target} PRIVATE ${folder})
+endfunction()
+
 # kpgeometry_add_test(<name> [UNOPTIMIZED] [WIDGETS] [SOURCES ...] [LIBRARIES ...] [DEFINITIONS ...]
 #   [TIMEOUT seconds])
 #
@@ -153,7 +182,8 @@ endfunction()
 function(kpgeometry_add_test name)
   cmake_parse_arguments(arg "UNOPTIMIZED;WIDGETS" "TIMEOUT" "SOURCES;LIBRARIES;DEFINITIONS" ${ARGN})
   add_executable(${name} ${name}.cpp ${arg_SOURCES})
-  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+  kpgeometry_add_moc(${name} ${name}.cpp ${name}.moc)
   if(arg_WIDGETS)
     kpgeometry_compile_as_test(${name} UNOPTIMIZED WIDGETS)
     set(headers kpgeometry_widget_test_headers)
@@ -165,13 +195,11 @@ function(kpgeometry_add_test name)
     set(headers kpgeometry_test_headers)
   endif()
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES})
+  kpgeometry_link_fast(${name})
   target_compile_definitions(${name} PRIVATE ${arg_DEFINITIONS}
     KPGEOMETRY_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   if(KPGEOMETRY_PRECOMPILED_HEADERS)
     target_precompile_headers(${name} REUSE_FROM ${headers})
-    # It is empty: each test includes what moc makes of it.
-    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
-      PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
   endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)

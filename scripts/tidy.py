@@ -71,8 +71,9 @@ def write_batches(together, all_batches):
     for index, batch in enumerate(all_batches):
         source = together / f"{index}.cpp"
         source.write_text("".join(INCLUDE.format(command["file"]) for command in batch))
+        # What one source names for itself may be a name within a function of the next.
         commands.append({"directory": batch[0]["directory"], "file": str(source),
-                         "arguments": [*options(batch[0]), "-c", str(source)]})
+                         "arguments": [*options(batch[0]), "-Wno-shadow", "-c", str(source)]})
     (together / "compile_commands.json").write_text(json.dumps(commands))
 
 

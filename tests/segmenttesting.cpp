@@ -673,3 +673,5 @@ void SegmentTest::randomSegmentsReadBackRounded()
         QVERIFY2(exact(*fromDom) == exact(*expected), text.constData());
     }
 }
+
+#include "moc_segmenttesting.cpp"

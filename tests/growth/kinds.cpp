@@ -1,5 +1,10 @@
 #include "kinds.h"
 
+Parts body(QByteArray const& text)
+{
+    return {QByteArray(), text};
+}
+
 QByteArray filled(int size, QByteArray const& pattern)
 {
     QByteArray result;
@@ -23,11 +28,6 @@ QByteArray numbered(int count, QByteArray const& pattern)
 QByteArray repeated(int size, QByteArray const& pattern)
 {
     return pattern.repeated(1 + size / pattern.size());
-}
-
-Parts body(QByteArray const& text)
-{
-    return {QByteArray(), text};
 }
 
 } // namespace

@@ -35,6 +35,9 @@ std::vector<Kind> const& odfKinds();
 /** Those of the data of a path; the body is all that there is. */
 std::vector<Kind> const& pathKinds();
 
+/** All of it in the root element. */
+Parts body(QByteArray const& text);
+
 /** As many times `pattern`, each with its number in the place of %1, as fill `size` bytes. */
 QByteArray filled(int size, QByteArray const& pattern);
 

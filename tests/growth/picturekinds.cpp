@@ -2,11 +2,6 @@
 
 namespace {
 
-Parts body(QByteArray const& text)
-{
-    return {QByteArray(), text};
-}
-
 } // namespace
 
 std::vector<Kind> const& pictureKinds()
