@@ -19,7 +19,7 @@ Q_DECLARE_METATYPE(Qt::FillRule)
 namespace {
 
 // The sanitizers make the test ten times as slow.
-constexpr int everyNth = Testing::sanitized ? 10 : 1;
+constexpr int everyNth = Testing::sanitized ? 30 : 1;
 
 constexpr char iconFolder[] = "/usr/share/icons/breeze";
 constexpr char sansFile[] = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";

@@ -212,7 +212,8 @@ void TestKpshapesLoader::stopsWhenCancelled()
     loader.start();
     // Of a document that is rewritten first, no item comes this early.
     QVERIFY(QTest::qWaitFor(
-        [&] { return loading.timer.elapsed() > 100 && (loading.batches > 0 || !head.isEmpty()); }));
+        [&] { return loading.timer.elapsed() > 100 && (loading.batches > 0 || !head.isEmpty()); },
+        60000));
     loader.cancel();
     int const batches = loading.batches;
     loading.waitFor(loader);

@@ -21,7 +21,7 @@
 namespace {
 
 // The sanitizers make the test four times as slow.
-constexpr int everyNth = Testing::sanitized ? 10 : 1;
+constexpr int everyNth = Testing::sanitized ? 30 : 1;
 constexpr int fewestGlyphs = 10000 / everyNth;
 constexpr int fewestIcons = 3000 / everyNth;
 

@@ -592,7 +592,11 @@ void TestRecentFilesFile::controlCharactersComeBack_data()
 void TestRecentFilesFile::controlCharactersComeBack()
 {
     QFETCH(QString, text);
-    for (QString const& form : {QString("%1"), QString("/a%1b"), QString("%1/%1")}) {
+    QStringList forms {"%1/%1"};
+    if (!Testing::sanitized)
+        forms << "%1"
+              << "/a%1b";
+    for (QString const& form : qAsConst(forms)) {
         QString const written = form.arg(text);
         KpRecentFileManager manager;
         manager.m_recentFileFolder = manager.m_symbolFolder = manager.m_libraryFolder = written;
@@ -1116,11 +1120,13 @@ void TestRecentFilesFile::hostileFilesAreHarmless_data()
     });
     row("attribute of 50 MB", 1,
         [=] { return inLists("<a V='" + QByteArray(50000000, 'x') + "' Type='1'/>"); });
-    row("20 million control characters", 1,
-        [=] { return inLists("<a V='" + QByteArray(20000000, '\x01') + "' Type='1'/>"); });
-    // Each counts as three bytes.
-    row("25 million control characters", 0,
-        [=] { return inLists("<a V='" + QByteArray(25000000, '\x01') + "' Type='1'/>"); });
+    if (!Testing::sanitized) {
+        row("20 million control characters", 1,
+            [=] { return inLists("<a V='" + QByteArray(20000000, '\x01') + "' Type='1'/>"); });
+        // Each counts as three bytes.
+        row("25 million control characters", 0,
+            [=] { return inLists("<a V='" + QByteArray(25000000, '\x01') + "' Type='1'/>"); });
+    }
     row("control characters in 100,000 entries", 100000, [=] {
         return inLists(QByteArray("<a V='/b\x01' Type='1' TeamName='\x02'/>").repeated(100000));
     });
