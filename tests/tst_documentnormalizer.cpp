@@ -125,6 +125,8 @@ private Q_SLOTS:
     void keepsForeignPartsOfOutlines();
     void flagsStandAgainstTheDocumentType();
     void tellsWhatItLeavesOut();
+    void cutsLongNames_data();
+    void cutsLongNames();
     void tellsRounding();
     void writersOutputStaysAsItIs();
     void keepsTheMeaningForBothReaders();
@@ -329,6 +331,28 @@ void TestDocumentNormalizer::tellsWhatItLeavesOut()
     QCOMPARE(diagnostics.at(1).text,
         QString("element p:X is left out: the stream reader takes it for X"));
     QCOMPARE(diagnostics.at(1).line, qint64(3));
+}
+
+void TestDocumentNormalizer::cutsLongNames_data()
+{
+    QTest::addColumn<int>("prefix"); // its characters; ":X" follows
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("longest") << 38 << QString(38, 'p') + ":X";
+    QTest::newRow("longer") << 39 << QString(39, 'p') + QChar(0x2026);
+}
+
+void TestDocumentNormalizer::cutsLongNames()
+{
+    QFETCH(int, prefix);
+    QFETCH(QString, shown);
+    QByteArray const name(prefix, 'p');
+    Diagnostics diagnostics;
+    normal("<Geometry xmlns:" + name + "=\"urn:p\"><MoveTo><" + name
+            + ":X V=\"1\"/></MoveTo></Geometry>",
+        diagnostics);
+    QCOMPARE(diagnostics.size(), 1);
+    QCOMPARE(diagnostics.at(0).text,
+        "element " + shown + " is left out: the stream reader takes it for X");
 }
 
 void TestDocumentNormalizer::tellsRounding()

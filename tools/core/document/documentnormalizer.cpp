@@ -259,10 +259,9 @@ private:
 
     void leaveOut(MarkupNode const& element)
     {
-        QString const name = elided(element.name, longestElementName);
         m_diagnostics.add({Diagnostic::Severity::Warning, m_file, element.line, element.column,
             QStringLiteral("element %1 is left out: the stream reader takes it for %2")
-                .arg(name, localName(name))});
+                .arg(elided(element.name, longestElementName), localName(element.name))});
     }
 
     // -- What is foreign
