@@ -557,8 +557,8 @@ void TestCustGeom::whatIsNoCoordinateIsAnError_data()
     QTest::addColumn<bool>("isWritten");
     using Testing::infinite;
     using Testing::notANumber;
-    QTest::newRow("largest length") << fixed(2.8e9) << true;
-    QTest::newRow("too large a length") << fixed(2.9e9) << false;
+    QTest::newRow("largest length") << fixed(2863311529.0) << true;
+    QTest::newRow("too large a length") << fixed(2863311530.0) << false;
     QTest::newRow("largest rate") << KpReal(1, 1e7, 0) << true;
     QTest::newRow("too large a rate") << KpReal(1, 1e8, 0) << false;
     QTest::newRow("endless rate") << KpReal(5, infinite, 0) << false;

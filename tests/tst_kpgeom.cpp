@@ -16,6 +16,8 @@ class TestKpgeom : public QObject
 private Q_SLOTS:
     void wrongUsageIsToldInOneLine_data();
     void wrongUsageIsToldInOneLine();
+    void numbersOfOptionsAreBounded_data();
+    void numbersOfOptionsAreBounded();
     void helpIsPrinted();
     void helpOfCommandIsPrinted_data();
     void helpOfCommandIsPrinted();
@@ -181,6 +183,55 @@ void TestKpgeom::wrongUsageIsToldInOneLine()
     list.replaceInStrings("''", "");
     COMPARE_FAILURE(place.run(list), 2, line);
     QCOMPARE(place.entries(), QStringList("a.xml"));
+}
+
+void TestKpgeom::numbersOfOptionsAreBounded_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QByteArray>("fault"); // empty if the number is taken
+    auto const row = [](char const* name, QString const& arguments, QByteArray const& fault = {}) {
+        QTest::newRow(name) << arguments << fault;
+    };
+    row("most decimals", "svg a.xml --precision 15");
+    row("one decimal more", "svg a.xml --precision 16",
+        "--precision takes a number from 0 to 15, not '16'");
+    row("greatest blur", "blur a.ppm -o b.ppm -r 254");
+    row("blur of one pixel more", "blur a.ppm -o b.ppm -r 255", "-r takes a number from 0 to 254");
+    row("greatest tolerance", "fit a.svg b.svg -o b.xml --tolerance 100000");
+    row("one unit of tolerance more", "fit a.svg b.svg -o b.xml --tolerance 100001",
+        "--tolerance takes a number from 0 to 100000");
+    row("most jobs", "convert a.svg b.svg -o {name}.xml -j 256");
+    row("one job more", "convert a.svg b.svg -o {name}.xml -j 257",
+        "--jobs takes a number from 1 to 256, not '257'");
+    row("most dots an inch", "units --dpi 1000000 5 in");
+    row("one dot an inch more", "units --dpi 1000001 5 in",
+        "--dpi takes a number from 1 to 1000000");
+    row("greatest scale", "convert a.svg -o b.xml --scale 1000000");
+    row("a scale of one more", "convert a.svg -o b.xml --scale 1000001",
+        "--scale takes a number greater than 0 and at most 1000000, and an SVG file");
+}
+
+void TestKpgeom::numbersOfOptionsAreBounded()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QByteArray, fault);
+    Workplace const place;
+    auto const picture = [](char const* sides) {
+        return QByteArray("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 ") + sides
+            + "'><path d='M0 0H1V1Z'/></svg>";
+    };
+    place.write("a.xml", "<D>" + boxGeometry() + "</D>");
+    place.write("a.svg", picture("1 1"));
+    place.write("b.svg", picture("1 2"));
+    place.write("a.ppm", "P6 1 1 255\nabc");
+    QByteArray const command = "kpgeom " + arguments.split(' ').first().toUtf8();
+    Result const result = place.run(arguments.split(' '));
+    QVERIFY2(result.exited, result.err);
+    // A tolerance so great leaves the rules open, which is a warning.
+    bool const isTaken = result.code == 0 || result.code == 3;
+    QVERIFY2(fault.isEmpty() ? isTaken : result.code == 2, result.err);
+    if (!fault.isEmpty())
+        QCOMPARE(result.err, command + ": " + fault + " (see " + command + " --help)\n");
 }
 
 void TestKpgeom::helpIsPrinted()

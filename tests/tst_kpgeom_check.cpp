@@ -78,6 +78,8 @@ void TestKpgeomCheck::findingsAreTold_data()
         "1:21: outline 1: text \"x\" in Geometry is ignored\n");
     row("text in coordinate", move("<X V=\"0\">5</X>"),
         "1:38: outline 1: text \"5\" in X is ignored\n");
+    row("longest text", "<Geometry Closed=\"1\">" + QByteArray(40, 'x') + "</Geometry>",
+        "1:21: outline 1: text \"" + QByteArray(40, 'x') + "\" in Geometry is ignored\n");
     row("long text", "<Geometry Closed=\"1\">" + QByteArray(41, 'x') + "</Geometry>",
         "1:21: outline 1: text \"" + QByteArray(39, 'x')
             + "\342\200\246\" in Geometry is ignored\n");
@@ -143,6 +145,14 @@ void TestKpgeomCheck::findingsAreTold_data()
         "<LineTo><X V=\"0.9\"/><Y V=\"-0.9\"/></LineTo><LineTo><X V=\"5\"/><Y V=\"0\"/></LineTo>"
         "<LineTo><X V=\"5\"/><Y V=\"0\"/></LineTo></Geometry>",
         "1:21: outline 1: lines of less than one unit are not drawn: segment 2, 4\n");
+    QByteArray const undrawn = "<LineTo><X V=\"0\"/><Y V=\"0\"/></LineTo>";
+    QByteArray const atOnePoint =
+        "<Geometry Closed=\"1\"><MoveTo><X V=\"0\"/><Y V=\"0\"/></MoveTo>";
+    QByteArray const areNotDrawn =
+        "1:21: outline 1: lines of less than one unit are not drawn: segment 2, 3, 4, 5, 6";
+    row("longest list", atOnePoint + undrawn.repeated(5) + "</Geometry>", areNotDrawn + "\n");
+    row("longer list", atOnePoint + undrawn.repeated(6) + "</Geometry>",
+        areNotDrawn + " and 1 more\n");
     row("no attributes", "<D>\n<Geometry><MoveTo><X V=\"1\"/><Y V=\"1\"/></MoveTo></Geometry></D>",
         "2:10: outline 1: the stream reader refuses it: Geometry has no attributes\n");
     row("outline in outline", "<Geometry Closed=\"1\">\n<Geometry Closed=\"1\"/>\n</Geometry>",

@@ -399,6 +399,8 @@ void TestKpshapesBoxStrip::boxesAreRememberedWithinBounds_data()
     Boxes many;
     for (int i = 1; i <= 40; ++i)
         many.append(QSizeF(10 * i, 10));
+    QTest::newRow("most") << many.mid(0, 16) << many.mid(0, 16);
+    QTest::newRow("one more") << many.mid(0, 17) << many.mid(0, 16);
     QTest::newRow("many") << many << many.mid(0, 16);
 }
 

@@ -1,4 +1,5 @@
 #include "panels/fitdialog.h"
+#include "panels/fitfindings.h"
 #include "panels/pictureview.h"
 #include "panelstesting.h"
 
@@ -44,7 +45,12 @@ private Q_SLOTS:
     void learningCanBeStoppedAndStartedAgain();
     void closingWhileItLearnsDoesNotWait();
     void insertAcceptsTheDialog();
+    void manyDrawingsAreBounded_data();
     void manyDrawingsAreBounded();
+    void manyFindingsAreBounded_data();
+    void manyFindingsAreBounded();
+    void longFindingsAreCut_data();
+    void longFindingsAreCut();
 
 private:
     void showDialog();
@@ -417,13 +423,56 @@ void TestKpshapesFitDialog::insertAcceptsTheDialog()
     QCOMPARE(m_dialog->items().size(), 1u);
 }
 
+void TestKpshapesFitDialog::manyFindingsAreBounded_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("last");
+    QTest::newRow("most") << 1000 << "a.svg: fault 1000";
+    QTest::newRow("one more") << 1001 << QString(QChar(0x2026)) + " and 1 more";
+}
+
+void TestKpshapesFitDialog::manyFindingsAreBounded()
+{
+    QFETCH(int, count);
+    Diagnostics diagnostics;
+    for (int i = 1; i <= count; ++i)
+        diagnostics.error("a.svg", QString("fault %1").arg(i));
+    QTEST(findingsOf(diagnostics).last().text, "last");
+}
+
+void TestKpshapesFitDialog::longFindingsAreCut_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("longest") << 1000 << QString(1000, 'x');
+    QTest::newRow("longer") << 1001 << QString(999, 'x') + QChar(0x2026);
+}
+
+void TestKpshapesFitDialog::longFindingsAreCut()
+{
+    QFETCH(int, length);
+    Diagnostics diagnostics;
+    diagnostics.error(QString(), QString(length, 'x'));
+    QTEST(findingsOf(diagnostics).first().text, "text");
+}
+
+void TestKpshapesFitDialog::manyDrawingsAreBounded_data()
+{
+    QTest::addColumn<int>("added");
+    QTest::addColumn<int>("taken");
+    QTest::newRow("most") << 50 << 50;
+    QTest::newRow("one more") << 51 << 50;
+    QTest::newRow("many") << 200 << 50;
+}
+
 void TestKpshapesFitDialog::manyDrawingsAreBounded()
 {
+    QFETCH(int, added);
     QStringList many;
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < added; ++i)
         many << m_wide;
     add(many);
-    QCOMPARE(m_dialog->drawings().size(), 50);
+    QTEST(m_dialog->drawings().size(), "taken");
 }
 
 KPSHAPES_TEST_MAIN(TestKpshapesFitDialog)

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void duplicatesStandBehind();
     void actionsAreThereForAMenu();
     void thumbnailsAreMadeOnceForWhatIsShown();
+    void thumbnailsAreKeptWithinBounds();
     void sevenThousandOutlinesAreShownAtOnce();
     void strangeNamesStayOnTheirLine();
 
@@ -439,6 +440,19 @@ void TestKpshapesOutlineList::thumbnailsAreMadeOnceForWhatIsShown()
     QVERIFY(m_model->thumbnailOf(0, 2.0) != before);
     m_document->undoStack().undo();
     QCOMPARE(m_model->thumbnailOf(0, 2.0), before);
+}
+
+void TestKpshapesOutlineList::thumbnailsAreKeptWithinBounds()
+{
+    Items many;
+    for (int i = 0; i < 501; ++i)
+        many.push_back(item("a", {30.0 + i, 240}));
+    m_document->reset(many);
+    for (int row = 0; row < 500; ++row)
+        m_model->thumbnailOf(row, 1.0);
+    QCOMPARE(m_model->thumbnailCount(), 500);
+    m_model->thumbnailOf(500, 1.0);
+    QCOMPARE(m_model->thumbnailCount(), 500);
 }
 
 void TestKpshapesOutlineList::sevenThousandOutlinesAreShownAtOnce()

@@ -55,6 +55,8 @@ private Q_SLOTS:
     void listsTheLatestFirst();
     void refusesDamagedFiles_data();
     void refusesDamagedFiles();
+    void headersAreBounded_data();
+    void headersAreBounded();
     void skipsHeadersOfLaterVersions();
     void tellsOfAFolderThatCannotBe();
 };
@@ -233,6 +235,29 @@ void TestKpshapesRecovery::refusesDamagedFiles()
     QVERIFY(!readRecovery(file.fileName(), diagnostics));
     QCOMPARE(diagnostics.size(), 1);
     QCOMPARE(diagnostics.at(0).text, text);
+}
+
+void TestKpshapesRecovery::headersAreBounded_data()
+{
+    QTest::addColumn<QByteArray>("more"); // lines beside three that are needed, and the empty one
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("most lines") << QByteArray("a: b\n").repeated(96) << true;
+    QTest::newRow("one line more") << QByteArray("a: b\n").repeated(97) << false;
+    QTest::newRow("longest line") << "a: " + QByteArray(65531, 'x') + "\n" << true;
+    QTest::newRow("a line of one byte more") << "a: " + QByteArray(65532, 'x') + "\n" << false;
+}
+
+void TestKpshapesRecovery::headersAreBounded()
+{
+    QFETCH(QByteArray, more);
+    QTemporaryDir const folder;
+    QFile file(folder.filePath("a.recovery"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("kpshapes-recovery 1\npath: x\n" + more + "bytes: 3\ntext-digest: " + digestOf("abc")
+        + "\n\nabc");
+    file.close();
+    Diagnostics diagnostics;
+    QTEST(readRecovery(file.fileName(), diagnostics).has_value(), "isRead");
 }
 
 void TestKpshapesRecovery::skipsHeadersOfLaterVersions()

@@ -2,6 +2,7 @@
 #include "kpshapestesting.h"
 #include "panels/fitdialog.h"
 #include "testing.h"
+#include "window/messagebar.h"
 #include "window/stylechoice.h"
 #include "window/windows.h"
 #include "windowtesting.h"
@@ -227,6 +228,26 @@ private Q_SLOTS:
         QVERIFY(QApplication::style()->objectName() != before);
         applyStyle(StyleChoice::System);
         QCOMPARE(QApplication::style()->objectName(), before);
+    }
+
+    void manyMessagesAreBounded_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("end");
+        QTest::newRow("most") << 1000 << "\na.xml: fault 1000";
+        QTest::newRow("one more") << 1001 << "\na.xml: fault 1000\nand 1 more";
+    }
+
+    void manyMessagesAreBounded()
+    {
+        QFETCH(int, count);
+        QFETCH(QString, end);
+        Diagnostics diagnostics;
+        for (int i = 1; i <= count; ++i)
+            diagnostics.error("a.xml", QString("fault %1").arg(i));
+        MessageBar bar;
+        bar.show(diagnostics);
+        QVERIFY2(bar.details().endsWith(end), qPrintable(bar.details().right(100)));
     }
 
     void aDialogGoesWhileItWorks()

@@ -1,10 +1,12 @@
 #include "boundedxml_p.h"
+#include "fit/alignment.h"
 #include "import/anyimport.h"
 #include "import/drawingmlimport.h"
 #include "import/odfdrawing.h"
 #include "kpfilepathmanager.h"
 #include "paint/picture.h"
 
+#include <QBuffer>
 #include <QDomDocument>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -40,6 +42,11 @@ QByteArray withEntity(int characters)
     return "<!DOCTYPE a [<!ENTITY e '" + QByteArray(characters, 'x') + "'>]><a>&e;</a>";
 }
 
+QByteArray ofName(int characters)
+{
+    return '<' + QByteArray(characters, 'n') + "/>";
+}
+
 } // namespace
 
 /** What is at a limit of docs/limits.md and what is one beyond, as far as no other test has both. */
@@ -52,9 +59,13 @@ private Q_SLOTS:
     void loadXmlFile();
     void documents_data();
     void documents();
+    void tokensOfAReader_data();
+    void tokensOfAReader();
     void stepsOfAPreset();
     void shapesOfAnOpenDocument();
     void sizesOfPictures();
+    void orderOfShapes_data();
+    void orderOfShapes();
 };
 
 void TestLimits::loadXmlFile_data()
@@ -86,6 +97,8 @@ void TestLimits::documents_data()
     QTest::newRow("one more") << shortOfNodes(100001) << false;
     QTest::newRow("characters of an entity") << withEntity(4096) << true;
     QTest::newRow("a reference more") << withEntity(4100) << false;
+    QTest::newRow("characters of a name") << ofName(4096) << true;
+    QTest::newRow("a character of a name more") << ofName(4097) << false;
 }
 
 void TestLimits::documents()
@@ -93,6 +106,27 @@ void TestLimits::documents()
     QFETCH(QByteArray, text);
     BoundedXml::Error error;
     QTEST(BoundedXml::check(text, error), "passes");
+}
+
+void TestLimits::tokensOfAReader_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("fault");
+    // A reader takes 8,192 bytes at a time, and those before it has met a token do not count.
+    QTest::newRow("most") << 28192 << QString();
+    QTest::newRow("more") << 28193 << "more than 20000 bytes without a tag";
+}
+
+void TestLimits::tokensOfAReader()
+{
+    QFETCH(int, size);
+    QByteArray text = "<!--" + QByteArray(size - 11, 'x') + "--><a/>";
+    QCOMPARE(text.size(), size);
+    QBuffer buffer(&text);
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    BoundedXml::Reader reader(buffer, 20000);
+    while (reader.readNext()) { }
+    QTEST(reader.error().message, "fault");
 }
 
 void TestLimits::stepsOfAPreset()
@@ -131,6 +165,24 @@ void TestLimits::sizesOfPictures()
     for (QSizeF const size : {QSizeF(20001, 1), QSizeF(1, 20001), QSizeF(10001, 10000)})
         QVERIFY(
             sizeFault(size).endsWith("is too large: at most 20000 a side, and 100 million in all"));
+}
+
+void TestLimits::orderOfShapes_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("areReordered");
+    QTest::newRow("most") << 1000 << true;
+    QTest::newRow("one more") << 1001 << false;
+}
+
+void TestLimits::orderOfShapes()
+{
+    QFETCH(int, count);
+    QFETCH(bool, areReordered);
+    std::vector<int> const partners =
+        paired(count, [count](int i, int j) { return i + j == count - 1 ? 0.0 : 1.0; });
+    QCOMPARE(partners.front(), areReordered ? count - 1 : 0);
+    QCOMPARE(partners.back(), areReordered ? 0 : count - 1);
 }
 
 QTEST_GUILESS_MAIN(TestLimits)

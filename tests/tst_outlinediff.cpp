@@ -52,6 +52,10 @@ private Q_SLOTS:
     void segmentsAreMatched();
     void outlinesAreMatched_data();
     void outlinesAreMatched();
+    void effortIsBounded_data();
+    void effortIsBounded();
+    void longNamesAreCut_data();
+    void longNamesAreCut();
     void reportMayEndIt();
     void everyChangeIsFound();
     void whatIsOnlyThereIsSoFromBothSides();
@@ -267,6 +271,54 @@ void TestOutlineDiff::outlinesAreMatched()
     QFETCH(QByteArray, after);
     QFETCH(QStringList, lines);
     QCOMPARE(differences(before, after), lines);
+}
+
+void TestOutlineDiff::effortIsBounded_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<bool>("isEnough");
+    // Nothing is the same: 501,501 comparisons tell that, and then each is compared with each. Of
+    // the 20 million, four outlines of 2,000 and 1,999 segments leave 2,001,996 to the fifth.
+    QTest::newRow("most comparisons") << 2505 << true;
+    QTest::newRow("more comparisons") << 2506 << false;
+}
+
+void TestOutlineDiff::effortIsBounded()
+{
+    QFETCH(int, columns);
+    QFETCH(bool, isEnough);
+    auto const shapes = [](QByteArray const& kind, int count, QByteArray const& last) {
+        QByteArray text;
+        for (char const* const name : {"a", "b", "c", "d"})
+            text += shape(name, kind.repeated(count));
+        return document(text + shape("e", last));
+    };
+    // The one move that is nearer than the lines, unless there is no effort left to look for it.
+    QByteArray const move = "<MoveTo/>";
+    QByteArray const line = "<LineTo/>";
+    QByteArray const other = "<MoveTo><X V=\"1\"/></MoveTo>";
+    QStringList const lines = differences(shapes(move, 2000, move.repeated(599)),
+        shapes(line, 1999, line.repeated(columns - 1) + other));
+    QString const alone =
+        QString("B: outline 5 \"e\", segment %1 (MoveTo): only here").arg(columns);
+    QCOMPARE(lines.contains(alone), !isEnough);
+}
+
+void TestOutlineDiff::longNamesAreCut_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("longest") << QByteArray(60, 'n') << QString(60, 'n');
+    QTest::newRow("longer") << QByteArray(61, 'n') << QString(59, 'n') + QChar(0x2026);
+}
+
+void TestOutlineDiff::longNamesAreCut()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QString, shown);
+    QCOMPARE(differences(
+                 document(shape(name, "<MoveTo/>")), document(shape(name, "<MoveTo/><LineTo/>"))),
+        QStringList("B: outline 1 \"" + shown + "\", segment 2 (LineTo): only here"));
 }
 
 void TestOutlineDiff::reportMayEndIt()

@@ -1,3 +1,4 @@
+#include "import/gunzip.h"
 #include "import/svgimport.h"
 #include "import/textimport.h"
 #include "outlinetesting.h"
@@ -217,6 +218,8 @@ private Q_SLOTS:
     void warnsOfEverything_data();
     void warnsOfEverything();
     void opensNoOtherFile();
+    void unpacksWithinBounds_data();
+    void unpacksWithinBounds();
     void rejectsWithOneLine_data();
     void rejectsWithOneLine();
     void survivesEveryPrefix();
@@ -1011,6 +1014,25 @@ void TestOutlineImport::opensNoOtherFile()
     QCOMPARE(texts(picture).mid(0, 1), QStringList("noLine M 0 0 L 1 1"));
 }
 
+void TestOutlineImport::unpacksWithinBounds_data()
+{
+    QTest::addColumn<int>("more"); // bytes than 256 MiB
+    QTest::addColumn<bool>("isUnpacked");
+    QTest::newRow("most") << 0 << true;
+    QTest::newRow("one byte more") << 1 << false;
+}
+
+void TestOutlineImport::unpacksWithinBounds()
+{
+    QFETCH(int, more);
+    QFETCH(bool, isUnpacked);
+    QByteArray const zip =
+        compressed(QByteArray(1 << 20, ' '), 256) + compressed(QByteArray(more, ' '));
+    auto const unpacked = gunzip(zip, 1 << 28);
+    QCOMPARE(unpacked.has_value(), isUnpacked);
+    QCOMPARE(unpacked ? unpacked->content.size() : 0, isUnpacked ? 1 << 28 : 0);
+}
+
 void TestOutlineImport::rejectsWithOneLine_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -1049,6 +1071,9 @@ void TestOutlineImport::rejectsWithOneLine_data()
         "the picture has no size");
     row("a size too large", "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 1e9 5'/>",
         "the picture would be 1e+09 by 5 units large, more than 1000000");
+    row("a size one unit too large",
+        "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 1000001 5'/>",
+        "the picture would be 1e+06 by 5 units large, more than 1000000");
     row("a scale too large", svg(line),
         "the picture would be 1e+301 by 1e+301 units large, more than 1000000", 1e300);
     row("a scale that overflows", svg(line), "the picture has no size", 1e308);

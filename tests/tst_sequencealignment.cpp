@@ -86,6 +86,10 @@ private Q_SLOTS:
     void isCompleteWhateverTheEffort();
     void longSequencesTakeLittle_data();
     void longSequencesTakeLittle();
+    void placesAreLookedForWithinBounds_data();
+    void placesAreLookedForWithinBounds();
+    void distancesAreComparedWithinBounds_data();
+    void distancesAreComparedWithinBounds();
     void effortIsSpentOnce();
 };
 
@@ -239,6 +243,56 @@ void TestSequenceAlignment::longSequencesTakeLittle()
         }};
     QVERIFY(isComplete(alignedInOrder(sequences, effort), count, count));
     QVERIFY2(comparisons <= most, qPrintable(QString::number(comparisons)));
+}
+
+void TestSequenceAlignment::placesAreLookedForWithinBounds_data()
+{
+    QTest::addColumn<int>("removed"); // before what is the same, as 499 are added
+    QTest::addColumn<int>("found");
+    QTest::newRow("most additions and removals") << 499 << 10;
+    QTest::newRow("one removal more") << 500 << 0;
+}
+
+void TestSequenceAlignment::placesAreLookedForWithinBounds()
+{
+    QFETCH(int, removed);
+    QFETCH(int, found);
+    int const added = 499;
+    int const same = 10;
+    Effort effort(plenty);
+    // One more of each stands behind what is the same.
+    Sequences const sequences {removed + same + 1, added + same + 1,
+        [&](int i, int j) {
+            return i >= removed && i < removed + same && i - removed == j - added;
+        },
+        [](int, int) { return 2.0; }};
+    Pairs const pairs = alignedInOrder(sequences, effort);
+    QVERIFY(isComplete(pairs, sequences.beforeCount, sequences.afterCount));
+    QCOMPARE(int(std::count_if(pairs.begin(), pairs.end(),
+                 [](AlignedPair const& pair) { return pair.before >= 0 && pair.after >= 0; })),
+        found);
+}
+
+void TestSequenceAlignment::distancesAreComparedWithinBounds_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("areCompared");
+    QTest::newRow("largest table") << 2000 << true;
+    QTest::newRow("a column more") << 2001 << false;
+}
+
+void TestSequenceAlignment::distancesAreComparedWithinBounds()
+{
+    QFETCH(int, count);
+    QFETCH(bool, areCompared);
+    Effort effort(10 * plenty);
+    Sequences const sequences {2000, count, [](int, int) { return false; },
+        [](int i, int j) { return j == i + 1 ? 0.0 : 2.0; }};
+    Pairs const pairs = alignedInOrder(sequences, effort);
+    QVERIFY(isComplete(pairs, 2000, count));
+    // One by one, or each with the next.
+    QCOMPARE(pairs.front().before, areCompared ? -1 : 0);
+    QCOMPARE(pairs.front().after, 0);
 }
 
 void TestSequenceAlignment::effortIsSpentOnce()

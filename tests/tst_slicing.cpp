@@ -434,6 +434,7 @@ void TestSlicing::tellsWhyABoxCannotBeSliced_data()
     row("no height", {}, {100, -1}, "no box to slice: 100 x -1");
     row("box of no number", {}, {notANumber, 1}, "no box to slice: nan x 1");
     row("largest box", {}, {1e6, 1e6}, "");
+    row("one unit more", {}, {1000001, 1}, "no box to slice: 1e+06 x 1");
     row("too large a box", {}, {1.1e6, 1}, "no box to slice: 1.1e+06 x 1");
     row("endless box", {}, {1, infinite}, "no box to slice: 1 x inf");
 }

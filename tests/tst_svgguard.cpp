@@ -1,4 +1,5 @@
 #include "import/svgguard.h"
+#include "import/svgscan.h"
 
 #include <QtTest>
 
@@ -29,6 +30,10 @@ private Q_SLOTS:
     void boundsStyleSheets_data();
     void boundsStyleSheets();
     void longPicturesMayCostMore();
+    void boundsUse_data();
+    void boundsUse();
+    void labelsAreLookedForWithinBounds_data();
+    void labelsAreLookedForWithinBounds();
     void boundsTakeLittleTime_data();
     void boundsTakeLittleTime();
 };
@@ -100,8 +105,67 @@ void TestSvgGuard::longPicturesMayCostMore()
     // 32 comparisons for each character of an attribute, and for the 32 that an element counts.
     QByteArray const paths = QByteArray("<path d='" + QByteArray(464, ' ') + "'/>").repeated(5000);
     Diagnostics diagnostics;
-    QVERIFY(guardedSvg(styled(numbered(".c%1{}", 15990), paths), "a.svg", diagnostics));
-    QVERIFY(!guardedSvg(styled(numbered(".c%1{}", 16010), paths), "a.svg", diagnostics));
+    QVERIFY(guardedSvg(styled(numbered(".c%1{}", 15994), paths), "a.svg", diagnostics));
+    QVERIFY(!guardedSvg(styled(numbered(".c%1{}", 15995), paths), "a.svg", diagnostics));
+}
+
+void TestSvgGuard::boundsUse_data()
+{
+    QTest::addColumn<QByteArray>("elements");
+    QTest::addColumn<QString>("fault");
+    // The picture is the first element, a group and a use in it the next two.
+    auto const chain = [](int groups) {
+        QByteArray text = "<g id='g0'/>";
+        for (int i = 1; i < groups; ++i) {
+            text += "<g id='g" + QByteArray::number(i) + "'><use href='#g"
+                + QByteArray::number(i - 1) + "'/></g>";
+        }
+        return text;
+    };
+    QString const tooDeep = "its use elements go round in circles or nest more than 1000 deep";
+    QTest::newRow("deepest") << chain(500) + "<g/>" << QString();
+    QTest::newRow("one deeper") << chain(500) + "<g><use href='#g499'/></g>" << tooDeep;
+
+    // A path counts 36 characters beside its attributes, a use 35, and 6 for what it refers to; the
+    // picture counts 35 and the first path itself, too.
+    QString const tooMuch = "its use elements repeat too much of it";
+    auto const repeated = [](int attribute) {
+        return "<path id='aaaaa' d='" + QByteArray(attribute, ' ') + "'/>"
+            + QByteArray("<use href='#aaaaa'/>").repeated(1023);
+    };
+    int const most = 16 * 1024 * 1024;
+    int const used = 1023 * (35 + 6);
+    int const left = most - 35 - used;
+    QTest::newRow("most") << repeated(left / 1024 - 41) << QString();
+    QTest::newRow("one more in each") << repeated(left / 1024 - 40) << tooMuch;
+}
+
+void TestSvgGuard::boundsUse()
+{
+    QFETCH(QByteArray, elements);
+    QFETCH(QString, fault);
+    QCOMPARE(useFault("<svg>" + elements + "</svg>"), fault);
+}
+
+void TestSvgGuard::labelsAreLookedForWithinBounds_data()
+{
+    QTest::addColumn<int>("uses"); // of one another; the last one uses a shape
+    QTest::addColumn<QString>("label");
+    QTest::newRow("most") << 7 << "u7";
+    QTest::newRow("one more") << 8 << "";
+}
+
+void TestSvgGuard::labelsAreLookedForWithinBounds()
+{
+    QFETCH(int, uses);
+    QFETCH(QString, label);
+    QByteArray text = "<path id='u0'/>";
+    for (int i = 1; i <= uses; ++i) {
+        text +=
+            "<use id='u" + QByteArray::number(i) + "' href='#u" + QByteArray::number(i - 1) + "'/>";
+    }
+    SvgScan const scan("<svg>" + text + "</svg>");
+    QCOMPARE(scan.labelOfUse(QString(), "u" + QString::number(uses)), label);
 }
 
 void TestSvgGuard::boundsTakeLittleTime_data()

@@ -51,7 +51,9 @@ private Q_SLOTS:
     void paintsEachSymbolOfASprite();
     void keepsLines();
     void keepsWhatTextsMean();
+    void limitsLabelsAndSymbols_data();
     void limitsLabelsAndSymbols();
+    void longIdsAreCut();
     void refusesTextsThatGrowTooLarge();
     void namesMarks();
 };
@@ -222,18 +224,33 @@ void TestSvgRewriter::keepsWhatTextsMean()
     QCOMPARE(text, QString("<\r&<a><e"));
 }
 
+void TestSvgRewriter::limitsLabelsAndSymbols_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("kept");
+    QTest::newRow("most") << 100000 << 100000;
+    QTest::newRow("one more") << 100001 << 100000;
+}
+
 void TestSvgRewriter::limitsLabelsAndSymbols()
 {
+    QFETCH(int, count);
+    QFETCH(int, kept);
     Diagnostics diagnostics;
-    auto const shapes = rewrittenSvg(root(QByteArray("<path id='a'/>").repeated(100001)),
+    auto const shapes = rewrittenSvg(root(QByteArray("<path id='a'/>").repeated(count)),
         SvgLabels::AreMarked, file, diagnostics);
     QVERIFY(shapes);
-    QCOMPARE(shapes->labels.size(), 100000);
-    QCOMPARE(shapes->text.count("id=\"a\""), 100001);
+    QCOMPARE(shapes->labels.size(), kept);
+    QCOMPARE(shapes->text.count("id=\"a\""), count);
     auto const symbols = rewrittenSvg(
-        root(QByteArray("<symbol/>").repeated(100001)), SvgLabels::AreMarked, file, diagnostics);
+        root(QByteArray("<symbol/>").repeated(count)), SvgLabels::AreMarked, file, diagnostics);
     QVERIFY(symbols);
-    QCOMPARE(symbols->symbols.size(), std::size_t(100000));
+    QCOMPARE(symbols->symbols.size(), std::size_t(kept));
+}
+
+void TestSvgRewriter::longIdsAreCut()
+{
+    Diagnostics diagnostics;
     auto const longId = rewrittenSvg(root("<path id='" + QByteArray(1000000, 'a') + "'/>"),
         SvgLabels::AreMarked, file, diagnostics);
     QVERIFY(longId);

@@ -47,6 +47,7 @@ void TestUniqueNames::takesTheBeginningOfLongNames()
     QString const longest(200, 'x');
     QString const beginning = QString(199, 'x') + QChar(0x2026);
     QCOMPARE(names.unique(longest), longest);
+    QCOMPARE(UniqueNames().unique(QString(201, 'x')), beginning);
     QCOMPARE(names.unique(QString(1000000, 'x')), beginning);
     QCOMPARE(names.unique(QString(1000000, 'x') + "y"), beginning + " 2");
 }

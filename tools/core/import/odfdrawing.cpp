@@ -15,9 +15,6 @@
 
 namespace {
 
-/** Numbers beyond this are on no page. */
-constexpr double largest = 1e9;
-
 /** Its four numbers; none if these are not such. */
 std::optional<QRectF> viewBoxFromText(QString const& text)
 {
@@ -28,7 +25,7 @@ std::optional<QRectF> viewBoxFromText(QString const& text)
     for (int i = 0; i < 4; ++i) {
         bool isNumber = false;
         numbers[i] = parts.at(i).toDouble(&isNumber);
-        if (!isNumber || !(std::abs(numbers[i]) <= largest))
+        if (!isNumber || !(std::abs(numbers[i]) <= beyondAnyPage))
             return std::nullopt;
     }
     return QRectF(numbers[0], numbers[1], numbers[2], numbers[3]);
@@ -91,7 +88,7 @@ public:
             return otherwise;
         bool isNumber = false;
         double const angle = value.toDouble(&isNumber);
-        if (!isNumber || !(std::abs(angle) <= largest))
+        if (!isNumber || !(std::abs(angle) <= beyondAnyPage))
             fail(QStringLiteral("%1 is no angle").arg(QLatin1String(name)));
         return std::fmod(angle, 360.0);
     }

@@ -25,15 +25,12 @@ constexpr LengthUnit lengthUnits[] = {
     {"px", 1.0},
 };
 
-/** Lengths and factors beyond this are on no page. */
-constexpr double greatestFactor = 1e9;
-
 std::optional<double> numberFromText(QStringRef const& text)
 {
     bool isNumber = false;
     double const number = text.toDouble(&isNumber);
     // Written so that NaN fails.
-    return isNumber && std::abs(number) <= greatestFactor ? std::optional(number) : std::nullopt;
+    return isNumber && std::abs(number) <= beyondAnyPage ? std::optional(number) : std::nullopt;
 }
 
 /** The arguments of a function; those from `firstLength` on are lengths, or 0 without a unit. */
@@ -80,7 +77,7 @@ std::optional<double> odfLength(QStringRef const& text)
         if (!text.endsWith(QLatin1String(unit.name)))
             continue;
         auto const number = numberFromText(text.chopped(2));
-        if (number && std::abs(*number) * unit.pixels <= greatestFactor)
+        if (number && std::abs(*number) * unit.pixels <= beyondAnyPage)
             return *number * unit.pixels;
     }
     return std::nullopt;

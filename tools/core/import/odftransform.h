@@ -6,6 +6,9 @@
 
 #include <optional>
 
+/** Lengths, angles and other numbers beyond this are on no page. */
+constexpr double beyondAnyPage = 1e9;
+
 /** A length with its unit (cm, mm, in, pt, pc, px) in pixels; none for a text that is none. */
 std::optional<double> odfLength(QStringRef const& text);
 

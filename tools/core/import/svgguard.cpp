@@ -16,6 +16,9 @@
 
 namespace {
 
+/** Characters that `use` elements may make of any picture; more of one that is long itself. */
+constexpr double smallestUseLimit = 16.0 * 1024 * 1024;
+
 QString imageName()
 {
     return QStringLiteral("image");
@@ -114,7 +117,7 @@ private:
     /** Whether it is more than a long file could hold without repeating anything. */
     bool isTooMuch(Extent const& extent) const
     {
-        return extent.characters > qMax(16.0 * 1024 * 1024, 2.0 * m_characters);
+        return extent.characters > qMax(smallestUseLimit, 2.0 * m_characters);
     }
 
     int add(QXmlStreamReader const& reader, int parent)

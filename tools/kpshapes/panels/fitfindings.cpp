@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int greatestCount = 1000; ///< of lines of one sort
+constexpr int longestText = 1000;
 constexpr int longestName = 60;
 
 QString phrase(qint16 rule)
@@ -99,7 +100,7 @@ QVector<FitFinding> findingsOf(Diagnostics const& diagnostics)
             where += QStringLiteral(":%1").arg(diagnostic.line);
         QString const text = where.isEmpty() ? diagnostic.text
                                              : QStringLiteral("%1: %2").arg(where, diagnostic.text);
-        lines.append({printable(elided(text, 1000)), std::nullopt,
+        lines.append({printable(elided(text, longestText)), std::nullopt,
             diagnostic.severity == Diagnostic::Severity::Error});
     }
     return lines;
