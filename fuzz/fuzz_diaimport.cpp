@@ -15,8 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     QByteArray const shape = Fuzzing::bytes(data, size);
     double const scale = size % 3 == 0 ? 1.0 : 0.0;
     auto const import = [&](Diagnostics& diagnostics) -> std::optional<ImportedPictures> {
-        auto picture = importDia(
-            shape, {QStringLiteral("a.shape"), scale, Fuzzing::noMessages()}, diagnostics);
+        auto picture = importDia(shape,
+            {QStringLiteral("a.shape"), scale, Fuzzing::noMessages(), true, true}, diagnostics);
         if (!picture)
             return std::nullopt;
         ImportedPictures pictures;

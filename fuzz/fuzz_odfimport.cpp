@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     QByteArray const content = isFile ? input : packed(input);
     double const scale = size % 3 == 0 ? 1.0 : 0.0;
     Fuzzing::requireImport([&](Diagnostics& diagnostics) {
-        return importOdf(content, {QStringLiteral("a.odg"), scale}, diagnostics);
+        return importOdf(content, {QStringLiteral("a.odg"), scale, true}, diagnostics);
     });
     return 0;
 }

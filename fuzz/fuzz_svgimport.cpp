@@ -17,7 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     constexpr double scales[] = {0.0, 0.0, 1.0, 0.01, 1000.0};
     double const scale = scales[size % std::size(scales)];
     Fuzzing::requireImport([&](Diagnostics& diagnostics) {
-        return importSvg(svg, {QStringLiteral("a.svg"), scale, Fuzzing::noMessages()}, diagnostics);
+        return importSvg(
+            svg, {QStringLiteral("a.svg"), scale, Fuzzing::noMessages(), true, true}, diagnostics);
     });
     return 0;
 }

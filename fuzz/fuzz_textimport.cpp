@@ -56,8 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     QString const text = QString::fromUtf8(rest.left(length));
     MemoryFile const font(rest.mid(length));
     Fuzzing::requireImport([&](Diagnostics& diagnostics) -> std::optional<ImportedPictures> {
-        auto picture = importText(
-            text, {font.name(), emSize, QStringLiteral("em"), Fuzzing::noMessages()}, diagnostics);
+        auto picture = importText(text,
+            {font.name(), emSize, QStringLiteral("em"), Fuzzing::noMessages(), true}, diagnostics);
         if (!picture)
             return std::nullopt;
         ImportedPictures pictures;

@@ -87,7 +87,7 @@ constexpr int mostElements = 2000;
 void requireFilling(ImportedOutline const& outline, Placing placing)
 {
     QPainterPath const path = exactPath(*outline.list);
-    QRectF const bounds = path.boundingRect().united(outline.painted.path.boundingRect());
+    QRectF const bounds = path.boundingRect().united(outline.painted->path.boundingRect());
     bool const canBeDrawn = std::isfinite(bounds.width()) && std::isfinite(bounds.height())
         && std::isfinite(bounds.x()) && std::isfinite(bounds.y()) && !bounds.isEmpty();
     if (outline.list->noFill || !canBeDrawn || path.elementCount() > mostElements)
@@ -99,7 +99,7 @@ void requireFilling(ImportedOutline const& outline, Placing placing)
             "both rules fill an outline alike unless one is named");
     }
     if (placing == Placing::AsPainted) {
-        QPainterPath const& painted = outline.painted.path;
+        QPainterPath const& painted = outline.painted->path;
         require(!differ(filling(painted, painted.fillRule(), bounds), filled),
             "an outline fills as painted");
     }
@@ -108,8 +108,9 @@ void requireFilling(ImportedOutline const& outline, Placing placing)
 void requireOutline(ImportedOutline const& outline, Placing placing)
 {
     require(outline.list && !outline.list->segs.isEmpty(), "an outline has segments");
+    require(outline.painted != nullptr, "what was painted is kept for who asks");
     require(isFinite(*outline.list), "coordinates are finite");
-    require(outline.list->noFill == (outline.painted.brush.style() == Qt::NoBrush),
+    require(outline.list->noFill == (outline.painted->brush.style() == Qt::NoBrush),
         "what is not painted is not filled");
     requireFilling(outline, placing);
 }

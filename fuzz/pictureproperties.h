@@ -27,6 +27,8 @@ using Import = std::function<std::optional<ImportedPictures>(Diagnostics&)>;
  * Imports twice and ends the process unless both say and give the same, failures have one reason or
  * more, sizes are within their bounds, coordinates finite, names different and fillings as painted;
  * and unless the document of the outlines holds what they are.
+ *
+ * @param import it keeps what was painted
  */
 void requireImport(Import const& import, Placing placing = Placing::AsPainted);
 

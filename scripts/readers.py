@@ -13,35 +13,40 @@ import sys
 
 from instructions import ENVIRONMENT
 
-# What is usual for each reader.
-KINDS = {"load": "names of elements", "outlines": "outlines", "check": "outlines",
-         "normalize": "outlines", "rewrite": "outlines", "svg": "paths", "stencil": "paths",
-         "odf": "shapes", "presets": "guides", "custom": "paths", "path": "lines"}
+# What is usual for each reader, and the shortest elements where those take much more for each byte.
+KINDS = (("load", "names of elements"), ("load", "texts of elements"), ("outlines", "outlines"),
+         ("check", "outlines"), ("normalize", "outlines"), ("rewrite", "outlines"),
+         ("svg", "icons"), ("svg", "paths"), ("stencil", "icons"), ("stencil", "paths"),
+         ("odf", "shapes"), ("presets", "shapes"),
+         ("custom", "paths"), ("path", "fine curves"), ("path", "lines"))
 MEGABYTE = 1000000
 
 
-def measured(program, reader, size):
-    """The bytes that were read, the seconds and the peak of memory in bytes."""
-    with subprocess.Popen([program, reader, KINDS[reader], str(size)], env=ENVIRONMENT,
+def measured(program, reader, kind, size):
+    """The bytes that were read, the seconds, the peak of memory in bytes, and whether all was read."""
+    with subprocess.Popen([program, reader, kind, str(size)], env=ENVIRONMENT,
                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
-        read = process.stdout.read()
+        told = process.stdout.read().split()
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
     if process.returncode != 0:
         sys.exit(f"{reader}: status {process.returncode}")
-    return int(read), usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024
+    return (int(told[0]), usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024,
+            b"refused" not in told)
 
 
 def main(program, *megabytes):
-    print("| Reader | Input, MB | Time, s | Time a MB, s | Memory, bytes a byte |")
-    print("|---|---|---|---|---|")
-    for reader in KINDS:
-        _, start, empty = measured(program, reader, 1)
+    print("| Reader | Input | MB | Time, s | Time a MB, s | Memory, bytes a byte |")
+    print("|---|---|---|---|---|---|")
+    for reader, kind in KINDS:
+        _, start, empty, _ = measured(program, reader, kind, 1)
         for size in megabytes:
-            read, seconds, memory = measured(program, reader, int(float(size) * MEGABYTE))
+            read, seconds, memory, is_read = measured(
+                program, reader, kind, int(float(size) * MEGABYTE))
             spent = seconds - start
-            print(f"| {reader} | {read / MEGABYTE:.1f} | {spent:.2f} |"
-                  f" {spent / read * MEGABYTE:.3f} | {(memory - empty) / read:.1f} |", flush=True)
+            print(f"| {reader} | {kind}{'' if is_read else ', refused'} | {read / MEGABYTE:.1f} |"
+                  f" {spent:.2f} | {spent / read * MEGABYTE:.3f} | {(memory - empty) / read:.1f} |",
+                  flush=True)
 
 
 if __name__ == "__main__":

@@ -716,11 +716,11 @@ void TestFillOrientation::icons()
             continue;
         QVERIFY(file.open(QIODevice::ReadOnly));
         Diagnostics diagnostics;
-        auto const pictures = importSvg(
-            file.readAll(), {file.fileName(), 0.0, [] { return QStringList(); }}, diagnostics);
+        auto const pictures = importSvg(file.readAll(),
+            {file.fileName(), 0.0, [] { return QStringList(); }, true, true}, diagnostics);
         QVERIFY2(pictures && pictures->size() == 1, qPrintable(file.fileName()));
         for (ImportedOutline const& outline : pictures->front().outlines) {
-            QPainterPath const& path = outline.painted.path;
+            QPainterPath const& path = outline.painted->path;
             OrientedPath const oriented = orientedForBothRules(path);
             bool const isEvenOdd = path.fillRule() == Qt::OddEvenFill;
             ++(isEvenOdd ? evenOdd : nonzero);

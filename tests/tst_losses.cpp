@@ -23,9 +23,9 @@ RecordedPath usualShape(bool isStroked)
     return shape;
 }
 
-ImportedOutlines pictureOf(std::vector<RecordedPath> const& shapes)
+ImportedOutlines pictureOf(std::vector<RecordedPath> const& shapes, double scale = 1.0)
 {
-    ImportedOutlines picture {QSizeF(100.0, 100.0), {}};
+    ImportedOutlines picture {QSizeF(100.0, 100.0), {}, scale};
     Diagnostics diagnostics;
     for (RecordedPath const& shape : shapes)
         appendOutline(picture, shape, "path", "a.svg", diagnostics);
@@ -264,9 +264,7 @@ void TestLosses::measuresWidthsInTheUnitOfThePicture()
     shape.transform = transform;
     shape.pen.setWidthF(width);
     shape.pen.setCosmetic(isCosmetic);
-    ImportedOutlines picture = pictureOf({shape});
-    picture.scale = scale;
-    QCOMPARE(lossesOf(picture),
+    QCOMPARE(lossesOf(pictureOf({shape}, scale)),
         isLoss ? QStringList("1 shape with a line width other than 1: not kept") : QStringList());
 }
 
@@ -329,8 +327,7 @@ void TestLosses::addsUpSeveralPictures()
     pictures.push_back(pictureOf({wide, shortLine}));
     pictures.push_back(pictureOf({wide, wide, shortLine}));
     // A line of 2 units is 1 wide in the unit of what this picture was made from.
-    pictures.push_back(pictureOf({wide}));
-    pictures.back().scale = 2.0;
+    pictures.push_back(pictureOf({wide}, 2.0));
     QCOMPARE(lossesOf(pictures),
         QStringList({"3 shapes with a line width other than 1: not kept",
             "2 lines of less than one unit: not drawn, unless at a larger scale"}));

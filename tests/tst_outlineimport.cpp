@@ -71,15 +71,15 @@ Imported importedSvg(QByteArray const& svg, double scale)
 {
     QString const file = QStringLiteral("a.svg");
     return Imported(file, [&](TakeMessages const& takeMessages, Diagnostics& diagnostics) {
-        return importSvg(svg, {file, scale, takeMessages}, diagnostics);
+        return importSvg(svg, {file, scale, takeMessages, true, true}, diagnostics);
     });
 }
 
 Imported importedText(QString const& font, QString const& text, double emSize)
 {
     return Imported(font, [&](TakeMessages const& takeMessages, Diagnostics& diagnostics) {
-        auto picture =
-            importText(text, {font, emSize, QStringLiteral("an em of"), takeMessages}, diagnostics);
+        auto picture = importText(
+            text, {font, emSize, QStringLiteral("an em of"), takeMessages, true}, diagnostics);
         std::optional<ImportedPictures> pictures;
         if (picture)
             pictures.emplace().push_back(std::move(*picture));
@@ -586,8 +586,8 @@ void TestOutlineImport::idsChangeNothingElse()
     QCOMPARE(picture.outlines().size(), expected.outlines().size());
     for (std::size_t i = 0; i < expected.outlines().size(); ++i) {
         QCOMPARE(OutlineTesting::exact(picture.list(i)), OutlineTesting::exact(expected.list(i)));
-        RecordedPath const& painted = picture.outlines()[i].painted;
-        RecordedPath const& meant = expected.outlines()[i].painted;
+        RecordedPath const& painted = *picture.outlines()[i].painted;
+        RecordedPath const& meant = *expected.outlines()[i].painted;
         QCOMPARE(painted.pen, meant.pen);
         QCOMPARE(painted.brush, meant.brush);
         QCOMPARE(painted.fillOpacity, meant.fillOpacity);
@@ -862,8 +862,8 @@ void TestOutlineImport::symbolsPaintAsTheyDoWhereTheyAreUsed()
     QCOMPARE(sprite.names(), QStringList({"s", "s/c", "s 2"}));
     QCOMPARE(used.names(), QStringList({"path 1", "c", "path 3"}));
     for (std::size_t i = 0; i < 3; ++i) {
-        RecordedPath const& one = sprite.outlines()[i].painted;
-        RecordedPath const& other = used.outlines()[i].painted;
+        RecordedPath const& one = *sprite.outlines()[i].painted;
+        RecordedPath const& other = *used.outlines()[i].painted;
         QCOMPARE(one.pen, other.pen);
         QCOMPARE(one.brush, other.brush);
         QCOMPARE(one.fillOpacity, other.fillOpacity);
@@ -936,7 +936,7 @@ void TestOutlineImport::paintedPathsAreThoseOfTheOutlines()
             1.0);
     QCOMPARE(picture.outlines().size(), std::size_t(1));
     QCOMPARE(picture.outlines().size(), std::size_t(1));
-    RecordedPath const& painted = picture.outlines().front().painted;
+    RecordedPath const& painted = *picture.outlines().front().painted;
     QCOMPARE(painted.brush.color(), QColor(Qt::red));
     QCOMPARE(painted.pen.color(), QColor(Qt::blue));
     QCOMPARE(painted.pen.widthF(), 2.0);
@@ -1162,7 +1162,7 @@ void TestOutlineImport::importsGlyphsSideBySide()
     QCOMPARE(texts(picture),
         QStringList({"closed noLine M 193 345 L 377 345 L 377 1901 L 193 1901 L 193 345",
             "closed noLine M 770 408 L 972 408 L 972 1901 L 770 1901 L 770 408"}));
-    QCOMPARE(picture.outlines().at(0).painted.path.fillRule(), Qt::WindingFill);
+    QCOMPARE(picture.outlines().at(0).painted->path.fillRule(), Qt::WindingFill);
     COMPARE_BITS(picture.list(1).segs.at(0)->pt.x.rate, 770.0 / 1173.0);
     COMPARE_BITS(picture.list(1).segs.at(0)->pt.y.rate, 408.0 / 2384.0);
     VERIFY_NOTHING_LOGGED(watch);

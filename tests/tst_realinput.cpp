@@ -242,8 +242,8 @@ bool isEllipse(KpPathSegList const& outline, QPainterPath const& painted)
 QString outlineFault(ImportedOutline const& imported)
 {
     KpPathSegList& outline = *imported.list;
-    QPainterPath const& painted = imported.painted.path;
-    if (imported.painted.ellipse) {
+    QPainterPath const& painted = imported.painted->path;
+    if (imported.painted->ellipse) {
         QString const fault = documentFault(outline);
         if (!isEllipse(outline, painted))
             return QStringLiteral("ellipse");
@@ -266,7 +266,7 @@ void drawStored(QPainter& painter, ImportedOutline const& imported)
     readStream(stored, OutlineTesting::streamXml(*imported.list));
     QPainterPath path = drawn(stored).toPainterPath();
     path.setFillRule(imported.fillRule.value_or(Qt::WindingFill));
-    imported.painted.paint(painter, path);
+    imported.painted->paint(painter, path);
 }
 
 /** How two pictures of one size differ, or nothing if they do not differ too much. */
@@ -391,7 +391,7 @@ private:
 /** What goes wrong with a glyph, or nothing. */
 QString glyphFault(Glyph const& glyph)
 {
-    ImportedOutlines picture {glyph.box(), {}};
+    ImportedOutlines picture {glyph.box(), {}, 1.0, true};
     Diagnostics diagnostics;
     appendOutline(picture, glyph.recorded(), QString(), QString(), diagnostics);
     if (picture.outlines.size() != 1 || !diagnostics.isEmpty())
@@ -525,7 +525,7 @@ void TestRealInput::icons()
         MessageLog log;
         Diagnostics diagnostics;
         auto const pictures =
-            importSvg(svg, {name, 0.0, [&log] { return log.take(); }}, diagnostics);
+            importSvg(svg, {name, 0.0, [&log] { return log.take(); }, true, true}, diagnostics);
         QVERIFY2(pictures && pictures->size() == 1, qPrintable(name));
         ImportedOutlines const& picture = pictures->front();
 

@@ -4,7 +4,8 @@
 // usage: growth --count READER SIZE   reads each kind, SIZE bytes and four times as many; prints a
 //                                     line each, the kind
 //        growth --readers             prints the names of all readers, a line each
-//        growth READER KIND SIZE      reads that, and prints how many bytes it was
+//        growth READER KIND SIZE      reads that, and prints how many bytes it was, and "refused" if
+//                                     the reader has refused it
 
 #include "check/outlinecheck.h"
 #include "document/documentnormalizer.h"
@@ -51,7 +52,7 @@ struct Reader
     std::vector<Kinds const* (*)()> kinds;
     QByteArray start; ///< of the root element
     QByteArray end;
-    void (*read)(QByteArray const& text);
+    bool (*read)(QByteArray const& text); ///< false if it is refused
 };
 
 /** In a document type and a root element, in the encoding that the parts ask for. */
@@ -69,7 +70,7 @@ QByteArray documentOf(Reader const& reader, Parts const& parts)
     return type + root;
 }
 
-void load(QByteArray const& text)
+bool load(QByteArray const& text)
 {
     static QTemporaryDir const folder;
     QFile document(folder.filePath(QStringLiteral("a.xml")));
@@ -77,68 +78,68 @@ void load(QByteArray const& text)
         std::exit(EXIT_FAILURE);
     document.close();
     QDomDocument tree;
-    KpFilePathManager::loadXmlFile(tree, document.fileName());
+    return KpFilePathManager::loadXmlFile(tree, document.fileName());
 }
 
-void readOutlines(QByteArray const& text)
+bool readOutlines(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    OutlineDocument::read(text, file, diagnostics);
+    return OutlineDocument::read(text, file, diagnostics).has_value();
 }
 
-void check(QByteArray const& text)
+bool check(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    checkOutlines(
+    return checkOutlines(
         repeatableInput(text), file, CheckScope::Everything, [](Diagnostic const& /*found*/) {},
-        diagnostics);
+        diagnostics)
+        .has_value();
 }
 
-void normalize(QByteArray const& text)
+bool normalize(QByteArray const& text)
 {
     Diagnostics diagnostics;
     QBuffer output;
     output.open(QIODevice::WriteOnly);
-    normalizeDocument(repeatableInput(text), file, output, diagnostics);
+    return normalizeDocument(repeatableInput(text), file, output, diagnostics);
 }
 
-void rewrite(QByteArray const& text)
+bool rewrite(QByteArray const& text)
 {
     Diagnostics diagnostics;
     QBuffer output;
     output.open(QIODevice::WriteOnly);
-    rewriteDocument(
+    return rewriteDocument(
         *repeatableInput(text)(), file, output, [](Outline& /*outline*/) { return true; },
         diagnostics);
 }
 
-void import(QByteArray const& text)
+bool import(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    importAny(text, {file, 0.0, [] { return QStringList(); }}, diagnostics);
+    return importAny(text, {file, 0.0, [] { return QStringList(); }}, diagnostics).has_value();
 }
 
-void readPresets(QByteArray const& text)
+bool readPresets(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    readPresetShapes(text, file, diagnostics);
+    return readPresetShapes(text, file, diagnostics).has_value();
 }
 
-void readCustom(QByteArray const& text)
+bool readCustom(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    if (holdsCustomShapes(text))
-        readCustomShapes(text, file, diagnostics);
+    return holdsCustomShapes(text) && readCustomShapes(text, file, diagnostics).has_value();
 }
 
-void readPath(QByteArray const& text)
+bool readPath(QByteArray const& text)
 {
     Diagnostics diagnostics;
-    importPath(QString::fromUtf8(text), {file, {}, 1.0}, diagnostics);
+    return importPath(QString::fromUtf8(text), {file, {}, 1.0}, diagnostics).has_value();
 }
 
 /** The library's two readers, of what is well-formed. */
-void parse(QByteArray const& text)
+bool parse(QByteArray const& text)
 {
     QDomDocument tree;
     if (tree.setContent(text)) {
@@ -149,6 +150,7 @@ void parse(QByteArray const& text)
     stream.readNextStartElement();
     KpPathSegList list;
     list.parse(stream, 0);
+    return !tree.isNull();
 }
 
 std::vector<Reader> const& readers()
@@ -243,8 +245,8 @@ int main(int argc, char* argv[])
         countAll(*reader, size);
     } else {
         QByteArray const text = documentOf(*reader, kind->make(size));
-        reader->read(text);
-        std::printf("%d\n", text.size());
+        bool const isRead = reader->read(text);
+        std::printf("%d%s\n", text.size(), isRead ? "" : " refused");
     }
     return EXIT_SUCCESS;
 }

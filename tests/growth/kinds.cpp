@@ -47,6 +47,13 @@ std::vector<Kind> const& markupKinds()
             [](int size) { return body(repeated(size, "<b" + numbered(250, " c%1=''") + "/>")); }},
         {"elements", [](int size) { return body(repeated(size, "<b/>")); }},
         {"names of elements", [](int size) { return body(filled(size, "<b%1 c%1='%1'/>")); }},
+        // As long as the attributes and texts of a document that somebody keeps.
+        {"texts of elements",
+            [](int size) {
+                return body(filled(size,
+                    "<File Path='/home/user/documents/drawings of the house/plan %1.xml'>"
+                    "A text of as many words as a title has</File>\n"));
+            }},
         {"depth",
             [](int size) {
                 constexpr int depth = 900;
@@ -252,6 +259,10 @@ std::vector<Kind> const& pathKinds()
         {"moves", [](int size) { return body(filled(size, "M%1 0")); }},
         {"closed", [](int size) { return body(filled(size, "M%1 0h1v1z")); }},
         {"curves", [](int size) { return body("M0 0C" + filled(size, " %1 5 6 7 8 9")); }},
+        {"fine curves",
+            [](int size) {
+                return body(repeated(size, "M1.25 12.125c1.625-2.0625 3.5-4.75 5.0625-6.375"));
+            }},
         {"arcs", [](int size) { return body("M0 0" + filled(size, "A5 6 30 0 1 %1 9")); }},
         {"digits", [](int size) { return body("M0 0L0." + QByteArray(size, '3') + " 1"); }},
         {"exponent", [](int size) { return body("M0 0L1e-" + QByteArray(size, '0') + "3 1"); }},

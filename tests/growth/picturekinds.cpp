@@ -37,6 +37,14 @@ std::vector<Kind> const& pictureKinds()
                 return body("<style>.c1{fill:red}</style><path class='" + filled(size, "c%1 ")
                     + "' d='M0 0h9'/>");
             }},
+        // As many numbers and characters of path data as icons have on average.
+        {"icons",
+            [](int size) {
+                return body(filled(size,
+                    "<path id='i%1' d='M%1.25 12.125"
+                        + QByteArray("c1.625-2.0625 3.5-4.75 5.0625-6.375").repeated(9)
+                        + "z' style='fill:#4472c4;stroke:none'/>"));
+            }},
         {"paths", [](int size) { return body(filled(size, "<path d='M%1 0h1v1z'/>")); }},
         {"path", [](int size) { return body("<path d='M0 0" + filled(size, "L%1 5") + "'/>"); }},
         {"subpaths",
@@ -175,6 +183,19 @@ std::vector<Kind> const& drawingKinds()
                 return body("<gdLst>" + filled(size, "<gd name='g%1' fmla='*/ w %1 9'/>")
                     + "</gdLst><pathLst><path><moveTo><pt x='g1' y='0'/></moveTo>"
                       "<lnTo><pt x='g2' y='5'/></lnTo></path></pathLst>");
+            }},
+        // As those of a list of presets: a few guides and steps each.
+        {"shapes",
+            [](int size) {
+                return body("</shape>"
+                    + filled(size,
+                        "<shape%1><avLst><gd name='adj' fmla='val 25000'/></avLst><gdLst>"
+                        "<gd name='a' fmla='pin 0 adj 50000'/><gd name='x1' fmla='*/ ss a 100000'/>"
+                        "<gd name='x2' fmla='+- r 0 x1'/></gdLst><pathLst><path>"
+                        "<moveTo><pt x='l' y='b'/></moveTo><lnTo><pt x='x1' y='t'/></lnTo>"
+                        "<lnTo><pt x='x2' y='t'/></lnTo><lnTo><pt x='r' y='b'/></lnTo><close/>"
+                        "</path></pathLst></shape%1>")
+                    + "<shape>");
             }},
         {"chain of guides",
             [](int size) {

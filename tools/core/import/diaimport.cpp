@@ -260,9 +260,7 @@ QRectF boundsOf(DiaShape const& shape, SvgImportOptions const& options)
             options.file, ignored);
     if (!picture)
         return QRectF();
-    Cover cover;
-    for (ImportedOutline const& outline : picture->outlines)
-        cover.add(outline.painted.path.boundingRect());
+    Cover cover = picture->cover;
     for (QPointF const& end : shape.lineEnds)
         cover.add(end);
     QRectF const bounds = cover.bounds();

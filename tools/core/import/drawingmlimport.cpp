@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -81,7 +82,7 @@ public:
         bool const isRead = readGuides(element, QStringLiteral("avLst"), true, shape.guides)
             && readGuides(element, QStringLiteral("gdLst"), false, shape.guides)
             && readPaths(element, shape);
-        return isRead ? std::make_optional(shape) : std::nullopt;
+        return isRead ? std::make_optional(std::move(shape)) : std::nullopt;
     }
 
 private:
@@ -137,7 +138,7 @@ private:
                 return refuse(child, QStringLiteral("a path that does not begin with moveTo"));
             path.steps.push_back(*step);
         }
-        shape.paths.push_back(path);
+        shape.paths.push_back(std::move(path));
         return true;
     }
 

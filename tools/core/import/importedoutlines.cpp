@@ -2,6 +2,7 @@
 
 #include "common/text.h"
 #include "import/fillorientation.h"
+#include "import/losses.h"
 #include "kppath.h"
 #include "kppathsegellipse.h"
 
@@ -91,7 +92,10 @@ void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QStri
         return;
     }
     bool const isFilled = painted.brush.style() != Qt::NoBrush;
-    ImportedOutline outline {name, nullptr, std::nullopt, painted};
+    ImportedOutline outline {
+        name, nullptr, std::nullopt, lossesOf(painted, picture.scale), nullptr};
+    if (picture.keepsPainted)
+        outline.painted = std::make_unique<RecordedPath const>(painted);
     if (painted.ellipse) {
         outline.list = outlineOf(*painted.ellipse);
     } else {
@@ -104,6 +108,7 @@ void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QStri
     outline.list->updateRate(picture.size.width(), picture.size.height());
     outline.list->noFill = !isFilled;
     outline.list->noLine = painted.pen.style() == Qt::NoPen;
+    picture.cover.add(painted.path.boundingRect());
     picture.outlines.push_back(std::move(outline));
 }
 

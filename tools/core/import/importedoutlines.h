@@ -3,6 +3,7 @@
 
 #include "common/diagnostic.h"
 #include "document/shapes.h"
+#include "import/cover.h"
 #include "import/pathrecorder.h"
 #include "kppathseglist.h"
 
@@ -28,7 +29,9 @@ struct ImportedOutline
     std::unique_ptr<KpPathSegList> list;
     /** Set where the outline is filled as painted with this rule only. */
     std::optional<Qt::FillRule> fillRule;
-    RecordedPath painted; ///< what the outline was made from, with its colours and its own rule
+    quint32 losses = 0; ///< what it was painted with and does not hold, as lossesOf() tells
+    /** What the outline was made from, with its colours and its own rule; null unless it is kept. */
+    std::unique_ptr<RecordedPath const> painted;
 };
 
 /**
@@ -40,6 +43,8 @@ struct ImportedOutlines
     QSizeF size; ///< in outline units
     std::vector<ImportedOutline> outlines; ///< the first lies lowest
     double scale = 1.0; ///< outline units a unit of what it was imported from
+    bool keepsPainted = false; ///< whether outlines keep what they were made from
+    Cover cover {}; ///< of the paths that outlines were made from, in outline units
 };
 
 /** What one file holds: one picture, or several that have a size each. */
@@ -76,7 +81,7 @@ bool isPositive(double number);
 QString pictureSizeFault(QSizeF const& size);
 
 /**
- * Makes an outline of a painted path and appends it. A path with a coordinate that is not finite
+ * Makes an outline of a painted path and appends it. The picture's size and scale are known by then. A path with a coordinate that is not finite
  * is left out with a warning.
  *
  * @param file the picture's name in the warning

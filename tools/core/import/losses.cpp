@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <iterator>
 
 namespace {
 
@@ -103,13 +105,12 @@ constexpr Loss losses[] = {
 
 using Pictures = std::vector<ImportedOutlines const*>;
 
-/** How many outlines there are for which the predicate holds, which takes their picture too. */
+/** How many outlines there are for which the predicate holds. */
 template <class Predicate> qint64 countOutlines(Pictures const& pictures, Predicate holds)
 {
     qint64 count = 0;
     for (ImportedOutlines const* const picture : pictures) {
-        count += std::count_if(picture->outlines.begin(), picture->outlines.end(),
-            [&](ImportedOutline const& outline) { return holds(outline, *picture); });
+        count += std::count_if(picture->outlines.begin(), picture->outlines.end(), holds);
     }
     return count;
 }
@@ -118,9 +119,7 @@ void warnOfFillRules(Pictures const& pictures, QString const& file, Diagnostics&
 {
     for (Qt::FillRule const rule : {Qt::OddEvenFill, Qt::WindingFill}) {
         auto const count = countOutlines(
-            pictures, [rule](ImportedOutline const& outline, ImportedOutlines const&) {
-                return outline.fillRule == rule;
-            });
+            pictures, [rule](ImportedOutline const& outline) { return outline.fillRule == rule; });
         if (count == 0)
             continue;
         diagnostics.warning(file,
@@ -132,15 +131,13 @@ void warnOfFillRules(Pictures const& pictures, QString const& file, Diagnostics&
 
 void warnOf(Pictures const& pictures, QString const& file, Diagnostics& diagnostics)
 {
-    for (Loss const& loss : losses) {
-        auto const count = countOutlines(
-            pictures, [&loss](ImportedOutline const& outline, ImportedOutlines const& picture) {
-                return loss.isIn(outline.painted, picture.scale);
-            });
+    for (std::size_t i = 0; i < std::size(losses); ++i) {
+        auto const count = countOutlines(pictures,
+            [i](ImportedOutline const& outline) { return (outline.losses >> i & 1U) != 0; });
         if (count > 0) {
             diagnostics.warning(file,
                 QStringLiteral("%1 with %2: not kept")
-                    .arg(countText(count, QStringLiteral("shape")), QLatin1String(loss.what)));
+                    .arg(countText(count, QStringLiteral("shape")), QLatin1String(losses[i].what)));
         }
     }
     warnOfFillRules(pictures, file, diagnostics);
@@ -155,6 +152,14 @@ void warnOf(Pictures const& pictures, QString const& file, Diagnostics& diagnost
 }
 
 } // namespace
+
+quint32 lossesOf(RecordedPath const& painted, double scale)
+{
+    quint32 found = 0;
+    for (std::size_t i = 0; i < std::size(losses); ++i)
+        found |= losses[i].isIn(painted, scale) ? 1U << i : 0U;
+    return found;
+}
 
 void warnOfLosses(ImportedOutlines const& picture, QString const& file, Diagnostics& diagnostics)
 {

@@ -4,6 +4,13 @@
 #include "import/importedoutlines.h"
 
 /**
+ * What outlines do not hold of all that a shape is painted with: a bit a kind.
+ *
+ * @param scale of its picture
+ */
+quint32 lossesOf(RecordedPath const& painted, double scale);
+
+/**
  * Warns of all that the shapes of a picture were painted with and that outlines do not hold:
  * colours, opacity, widths and dashes of lines. A line for each kind, with the number of shapes.
  * Likewise of the outlines that only one fill rule fills as painted, and of lines that are too

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -242,7 +243,7 @@ public:
         return !reader.hasError() && m_count <= maximumOdfShapes;
     }
 
-    std::vector<OdfGroup> const& groups() const { return m_groups; }
+    std::vector<OdfGroup> takeGroups() { return std::exchange(m_groups, {}); }
 
     void warn(QString const& file, Diagnostics& diagnostics) const
     {
@@ -408,9 +409,9 @@ bool OdfDrawing::read(
     return m_reader->read(xml, part, file, diagnostics);
 }
 
-std::vector<OdfGroup> const& OdfDrawing::groups() const
+std::vector<OdfGroup> OdfDrawing::takeGroups()
 {
-    return m_reader->groups();
+    return m_reader->takeGroups();
 }
 
 void OdfDrawing::warn(QString const& file, Diagnostics& diagnostics) const

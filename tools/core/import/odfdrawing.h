@@ -48,8 +48,8 @@ public:
     bool read(
         QByteArray const& xml, QString const& part, QString const& file, Diagnostics& diagnostics);
 
-    /** In document order. Elements that paint nothing are left out. */
-    std::vector<OdfGroup> const& groups() const;
+    /** In document order, and none left here. Elements that paint nothing are left out. */
+    std::vector<OdfGroup> takeGroups();
 
     /** Warns of what was left out or not heeded, a line for each kind. */
     void warn(QString const& file, Diagnostics& diagnostics) const;

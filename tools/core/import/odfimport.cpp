@@ -8,6 +8,7 @@
 #include "import/zipmember.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -31,26 +32,26 @@ RecordedPath recorded(OdfShape const& shape, QTransform const& toOutline)
 
 /** The group as a picture; nothing, with a diagnostic, if it is too large. */
 std::optional<ImportedOutlines> atScale(
-    OdfGroup const& group, double scale, QString const& file, Diagnostics& diagnostics)
+    OdfGroup const& group, double scale, OdfImportOptions const& options, Diagnostics& diagnostics)
 {
     QRectF const bounds = boundsOf(group);
     // A level or an upright line has no extent in one direction.
     QSizeF const size(
         std::max(1.0, bounds.width() * scale), std::max(1.0, bounds.height() * scale));
-    ImportedOutlines picture {size, {}, scale};
+    ImportedOutlines picture {size, {}, scale, options.keepsPainted};
     if (QString const fault = pictureSizeFault(picture.size); !fault.isEmpty()) {
-        diagnostics.error(file, QStringLiteral("%1: %2").arg(group.front().name, fault));
+        diagnostics.error(options.file, QStringLiteral("%1: %2").arg(group.front().name, fault));
         return std::nullopt;
     }
     QTransform const toOutline = QTransform::fromTranslate(-bounds.left(), -bounds.top())
         * QTransform::fromScale(scale, scale);
     for (OdfShape const& shape : group)
-        appendOutline(picture, recorded(shape, toOutline), shape.name, file, diagnostics);
+        appendOutline(picture, recorded(shape, toOutline), shape.name, options.file, diagnostics);
     return picture;
 }
 
 std::optional<ImportedOutlines> atBestScale(
-    OdfGroup const& group, QString const& file, Diagnostics& diagnostics)
+    OdfGroup const& group, OdfImportOptions const& options, Diagnostics& diagnostics)
 {
     QRectF const bounds = boundsOf(group);
     double const longerSide = std::max(bounds.width(), bounds.height());
@@ -58,13 +59,15 @@ std::optional<ImportedOutlines> atBestScale(
     double const smallest = 1e-6;
     if (longerSide < smallest) {
         diagnostics.warning(
-            file, QStringLiteral("%1: without a size; left out").arg(group.front().name));
+            options.file, QStringLiteral("%1: without a size; left out").arg(group.front().name));
         return ImportedOutlines();
     }
     Diagnostics usual;
-    auto picture = atScale(group, defaultPictureSide / longerSide, file, usual);
-    if (picture && countLostLines(*picture) > 0)
-        return atScale(group, finePictureSide / longerSide, file, diagnostics);
+    auto picture = atScale(group, defaultPictureSide / longerSide, options, usual);
+    if (picture && countLostLines(*picture) > 0) {
+        picture.reset();
+        return atScale(group, finePictureSide / longerSide, options, diagnostics);
+    }
     diagnostics.append(usual);
     return picture;
 }
@@ -101,12 +104,12 @@ std::optional<ImportedPictures> importOdf(
         return std::nullopt;
     drawing.warn(options.file, diagnostics);
     ImportedPictures pictures;
-    for (OdfGroup const& group : drawing.groups()) {
+    for (OdfGroup& each : drawing.takeGroups()) {
+        OdfGroup const group = std::move(each);
         if (group.empty())
             continue;
-        auto picture = options.scale > 0.0
-            ? atScale(group, options.scale, options.file, diagnostics)
-            : atBestScale(group, options.file, diagnostics);
+        auto picture = options.scale > 0.0 ? atScale(group, options.scale, options, diagnostics)
+                                           : atBestScale(group, options, diagnostics);
         if (!picture)
             return std::nullopt;
         if (!picture->outlines.empty())

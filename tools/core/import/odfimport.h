@@ -9,6 +9,7 @@ struct OdfImportOptions
     QString file; ///< its name in diagnostics
     /** Outline units a pixel of 1/96 inch, finite and above 0; 0 makes each picture a usual one. */
     double scale = 0.0;
+    bool keepsPainted = false; ///< as in ImportedOutlines
 };
 
 /**

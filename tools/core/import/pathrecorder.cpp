@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 void RecordedPath::paint(QPainter& painter) const
 {
@@ -103,9 +104,7 @@ public:
     {
         QPainterPath path;
         path.addEllipse(rect);
-        drawPath(path);
-        if (!path.isEmpty())
-            noteEllipse(rect);
+        record(path, painter()->pen(), painter()->brush(), rect);
     }
 
     void drawPolygon(QPointF const* points, int count, PolygonDrawMode mode) override
@@ -175,21 +174,13 @@ private:
         return families.isEmpty() ? font.family() : families.constFirst();
     }
 
-    /** The path that was recorded last is the ellipse in this rectangle. */
-    void noteEllipse(QRectF const& rect)
-    {
-        RecordedPath& recorded = m_recorder.m_paths.back();
-        bool const isPlainLine =
-            recorded.pen.style() == Qt::NoPen || recorded.pen.style() == Qt::SolidLine;
-        if (!rect.isEmpty() && staysUpright(recorded.transform, isPlainLine))
-            recorded.ellipse = recorded.transform.mapRect(rect);
-    }
-
-    void record(QPainterPath const& path, QPen const& pen, QBrush const& brush)
+    /** @param ellipse the rectangle of the ellipse that the path is; empty for any other */
+    void record(QPainterPath const& path, QPen const& pen, QBrush const& brush,
+        QRectF const& ellipse = QRectF())
     {
         if (path.isEmpty()) {
             if (pen.style() == Qt::NoPen && brush.style() == Qt::NoBrush)
-                m_recorder.m_marks.push_back({m_recorder.m_paths.size(), fontFamily()});
+                m_recorder.takeMark(fontFamily());
             return;
         }
         RecordedPath recorded;
@@ -202,7 +193,10 @@ private:
         recorded.compositionMode = painter()->compositionMode();
         recorded.renderHints = painter()->renderHints();
         recorded.clipped = painter()->hasClipping();
-        m_recorder.m_paths.push_back(recorded);
+        bool const isPlainLine = pen.style() == Qt::NoPen || pen.style() == Qt::SolidLine;
+        if (!ellipse.isEmpty() && staysUpright(recorded.transform, isPlainLine))
+            recorded.ellipse = recorded.transform.mapRect(ellipse);
+        m_recorder.take(std::move(recorded));
     }
 
     PathRecorder& m_recorder;
@@ -215,7 +209,29 @@ PathRecorder::PathRecorder(QSizeF size, double scale)
 {
 }
 
+PathRecorder::PathRecorder(QSizeF size, double scale, PathSink& sink)
+    : PathRecorder(size, scale)
+{
+    m_sink = &sink;
+}
+
 PathRecorder::~PathRecorder() = default;
+
+void PathRecorder::take(RecordedPath path)
+{
+    if (m_sink)
+        m_sink->addPath(std::move(path));
+    else
+        m_paths.push_back(std::move(path));
+}
+
+void PathRecorder::takeMark(QString const& fontFamily)
+{
+    if (m_sink)
+        m_sink->addMark(fontFamily);
+    else
+        m_marks.push_back({m_paths.size(), fontFamily});
+}
 
 QPaintEngine* PathRecorder::paintEngine() const
 {

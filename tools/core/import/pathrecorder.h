@@ -51,6 +51,21 @@ struct RecordedMark
     QString fontFamily; ///< of the painter, the one thing that paths do not show
 };
 
+/** Takes what is painted, in its order. */
+class PathSink
+{
+public:
+    PathSink() = default;
+    virtual ~PathSink() = default;
+    PathSink(PathSink const&) = delete;
+    PathSink& operator=(PathSink const&) = delete;
+
+    /** A path with a line or a curve. */
+    virtual void addPath(RecordedPath path) = 0;
+    /** @param fontFamily of an empty path that was painted with nothing, as in RecordedMark */
+    virtual void addMark(QString const& fontFamily) = 0;
+};
+
 /**
  * A paint device that records the paths that are painted on it, and draws nothing.
  *
@@ -66,6 +81,8 @@ class PathRecorder : public QPaintDevice
 public:
     /** @param scale device units a logical unit; 1 records what the painter was given */
     PathRecorder(QSizeF size, double scale);
+    /** Keeps nothing: what is painted goes to `sink`, which must outlive this. */
+    PathRecorder(QSizeF size, double scale, PathSink& sink);
     ~PathRecorder() override;
 
     /** In the order in which they were painted. Paths without a line or a curve are not recorded. */
@@ -85,10 +102,14 @@ protected:
 private:
     class Engine;
 
+    void take(RecordedPath path);
+    void takeMark(QString const& fontFamily);
+
     QSizeF m_size;
     QTransform m_scale;
     std::vector<RecordedPath> m_paths;
     std::vector<RecordedMark> m_marks;
+    PathSink* m_sink = nullptr; ///< null while paths and marks are kept
     int m_imageCount = 0;
     std::unique_ptr<Engine> m_engine;
 };

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -74,36 +75,32 @@ struct PaintedPath
 
 using PaintedPaths = std::vector<PaintedPath>;
 
-/** Follows the marks between the paths of a picture, or of each symbol of a sprite. */
-class MarkReader
+/** Takes paths one by one. */
+using TakePath = std::function<void(PaintedPath)>;
+
+/** Follows the marks between the paths of a picture, or of the symbols of a sprite. */
+class MarkReader : public PathSink
 {
 public:
-    /** @param symbols how many there are; 0 for a picture */
-    explicit MarkReader(std::size_t symbols)
-        : m_sections(qMax(symbols, std::size_t(1)))
-        , m_isSprite(symbols > 0)
+    /**
+     * @param symbols how many there are; 0 for a picture
+     * @param take is handed each path, with the index of its symbol, or 0
+     */
+    MarkReader(std::size_t symbols, std::function<void(std::size_t, PaintedPath)> take)
+        : m_symbols(symbols)
+        , m_take(std::move(take))
     {
     }
 
-    void read(PathRecorder const& recorder)
-    {
-        std::size_t next = 0;
-        for (RecordedMark const& mark : recorder.marks()) {
-            for (; next < mark.pathCount; ++next)
-                add(recorder.paths()[next]);
-            if (auto const known = SvgMark::fromFamily(mark.fontFamily))
-                follow(*known);
-        }
-        for (; next < recorder.paths().size(); ++next)
-            add(recorder.paths()[next]);
-    }
+    void addPath(RecordedPath path) override { m_take(m_symbol, {std::move(path), m_label}); }
 
-    /** The paths of the picture, or of each symbol, in the order of their numbers. */
-    std::vector<PaintedPaths> const& sections() const { return m_sections; }
+    void addMark(QString const& fontFamily) override
+    {
+        if (auto const known = SvgMark::fromFamily(fontFamily))
+            follow(*known);
+    }
 
 private:
-    void add(RecordedPath const& path) { m_sections[m_section].push_back({path, m_label}); }
-
     /** Of labels in one another, as of a shape that is used, the outermost counts. */
     void follow(SvgMark const& mark)
     {
@@ -117,31 +114,51 @@ private:
                 m_label = -1;
             break;
         case SvgMark::Kind::SymbolBegins:
-            if (m_isSprite && mark.number >= 0)
-                m_section = qMin(static_cast<std::size_t>(mark.number), m_sections.size() - 1);
+            if (m_symbols > 0 && mark.number >= 0)
+                m_symbol = qMin(static_cast<std::size_t>(mark.number), m_symbols - 1);
             m_label = -1;
             break;
         }
     }
 
-    std::vector<PaintedPaths> m_sections;
-    bool m_isSprite;
-    std::size_t m_section = 0;
+    std::size_t const m_symbols;
+    std::function<void(std::size_t, PaintedPath)> const m_take;
+    std::size_t m_symbol = 0;
     int m_label = -1;
 };
 
 /** Qt SVG paints the filling and the line of a shape one after the other; this joins them. */
-PaintedPaths shapes(PaintedPaths const& paths)
+class ShapeJoiner
 {
-    PaintedPaths result;
-    for (PaintedPath const& painted : paths) {
-        if (!result.empty() && isLineOf(painted.path, result.back().path))
-            joinLine(result.back().path, painted.path);
-        else
-            result.push_back(painted);
+public:
+    /** @param take is handed each shape */
+    explicit ShapeJoiner(TakePath take)
+        : m_take(std::move(take))
+    {
     }
-    return result;
-}
+
+    void add(PaintedPath painted)
+    {
+        if (m_last && isLineOf(painted.path, m_last->path)) {
+            joinLine(m_last->path, painted.path);
+            return;
+        }
+        finish();
+        m_last = std::move(painted);
+    }
+
+    /** Hands over the last shape. */
+    void finish()
+    {
+        if (m_last)
+            m_take(std::move(*m_last));
+        m_last.reset();
+    }
+
+private:
+    TakePath const m_take;
+    std::optional<PaintedPath> m_last;
+};
 
 /** Without the filling or the line that cannot be seen. */
 RecordedPath withoutInvisible(RecordedPath shape)
@@ -174,7 +191,8 @@ struct View
 {
     QSizeF size; ///< in user units
     QString symbol; ///< its name; empty for a picture
-    std::function<PaintedPaths(double)> paths; ///< what it paints, so many times as large
+    /** Paints it so many times as large. */
+    std::function<void(double scale, TakePath const& take)> paint;
 };
 
 /** What the view is at a scale. */
@@ -187,8 +205,8 @@ struct ImportedView
 class SvgImport
 {
 public:
-    SvgImport(RewrittenSvg const& svg, SvgImportOptions const& options, Diagnostics& diagnostics)
-        : m_svg(svg)
+    SvgImport(RewrittenSvg svg, SvgImportOptions const& options, Diagnostics& diagnostics)
+        : m_svg(std::move(svg))
         , m_options(options)
         , m_diagnostics(diagnostics)
     {
@@ -197,14 +215,8 @@ public:
     /** Nothing, with a diagnostic, if there is no picture to be had. */
     std::optional<ImportedPictures> import()
     {
-        QSvgRenderer renderer;
-        // Without frames there is no timer, which would need an application.
-        renderer.setFramesPerSecond(0);
-        if (!load(renderer))
-            return std::nullopt;
         ImportedPictures pictures;
-        if (!(m_svg.symbols.empty() ? addPicture(pictures, renderer)
-                                    : addSymbols(pictures, renderer)))
+        if (!paint(pictures))
             return std::nullopt;
         if (m_unpainted > 0) {
             m_diagnostics.warning(m_options.file,
@@ -220,9 +232,21 @@ public:
     }
 
 private:
-    bool load(QSvgRenderer& renderer) const
+    /** False, with a diagnostic, if there is no picture to be had. What Qt SVG keeps is free then. */
+    bool paint(ImportedPictures& pictures)
     {
-        if (renderer.load(m_svg.text))
+        QSvgRenderer renderer;
+        // Without frames there is no timer, which would need an application.
+        renderer.setFramesPerSecond(0);
+        if (!load(renderer))
+            return false;
+        return m_svg.symbols.empty() ? addPicture(pictures, renderer)
+                                     : addSymbols(pictures, renderer);
+    }
+
+    bool load(QSvgRenderer& renderer)
+    {
+        if (renderer.load(std::exchange(m_svg.text, QByteArray())))
             return true;
         QStringList const reasons = m_options.takeMessages();
         QString const reason =
@@ -232,41 +256,35 @@ private:
         return false;
     }
 
-    std::vector<PaintedPaths> painted(
-        QSvgRenderer& renderer, QSizeF const& userSize, double scale) const
-    {
-        PathRecorder recorder(userSize, scale);
-        QPainter painter(&recorder);
-        renderer.render(&painter, QRectF(QPointF(0.0, 0.0), userSize));
-        painter.end();
-        MarkReader marks(m_svg.symbols.size());
-        marks.read(recorder);
-        return marks.sections();
-    }
-
     bool addPicture(ImportedPictures& pictures, QSvgRenderer& renderer)
     {
         QSizeF const userSize = renderer.viewBoxF().size();
-        return add(pictures, {userSize, QString(), [&](double scale) {
-                                  return painted(renderer, userSize, scale).front();
-                              }});
+        auto const paint = [&](double scale, TakePath const& take) {
+            MarkReader marks(0, [&take](std::size_t, PaintedPath path) { take(std::move(path)); });
+            paintAll(renderer, userSize, scale, marks);
+        };
+        return add(pictures, {userSize, QString(), paint});
     }
 
     bool addSymbols(ImportedPictures& pictures, QSvgRenderer& renderer)
     {
-        auto const all = painted(renderer, renderer.viewBoxF().size(), 1.0);
+        std::vector<PaintedPaths> all(m_svg.symbols.size());
+        MarkReader marks(all.size(), [&all](std::size_t symbol, PaintedPath path) {
+            all[symbol].push_back(std::move(path));
+        });
+        paintAll(renderer, renderer.viewBoxF().size(), 1.0, marks);
         int withoutSize = 0;
         for (std::size_t i = 0; i < m_svg.symbols.size(); ++i) {
             SvgSymbol const& symbol = m_svg.symbols[i];
             QSizeF const size = symbol.box.size();
+            PaintedPaths const paths = std::move(all[i]);
+            auto const paint = [&paths](double scale, TakePath const& take) {
+                for (PaintedPath const& path : paths)
+                    take(scaled(path, scale));
+            };
             if (!isPositive(size.width()) || !isPositive(size.height()))
                 ++withoutSize;
-            else if (!add(pictures, {size, symbol.name, [&](double scale) {
-                                         PaintedPaths paths;
-                                         for (PaintedPath const& path : all[i])
-                                             paths.push_back(scaled(path, scale));
-                                         return paths;
-                                     }}))
+            else if (!add(pictures, {size, symbol.name, paint}))
                 return false;
         }
         if (withoutSize > 0) {
@@ -275,6 +293,14 @@ private:
                     .arg(countText(withoutSize, QStringLiteral("symbol"))));
         }
         return true;
+    }
+
+    static void paintAll(
+        QSvgRenderer& renderer, QSizeF const& userSize, double scale, MarkReader& marks)
+    {
+        PathRecorder recorder(userSize, scale, marks);
+        QPainter painter(&recorder);
+        renderer.render(&painter, QRectF(QPointF(0.0, 0.0), userSize));
     }
 
     /** False, with a diagnostic, if the view is empty or too large. */
@@ -295,8 +321,10 @@ private:
         double const longerSide = qMax(view.size.width(), view.size.height());
         Diagnostics usual;
         auto imported = atScale(view, defaultPictureSide / longerSide, usual);
-        if (imported && countLostLines(imported->outlines) > 0)
+        if (imported && countLostLines(imported->outlines) > 0) {
+            imported.reset();
             return atScale(view, finePictureSide / longerSide, m_diagnostics);
+        }
         m_diagnostics.append(usual);
         return imported;
     }
@@ -310,8 +338,9 @@ private:
                 view.symbol.isEmpty() ? fault : QStringLiteral("%1: %2").arg(view.symbol, fault));
             return std::nullopt;
         }
+        result.outlines.keepsPainted = m_options.keepsPainted;
         int number = 0;
-        for (PaintedPath const& painted : shapes(view.paths(scale))) {
+        ShapeJoiner joiner([&](PaintedPath const& painted) {
             ++number;
             RecordedPath const shape = withoutInvisible(painted.path);
             if (shape.brush.style() == Qt::NoBrush && shape.pen.style() == Qt::NoPen) {
@@ -320,7 +349,9 @@ private:
                 appendOutline(result.outlines, shape, nameOf(painted, view, number), m_options.file,
                     diagnostics);
             }
-        }
+        });
+        view.paint(scale, [&joiner](PaintedPath path) { joiner.add(std::move(path)); });
+        joiner.finish();
         if (!view.symbol.isEmpty() && result.outlines.outlines.size() == 1)
             result.outlines.outlines.front().name = view.symbol;
         return result;
@@ -343,7 +374,7 @@ private:
         }
     }
 
-    RewrittenSvg const& m_svg;
+    RewrittenSvg m_svg; ///< its text until it is loaded
     SvgImportOptions const& m_options;
     Diagnostics& m_diagnostics;
     int m_unpainted = 0;
@@ -382,11 +413,11 @@ std::optional<ImportedPictures> importSvg(
             options.file, QStringLiteral("the scale must be a number and not negative"));
         return std::nullopt;
     }
-    auto const rewritten = preparedSvg(svg, options.file, diagnostics);
+    auto rewritten = preparedSvg(svg, options.file, diagnostics);
     if (!rewritten)
         return std::nullopt;
     if (rewritten->hasText)
         startFonts();
     options.takeMessages();
-    return SvgImport(*rewritten, options, diagnostics).import();
+    return SvgImport(std::move(*rewritten), options, diagnostics).import();
 }

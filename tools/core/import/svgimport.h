@@ -25,6 +25,7 @@ struct SvgImportOptions
     double scale = 0.0;
     TakeMessages takeMessages; ///< not empty
     bool tellsLosses = true; ///< whether warnOfLosses() is called: not where only shapes matter
+    bool keepsPainted = false; ///< as in ImportedOutlines
 };
 
 /**

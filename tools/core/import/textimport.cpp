@@ -139,7 +139,7 @@ std::optional<ImportedOutlines> importText(
 
     ImportedOutlines picture {
         QSizeF(typesetter.x, (font->ascent() + font->descent()) * typesetter.scale), {},
-        typesetter.scale};
+        typesetter.scale, options.keepsPainted};
     if (QString const fault = textSizeFault(picture.size, options); !fault.isEmpty()) {
         diagnostics.error(file, fault);
         return std::nullopt;

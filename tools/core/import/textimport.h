@@ -14,6 +14,7 @@ struct TextImportOptions
     /** What the user calls the em's size: a diagnostic tells which would do. */
     QString emName = QStringLiteral("em");
     TakeMessages takeMessages; ///< not empty
+    bool keepsPainted = false; ///< as in ImportedOutlines
 };
 
 /**
