@@ -54,13 +54,17 @@ struct Interval
     double length() const { return end - start; }
 };
 
-/** A side of a polygon, horizontal or going down. */
+/** A side of a polygon. */
 struct Edge
 {
-    QPointF top;
-    QPointF bottom;
-    int direction; ///< 1 if the subpath runs down here, -1 if up
-    std::size_t subpath;
+    QPointF start;
+    QPointF end;
+
+    bool isUpwards() const { return !(start.y() <= end.y()); }
+    QPointF const& top() const { return isUpwards() ? end : start; }
+    QPointF const& bottom() const { return isUpwards() ? start : end; }
+    /** 1 if the subpath runs down here, -1 if up. */
+    int direction() const { return isUpwards() ? -1 : 1; }
 };
 
 struct Subpath
@@ -72,6 +76,8 @@ struct Subpath
     double tolerance = 0.0;
     std::size_t firstEdge = 0;
     std::size_t edgeCount = 0;
+    std::size_t firstLevel = 0;
+    std::size_t levelCount = 0;
 
     double size() const { return std::max(x.length(), y.length()); }
 };
@@ -100,7 +106,6 @@ class FlatPath
 public:
     explicit FlatPath(QPainterPath const& path)
         : m_subpaths(subpathsOf(path))
-        , m_levels(m_subpaths.size())
         , m_maximumPieces(std::clamp(
               piecesOfAllCurves / std::max(1, path.elementCount()), 4, maximumPiecesOfCurve))
     {
@@ -114,11 +119,13 @@ public:
         }
         double const size = std::max(x.length(), y.length());
         m_isMeasurable = m_subpaths.empty() || size < largestSize;
-        for (std::size_t i = 0; i < m_subpaths.size() && m_isMeasurable; ++i) {
-            Subpath& subpath = m_subpaths[i];
+        if (!m_isMeasurable)
+            return;
+        for (Subpath& subpath : m_subpaths)
             subpath.tolerance = std::min(pathTolerance * size, subpathTolerance * subpath.size());
-            flatten(path, i);
-        }
+        m_edges.reserve(countEdges(path));
+        for (Subpath& subpath : m_subpaths)
+            flatten(path, subpath);
     }
 
     /** False if the path is larger than largestSize. */
@@ -127,32 +134,10 @@ public:
     std::vector<Subpath> const& subpaths() const { return m_subpaths; }
     std::vector<Edge> const& edges() const { return m_edges; }
 
-    /** Where a subpath may begin, bend or turn back on its way up or down. */
-    std::vector<double> const& levels(std::size_t subpath) const { return m_levels[subpath]; }
+    /** Where subpaths may begin, bend or turn back on their way up or down, one behind the other. */
+    std::vector<double> const& levels() const { return m_levels; }
 
 private:
-    void flatten(QPainterPath const& path, std::size_t index)
-    {
-        Subpath& subpath = m_subpaths[index];
-        subpath.firstEdge = m_edges.size();
-        QPointF const start = path.elementAt(subpath.firstElement);
-        QPointF last = start;
-        int const end = subpath.firstElement + subpath.elementCount;
-        for (int i = subpath.firstElement; i < end; ++i) {
-            QPainterPath::Element const element = path.elementAt(i);
-            if (element.isCurveTo() && i + 2 < end) {
-                addCurve({last, element, path.elementAt(i + 1), path.elementAt(i + 2)}, index);
-                i += 2;
-            } else {
-                addEdge(last, element, index);
-            }
-            last = path.elementAt(i);
-            m_levels[index].push_back(last.y());
-        }
-        addEdge(last, start, index);
-        subpath.edgeCount = m_edges.size() - subpath.firstEdge;
-    }
-
     struct Curve
     {
         QPointF start, control1, control2, end;
@@ -173,41 +158,97 @@ private:
         }
     };
 
-    void addCurve(Curve const& curve, std::size_t index)
+    /** Hands over each line and each curve of a subpath, with its end. */
+    template <class VisitLine, class VisitCurve>
+    static void visit(QPainterPath const& path, Subpath const& subpath, VisitLine const& visitLine,
+        VisitCurve const& visitCurve)
     {
-        double const distance = flatness * m_subpaths[index].tolerance;
+        QPointF last = path.elementAt(subpath.firstElement);
+        int const end = subpath.firstElement + subpath.elementCount;
+        for (int i = subpath.firstElement; i < end; ++i) {
+            QPainterPath::Element const element = path.elementAt(i);
+            if (element.isCurveTo() && i + 2 < end) {
+                visitCurve({last, element, path.elementAt(i + 1), path.elementAt(i + 2)});
+                i += 2;
+            } else {
+                visitLine(last, element);
+            }
+            last = path.elementAt(i);
+        }
+    }
+
+    /** At most so many edges there will be. */
+    std::size_t countEdges(QPainterPath const& path) const
+    {
+        std::size_t count = 0;
+        for (Subpath const& subpath : m_subpaths) {
+            visit(
+                path, subpath, [&count](QPointF const&, QPointF const&) { ++count; },
+                [&](Curve const& curve) {
+                    count += static_cast<std::size_t>(piecesOf(curve, subpath));
+                });
+            ++count;
+        }
+        return count;
+    }
+
+    void flatten(QPainterPath const& path, Subpath& subpath)
+    {
+        subpath.firstEdge = m_edges.size();
+        subpath.firstLevel = m_levels.size();
+        QPointF const start = path.elementAt(subpath.firstElement);
+        QPointF last = start;
+        visit(
+            path, subpath,
+            [&](QPointF const& from, QPointF const& to) {
+                addEdge(from, to);
+                m_levels.push_back(to.y());
+                last = to;
+            },
+            [&](Curve const& curve) {
+                addCurve(curve, piecesOf(curve, subpath));
+                m_levels.push_back(curve.end.y());
+                last = curve.end;
+            });
+        addEdge(last, start);
+        subpath.edgeCount = m_edges.size() - subpath.firstEdge;
+        subpath.levelCount = m_levels.size() - subpath.firstLevel;
+    }
+
+    int piecesOf(Curve const& curve, Subpath const& subpath) const
+    {
+        double const distance = flatness * subpath.tolerance;
         double const wanted = std::sqrt(0.75 * curve.bend() / distance);
         // The comparison is so that a curve without extent has one piece.
-        int const pieces = wanted > 1.0
-            ? static_cast<int>(std::ceil(std::min<double>(wanted, m_maximumPieces)))
-            : 1;
+        return wanted > 1.0 ? static_cast<int>(std::ceil(std::min<double>(wanted, m_maximumPieces)))
+                            : 1;
+    }
+
+    void addCurve(Curve const& curve, int pieces)
+    {
         QPointF last = curve.start;
         double lastRise = 0.0;
         for (int i = 1; i <= pieces; ++i) {
             QPointF const next = i < pieces ? curve.at(double(i) / pieces) : curve.end;
             double const rise = next.y() - last.y();
             if (rise * lastRise < 0.0)
-                m_levels[index].push_back(last.y());
-            addEdge(last, next, index);
+                m_levels.push_back(last.y());
+            addEdge(last, next);
             last = next;
             lastRise = rise;
         }
     }
 
-    void addEdge(QPointF start, QPointF end, std::size_t index)
+    void addEdge(QPointF const& start, QPointF const& end)
     {
         bool const isPoint = !(start.x() < end.x() || start.x() > end.x())
             && !(start.y() < end.y() || start.y() > end.y());
-        if (isPoint)
-            return;
-        if (start.y() <= end.y())
-            m_edges.push_back({start, end, 1, index});
-        else
-            m_edges.push_back({end, start, -1, index});
+        if (!isPoint)
+            m_edges.push_back({start, end});
     }
 
     std::vector<Subpath> m_subpaths;
-    std::vector<std::vector<double>> m_levels;
+    std::vector<double> m_levels;
     std::vector<Edge> m_edges;
     int m_maximumPieces;
     bool m_isMeasurable = false;
@@ -360,22 +401,35 @@ struct Meeting
 class GroupSweep
 {
 public:
+    /** @param path it must outlive this */
     GroupSweep(FlatPath const& path, Group const& group)
+        : m_path(path)
     {
-        for (std::size_t local = 0; local < group.size(); ++local) {
-            Subpath const& subpath = path.subpaths()[group[local]];
+        std::size_t edges = 0;
+        std::size_t levels = 0;
+        for (std::size_t const index : group) {
+            Subpath const& subpath = path.subpaths()[index];
             m_subpaths.push_back(&subpath);
-            for (std::size_t i = 0; i < subpath.edgeCount; ++i) {
-                m_edges.push_back(path.edges()[subpath.firstEdge + i]);
-                m_edges.back().subpath = local;
-            }
-            auto const& levels = path.levels(group[local]);
-            m_rows.insert(m_rows.end(), levels.begin(), levels.end());
+            edges += subpath.edgeCount;
+            levels += subpath.levelCount;
         }
-        std::sort(m_edges.begin(), m_edges.end(),
-            [this](Edge const& a, Edge const& b) { return upperEnd(a) < upperEnd(b); });
+        m_sides.reserve(edges);
+        m_rows.reserve(levels + evenRows);
+        for (std::size_t local = 0; local < group.size(); ++local) {
+            Subpath const& subpath = *m_subpaths[local];
+            for (std::size_t i = 0; i < subpath.edgeCount; ++i) {
+                m_sides.push_back(
+                    {static_cast<quint32>(subpath.firstEdge + i), static_cast<quint32>(local)});
+            }
+            auto const first =
+                path.levels().begin() + static_cast<std::ptrdiff_t>(subpath.firstLevel);
+            m_rows.insert(
+                m_rows.end(), first, first + static_cast<std::ptrdiff_t>(subpath.levelCount));
+        }
+        std::sort(m_sides.begin(), m_sides.end(),
+            [this](Side const& a, Side const& b) { return upperEnd(a) < upperEnd(b); });
         double const share =
-            double(m_edges.size()) / double(std::max<std::size_t>(1, path.edges().size()));
+            double(m_sides.size()) / double(std::max<std::size_t>(1, path.edges().size()));
         chooseRows(meetingsOfGroup + meetingsOfPath * share);
     }
 
@@ -389,15 +443,15 @@ public:
         std::vector<Meeting> meetings;
         std::size_t next = 0;
         for (double const row : m_rows) {
-            for (; next < m_edges.size() && upperEnd(m_edges[next]) <= row; ++next)
+            for (; next < m_sides.size() && upperEnd(m_sides[next]) <= row; ++next)
                 active.push_back(next);
             meetings.clear();
             std::size_t kept = 0;
             for (std::size_t const index : active) {
-                if (lowerEnd(m_edges[index]) < row)
+                if (lowerEnd(m_sides[index]) < row)
                     continue;
                 active[kept++] = index;
-                meetings.push_back(meeting(m_edges[index], row));
+                meetings.push_back(meeting(m_sides[index], row));
             }
             active.resize(kept);
             if (!visitRow(meetings, visit))
@@ -406,9 +460,23 @@ public:
     }
 
 private:
-    double tolerance(Edge const& edge) const { return m_subpaths[edge.subpath]->tolerance; }
-    double upperEnd(Edge const& edge) const { return edge.top.y() - 0.5 * tolerance(edge); }
-    double lowerEnd(Edge const& edge) const { return edge.bottom.y() + 0.5 * tolerance(edge); }
+    /** An edge of the path. */
+    struct Side
+    {
+        quint32 edge; ///< its index in the path: of a text of 256 MiB there are fewer
+        quint32 subpath; ///< counted from 0 in the group
+    };
+
+    Edge const& edgeOf(Side const& side) const { return m_path.edges()[side.edge]; }
+    double tolerance(Side const& side) const { return m_subpaths[side.subpath]->tolerance; }
+    double upperEnd(Side const& side) const
+    {
+        return edgeOf(side).top().y() - 0.5 * tolerance(side);
+    }
+    double lowerEnd(Side const& side) const
+    {
+        return edgeOf(side).bottom().y() + 0.5 * tolerance(side);
+    }
 
     void chooseRows(double affordableMeetings)
     {
@@ -435,9 +503,9 @@ private:
     double countMeetings() const
     {
         double count = 0.0;
-        for (Edge const& edge : m_edges) {
-            auto const first = std::lower_bound(m_rows.begin(), m_rows.end(), upperEnd(edge));
-            count += double(std::upper_bound(first, m_rows.end(), lowerEnd(edge)) - first);
+        for (Side const& side : m_sides) {
+            auto const first = std::lower_bound(m_rows.begin(), m_rows.end(), upperEnd(side));
+            count += double(std::upper_bound(first, m_rows.end(), lowerEnd(side)) - first);
         }
         return count;
     }
@@ -474,20 +542,23 @@ private:
         std::sort(m_rows.begin(), m_rows.end());
     }
 
-    Meeting meeting(Edge const& edge, double row) const
+    Meeting meeting(Side const& side, double row) const
     {
-        double const margin = 0.5 * tolerance(edge);
-        bool const crosses = edge.top.y() <= row && row < edge.bottom.y();
-        Meeting result {{}, tolerance(edge), {edge.subpath, crosses ? edge.direction : 0}};
-        double const height = edge.bottom.y() - edge.top.y();
+        Edge const& edge = edgeOf(side);
+        QPointF const& top = edge.top();
+        QPointF const& bottom = edge.bottom();
+        double const margin = 0.5 * tolerance(side);
+        bool const crosses = top.y() <= row && row < bottom.y();
+        Meeting result {{}, tolerance(side), {side.subpath, crosses ? edge.direction() : 0}};
+        double const height = bottom.y() - top.y();
         if (height > 0.0) {
             for (double const y : {row - margin, row + margin}) {
-                double const part = std::clamp((y - edge.top.y()) / height, 0.0, 1.0);
-                result.x.include(edge.top.x() + part * (edge.bottom.x() - edge.top.x()));
+                double const part = std::clamp((y - top.y()) / height, 0.0, 1.0);
+                result.x.include(top.x() + part * (bottom.x() - top.x()));
             }
         } else {
-            result.x.include(edge.top.x());
-            result.x.include(edge.bottom.x());
+            result.x.include(top.x());
+            result.x.include(bottom.x());
         }
         return result;
     }
@@ -522,8 +593,9 @@ private:
         return equation.empty() || visit(equation);
     }
 
+    FlatPath const& m_path;
     std::vector<Subpath const*> m_subpaths;
-    std::vector<Edge> m_edges; ///< from the top down; their subpaths count from 0 in the group
+    std::vector<Side> m_sides; ///< from the top down
     std::vector<double> m_rows; ///< from the top down
     bool m_hasEnoughRows = false;
 };

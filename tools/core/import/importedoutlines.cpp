@@ -7,6 +7,7 @@
 #include "kppathsegellipse.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -84,7 +85,7 @@ QString pictureSizeFault(QSizeF const& size)
 }
 
 void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QString const& name,
-    QString const& file, Diagnostics& diagnostics)
+    QString const& file, Diagnostics& diagnostics, std::unique_ptr<KpPathSegList> list)
 {
     if (!isFinite(painted.path)) {
         diagnostics.warning(
@@ -101,7 +102,7 @@ void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QStri
     } else {
         OrientedPath const oriented =
             isFilled ? orientedForBothRules(painted.path) : OrientedPath {painted.path, true};
-        outline.list = outlineOf(oriented.path);
+        outline.list = list ? std::move(list) : outlineOf(oriented.path);
         if (!oriented.isSameForBothRules)
             outline.fillRule = painted.path.fillRule();
     }

@@ -85,8 +85,10 @@ QString pictureSizeFault(QSizeF const& size);
  * is left out with a warning.
  *
  * @param file the picture's name in the warning
+ * @param list takes the place of the one that would be made of the path, whose directions stay then;
+ *     null if there is none
  */
 void appendOutline(ImportedOutlines& picture, RecordedPath const& painted, QString const& name,
-    QString const& file, Diagnostics& diagnostics);
+    QString const& file, Diagnostics& diagnostics, std::unique_ptr<KpPathSegList> list = nullptr);
 
 #endif // IMPORTEDOUTLINES_H

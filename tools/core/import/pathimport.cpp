@@ -80,12 +80,11 @@ std::optional<ImportedOutlines> importPath(
         diagnostics.error(options.source, fault);
         return std::nullopt;
     }
-    appendOutline(picture, painted, QStringLiteral("path 1"), options.source, diagnostics);
+    // No subpath is turned round, for that helps no nonzero winding: the segments stay as written.
+    appendOutline(
+        picture, painted, QStringLiteral("path 1"), options.source, diagnostics, std::move(list));
     if (picture.outlines.empty())
         return std::nullopt;
-    // No subpath was turned round, for that helps no nonzero winding: the segments stay as written.
-    list->updateRate(box->width(), box->height());
-    picture.outlines.front().list = std::move(list);
     warnOfLosses(picture, options.source, diagnostics);
     return picture;
 }
