@@ -30,6 +30,8 @@ std::vector<Kind> const& pictureKinds();
 std::vector<Kind> const& outlineKinds();
 /** Those of shapes in DrawingML. */
 std::vector<Kind> const& drawingKinds();
+/** Those of lists of shapes in DrawingML, in the first of which the body begins and ends. */
+std::vector<Kind> const& presetKinds();
 /** Those of OpenDocument drawings. */
 std::vector<Kind> const& odfKinds();
 /** Those of the data of a path; the body is all that there is. */

@@ -184,19 +184,6 @@ std::vector<Kind> const& drawingKinds()
                     + "</gdLst><pathLst><path><moveTo><pt x='g1' y='0'/></moveTo>"
                       "<lnTo><pt x='g2' y='5'/></lnTo></path></pathLst>");
             }},
-        // As those of a list of presets: a few guides and steps each.
-        {"shapes",
-            [](int size) {
-                return body("</shape>"
-                    + filled(size,
-                        "<shape%1><avLst><gd name='adj' fmla='val 25000'/></avLst><gdLst>"
-                        "<gd name='a' fmla='pin 0 adj 50000'/><gd name='x1' fmla='*/ ss a 100000'/>"
-                        "<gd name='x2' fmla='+- r 0 x1'/></gdLst><pathLst><path>"
-                        "<moveTo><pt x='l' y='b'/></moveTo><lnTo><pt x='x1' y='t'/></lnTo>"
-                        "<lnTo><pt x='x2' y='t'/></lnTo><lnTo><pt x='r' y='b'/></lnTo><close/>"
-                        "</path></pathLst></shape%1>")
-                    + "<shape>");
-            }},
         {"chain of guides",
             [](int size) {
                 QByteArray guides = "<gd name='g0' fmla='val 1'/>";
@@ -220,6 +207,26 @@ std::vector<Kind> const& drawingKinds()
                 return body("<gdLst><gd name='g' fmla='val " + QByteArray(size, '1')
                     + "'/></gdLst><pathLst><path><moveTo><pt x='g' "
                       "y='0'/></moveTo></path></pathLst>");
+            }},
+    };
+    return kinds;
+}
+
+std::vector<Kind> const& presetKinds()
+{
+    static std::vector<Kind> const kinds {
+        // As those of a list of presets: a few guides and steps each.
+        {"shapes",
+            [](int size) {
+                return body("</shape>"
+                    + filled(size,
+                        "<shape%1><avLst><gd name='adj' fmla='val 25000'/></avLst><gdLst>"
+                        "<gd name='a' fmla='pin 0 adj 50000'/><gd name='x1' fmla='*/ ss a 100000'/>"
+                        "<gd name='x2' fmla='+- r 0 x1'/></gdLst><pathLst><path>"
+                        "<moveTo><pt x='l' y='b'/></moveTo><lnTo><pt x='x1' y='t'/></lnTo>"
+                        "<lnTo><pt x='x2' y='t'/></lnTo><lnTo><pt x='r' y='b'/></lnTo><close/>"
+                        "</path></pathLst></shape%1>")
+                    + "<shape>");
             }},
     };
     return kinds;
