@@ -2,6 +2,9 @@
 add_executable(growth growth/growth.cpp growth/kinds.cpp growth/kinds.h growth/picturekinds.cpp)
 target_link_libraries(growth
   PRIVATE kpgeometry_settings kpgeomcore KpGeometry::kpgeometry KpGeometry::KPBX)
+if(NOT KPGEOMETRY_SANITIZERS)
+  add_test(NAME readers COMMAND ${PROJECT_SOURCE_DIR}/scripts/readers.py $<TARGET_FILE:growth> 1)
+endif()
 find_program(KPGEOMETRY_VALGRIND valgrind)
 if(KPGEOMETRY_VALGRIND AND NOT KPGEOMETRY_SANITIZERS)
   add_test(NAME growth COMMAND ${PROJECT_SOURCE_DIR}/scripts/growth.py $<TARGET_FILE:growth>)
