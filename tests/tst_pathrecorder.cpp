@@ -1,4 +1,4 @@
-#include "import/pathrecorder.h"
+#include "recordertesting.h"
 
 #include <QImage>
 #include <QLinearGradient>
@@ -7,6 +7,7 @@
 
 #include <functional>
 
+using RecorderTesting::KeepingRecorder;
 using Drawing = std::function<void(QPainter&)>;
 Q_DECLARE_METATYPE(Drawing)
 Q_DECLARE_METATYPE(Qt::PenStyle)
@@ -28,7 +29,7 @@ QString text(QPainterPath const& path)
 }
 
 /** One line a path: its fill, its line, its elements. */
-QString text(PathRecorder const& recorder)
+QString text(KeepingRecorder const& recorder)
 {
     QStringList lines;
     for (RecordedPath const& painted : recorder.paths()) {
@@ -44,7 +45,7 @@ QString text(PathRecorder const& recorder)
     return lines.join(QLatin1Char('\n'));
 }
 
-void record(PathRecorder& recorder, Drawing const& draw)
+void record(KeepingRecorder& recorder, Drawing const& draw)
 {
     QPainter painter(&recorder);
     draw(painter);
@@ -200,7 +201,7 @@ void TestPathRecorder::recordsEveryDrawingCall()
     QFETCH(Drawing, draw);
     QFETCH(double, scale);
     QFETCH(QString, expected);
-    PathRecorder recorder(QSizeF(100.0, 100.0), scale);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), scale);
     record(recorder, draw);
     QCOMPARE(text(recorder), expected);
     QCOMPARE(recorder.imageCount(), 0);
@@ -208,7 +209,7 @@ void TestPathRecorder::recordsEveryDrawingCall()
 
 void TestPathRecorder::recordsTextAsItsGlyphs()
 {
-    PathRecorder recorder(QSizeF(100.0, 100.0), 10.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 10.0);
     record(recorder, [](QPainter& painter) {
         QFont font(QStringLiteral("DejaVu Sans"));
         font.setPixelSize(20);
@@ -267,7 +268,7 @@ void TestPathRecorder::notesUprightEllipses()
     QFETCH(QTransform, transform);
     QFETCH(Qt::PenStyle, line);
     QFETCH(QRectF, expected);
-    PathRecorder recorder(QSizeF(100.0, 100.0), 10.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 10.0);
     record(recorder, [&](QPainter& painter) {
         painter.setTransform(transform);
         painter.setPen(line);
@@ -287,7 +288,7 @@ void TestPathRecorder::notesUprightEllipses()
 
 void TestPathRecorder::recordsMarks()
 {
-    PathRecorder recorder(QSizeF(100.0, 100.0), 1.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 1.0);
     record(recorder, [](QPainter& painter) {
         QFont font;
         painter.setPen(Qt::NoPen);
@@ -316,7 +317,7 @@ void TestPathRecorder::recordsMarks()
 
 void TestPathRecorder::keepsPenAndBrushInTheirOwnCoordinates()
 {
-    PathRecorder recorder(QSizeF(100.0, 100.0), 10.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 10.0);
     QBrush const brush = gradient();
     QPen const pen(Qt::blue, 3.0, Qt::DashLine);
     record(recorder, [&](QPainter& painter) {
@@ -342,7 +343,7 @@ void TestPathRecorder::keepsPenAndBrushInTheirOwnCoordinates()
 
 void TestPathRecorder::countsImages()
 {
-    PathRecorder recorder(QSizeF(100.0, 100.0), 1.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 1.0);
     record(recorder, [](QPainter& painter) {
         QImage const image = blank();
         painter.drawImage(0, 0, image);
@@ -355,7 +356,7 @@ void TestPathRecorder::countsImages()
 
 void TestPathRecorder::marksClippedPaths()
 {
-    PathRecorder recorder(QSizeF(100.0, 100.0), 1.0);
+    KeepingRecorder recorder(QSizeF(100.0, 100.0), 1.0);
     record(recorder, [](QPainter& painter) {
         painter.drawRect(0, 0, 50, 50);
         painter.setClipRect(0, 0, 10, 10);
@@ -457,7 +458,7 @@ void TestPathRecorder::paintsAgainWhatWasPainted()
     QVERIFY(direct != blank());
 
     for (double const scale : {1.0, 8.0}) {
-        PathRecorder recorder(QSizeF(40.0, 40.0), scale);
+        KeepingRecorder recorder(QSizeF(40.0, 40.0), scale);
         record(recorder, drawSmoothly);
         QImage again = blank();
         QPainter painter(&again);
@@ -472,7 +473,7 @@ void TestPathRecorder::paintsAgainWhatWasPainted()
 
 void TestPathRecorder::paintsAnotherOutlineInTheSameWay()
 {
-    PathRecorder recorder(QSizeF(40.0, 40.0), 2.0);
+    KeepingRecorder recorder(QSizeF(40.0, 40.0), 2.0);
     record(recorder, [](QPainter& painter) { painter.fillRect(0, 0, 10, 10, Qt::red); });
     QPainterPath square;
     square.addRect(20.0, 20.0, 40.0, 40.0);
@@ -489,7 +490,7 @@ void TestPathRecorder::paintsAnotherOutlineInTheSameWay()
 
 void TestPathRecorder::leavesThePainterAsItWas()
 {
-    PathRecorder recorder(QSizeF(40.0, 40.0), 2.0);
+    KeepingRecorder recorder(QSizeF(40.0, 40.0), 2.0);
     record(recorder, [](QPainter& painter) {
         painter.rotate(30.0);
         painter.fillPath(triangle(), Qt::red);
@@ -508,7 +509,7 @@ void TestPathRecorder::leavesThePainterAsItWas()
 
 void TestPathRecorder::paintsNothingThroughASingularTransform()
 {
-    PathRecorder recorder(QSizeF(40.0, 40.0), 1.0);
+    KeepingRecorder recorder(QSizeF(40.0, 40.0), 1.0);
     record(recorder, [](QPainter& painter) {
         painter.scale(1.0, 0.0);
         painter.fillPath(triangle(), Qt::red);
@@ -523,7 +524,7 @@ void TestPathRecorder::paintsNothingThroughASingularTransform()
 
 void TestPathRecorder::hasTheMetricsOfAScreen()
 {
-    PathRecorder const recorder(QSizeF(192.0, 95.5), 10.0);
+    KeepingRecorder const recorder(QSizeF(192.0, 95.5), 10.0);
     QCOMPARE(recorder.width(), 192);
     QCOMPARE(recorder.height(), 96);
     QCOMPARE(recorder.widthMM(), 51); // two inches
@@ -534,7 +535,7 @@ void TestPathRecorder::hasTheMetricsOfAScreen()
     QCOMPARE(recorder.physicalDpiY(), 96);
     QCOMPARE(recorder.depth(), 32);
     QCOMPARE(recorder.devicePixelRatioF(), 1.0);
-    PathRecorder const boundless(QSizeF(1e300, -1.0), 1.0);
+    KeepingRecorder const boundless(QSizeF(1e300, -1.0), 1.0);
     QCOMPARE(boundless.width(), 1000000000);
     QCOMPARE(boundless.height(), 0);
 }

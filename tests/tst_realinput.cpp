@@ -2,6 +2,7 @@
 #include "import/svgimport.h"
 #include "outlinetesting.h"
 #include "process/messagelog.h"
+#include "recordertesting.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -348,7 +349,7 @@ public:
 
     RecordedPath recorded() const
     {
-        PathRecorder recorder(box(), 1.0);
+        RecorderTesting::KeepingRecorder recorder(box(), 1.0);
         QPainter painter(&recorder);
         draw(painter);
         painter.end();

@@ -180,7 +180,7 @@ private:
     {
         if (path.isEmpty()) {
             if (pen.style() == Qt::NoPen && brush.style() == Qt::NoBrush)
-                m_recorder.takeMark(fontFamily());
+                m_recorder.m_sink.addMark(fontFamily());
             return;
         }
         RecordedPath recorded;
@@ -196,42 +196,21 @@ private:
         bool const isPlainLine = pen.style() == Qt::NoPen || pen.style() == Qt::SolidLine;
         if (!ellipse.isEmpty() && staysUpright(recorded.transform, isPlainLine))
             recorded.ellipse = recorded.transform.mapRect(ellipse);
-        m_recorder.take(std::move(recorded));
+        m_recorder.m_sink.addPath(std::move(recorded));
     }
 
     PathRecorder& m_recorder;
 };
 
-PathRecorder::PathRecorder(QSizeF size, double scale)
+PathRecorder::PathRecorder(QSizeF size, double scale, PathSink& sink)
     : m_size(size)
     , m_scale(QTransform::fromScale(scale, scale))
+    , m_sink(sink)
     , m_engine(std::make_unique<Engine>(*this))
 {
 }
 
-PathRecorder::PathRecorder(QSizeF size, double scale, PathSink& sink)
-    : PathRecorder(size, scale)
-{
-    m_sink = &sink;
-}
-
 PathRecorder::~PathRecorder() = default;
-
-void PathRecorder::take(RecordedPath path)
-{
-    if (m_sink)
-        m_sink->addPath(std::move(path));
-    else
-        m_paths.push_back(std::move(path));
-}
-
-void PathRecorder::takeMark(QString const& fontFamily)
-{
-    if (m_sink)
-        m_sink->addMark(fontFamily);
-    else
-        m_marks.push_back({m_paths.size(), fontFamily});
-}
 
 QPaintEngine* PathRecorder::paintEngine() const
 {

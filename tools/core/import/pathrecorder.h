@@ -12,10 +12,8 @@
 #include <QString>
 #include <QTransform>
 
-#include <cstddef>
 #include <memory>
 #include <optional>
-#include <vector>
 
 /** One painted path, with all that paints it again. */
 struct RecordedPath
@@ -44,13 +42,6 @@ struct RecordedPath
     void paint(QPainter& painter, QPainterPath const& outline) const;
 };
 
-/** An empty path that was painted with nothing: what draws can tell something by it. */
-struct RecordedMark
-{
-    std::size_t pathCount; ///< how many paths were recorded before it
-    QString fontFamily; ///< of the painter, the one thing that paths do not show
-};
-
 /** Takes what is painted, in its order. */
 class PathSink
 {
@@ -60,9 +51,13 @@ public:
     PathSink(PathSink const&) = delete;
     PathSink& operator=(PathSink const&) = delete;
 
-    /** A path with a line or a curve. */
+    /** A path with a line or a curve; others are not recorded. */
     virtual void addPath(RecordedPath path) = 0;
-    /** @param fontFamily of an empty path that was painted with nothing, as in RecordedMark */
+    /**
+     * An empty path that was painted with nothing: what draws can tell something by it.
+     *
+     * @param fontFamily of the painter, the one thing that paths do not show
+     */
     virtual void addMark(QString const& fontFamily) = 0;
 };
 
@@ -79,16 +74,13 @@ public:
 class PathRecorder : public QPaintDevice
 {
 public:
-    /** @param scale device units a logical unit; 1 records what the painter was given */
-    PathRecorder(QSizeF size, double scale);
-    /** Keeps nothing: what is painted goes to `sink`, which must outlive this. */
+    /**
+     * @param scale device units a logical unit; 1 records what the painter was given
+     * @param sink takes what is painted; it must outlive this
+     */
     PathRecorder(QSizeF size, double scale, PathSink& sink);
     ~PathRecorder() override;
 
-    /** In the order in which they were painted. Paths without a line or a curve are not recorded. */
-    std::vector<RecordedPath> const& paths() const { return m_paths; }
-    /** In the order in which they were painted. */
-    std::vector<RecordedMark> const& marks() const { return m_marks; }
     /** Images and pixmaps painted; a tiled one counts once. */
     int imageCount() const { return m_imageCount; }
 
@@ -102,14 +94,9 @@ protected:
 private:
     class Engine;
 
-    void take(RecordedPath path);
-    void takeMark(QString const& fontFamily);
-
     QSizeF m_size;
     QTransform m_scale;
-    std::vector<RecordedPath> m_paths;
-    std::vector<RecordedMark> m_marks;
-    PathSink* m_sink = nullptr; ///< null while paths and marks are kept
+    PathSink& m_sink;
     int m_imageCount = 0;
     std::unique_ptr<Engine> m_engine;
 };

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <functional>
 #include <utility>
+#include <vector>
 
 namespace {
 
