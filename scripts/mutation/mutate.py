@@ -21,7 +21,8 @@ PROGRAMS = ["tst_" + name for name in """
     md5 kpmath kpbound kppoint unitutil quarkmanager xmlstreamwriter kppath kpfilepathmanager
     numbertext kpcolorio kppathseg kppathsegmoveto kppathseglineto kppathsegcurveto
     kppathsegellipse kppathseglist geometryundo geometryxml neighbours useatexit boundedxml
-    kpcolor colorutil kprecentfilemanager largeoutlines recentfilesfile gaussianblur""".split()]
+    markupbounds kpcolor colorutil kprecentfilemanager largeoutlines recentfilesfile savedfile
+    filereplacement gaussianblur""".split()]
 
 
 def options():
@@ -33,6 +34,10 @@ def options():
     parser.add_argument("--again", action="store_true",
                         help="only those that the last run did not catch")
     parser.add_argument("--tests", metavar="NAME,...", help="only with these test programs")
+    parser.add_argument("--slowest", metavar="SECONDS", type=float, default=trial.SLOWEST,
+                        help="only with test functions that take no longer")
+    parser.add_argument("--jobs", metavar="N", type=int, default=os.cpu_count(),
+                        help="how many tests run at a time")
     return parser.parse_args()
 
 
@@ -126,7 +131,7 @@ def main():
     if wanted.again:
         tried = [m for m in tried
                  if outcomes.get(identity(m), "survived") in LEFT]
-    trials = trial.Trials(build.binaries, programs, FOLDER)
+    trials = trial.Trials(build.binaries, programs, FOLDER, wanted.jobs, wanted.slowest)
     print(f"tests pass after {time.monotonic() - start:.0f} s", flush=True)
     done = 0
 

@@ -41,6 +41,8 @@ CONSTANTS = {CursorKind.ENUM_CONSTANT_DECL, CursorKind.STATIC_ASSERT,
 DEFAULTS = {"0", "0.0", "false", "nullptr", "{}", "QString()", "QStringRef()", "QByteArray()"}
 SPACE = re.compile(r"\s|//[^\n]*|/\*.*?\*/", re.S)
 LITERAL = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9'.]*(?:[eE][-+]?\d+)?)[uUlLfF]*\Z")
+# Brackets in these close nothing; the ' between digits is none.
+QUOTED = re.compile(rb"\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9A-Fa-f])'(?:[^'\\\n]|\\.)*'")
 STRING = re.compile(r'(QStringLiteral|QLatin1String)\("((?:[^"\\\n]|\\.)*)"\)')
 
 
@@ -71,6 +73,7 @@ class File:
     def __init__(self, path, name):
         self.name = name
         self.data = path.read_bytes()
+        self.bare = QUOTED.sub(lambda text: b"_" * len(text.group()), self.data)
         self.points = {}
         self.bodies = []  # ranges of function bodies, whether constexpr, names
 
@@ -224,7 +227,7 @@ class Finder:
     def parentheses(self, cursor, after=0):
         """The offsets of the parentheses behind a keyword."""
         start, end = self.offsets(cursor)
-        data = self.file.data
+        data = self.file.bare
         opening = data.find(b"(", start + after, end)
         depth = 0
         for at in range(opening, end) if opening >= 0 else []:
