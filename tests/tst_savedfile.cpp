@@ -1,6 +1,9 @@
 #include "savedfile_p.h"
 
+#include "systemcalls.h"
+
 #include <QDir>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -10,6 +13,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +60,26 @@ void lockedByName(QByteArray const& name)
     flock(open(name.constData(), O_RDWR | O_CREAT, 0600), LOCK_EX);
 }
 
+/** Bytes of which a name with these digits is made. */
+QByteArray randomFor(QByteArray const& digits)
+{
+    QByteArray bytes;
+    for (int i = 0; i < digits.size(); ++i)
+        bytes += char(digits.mid(i, 1).toInt(nullptr, 16) + 16 * i);
+    return bytes;
+}
+
+mode_t modeOf(QByteArray const& name)
+{
+    struct stat status = {};
+    return stat(name.constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+QStringList openDescriptors()
+{
+    return QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+}
+
 } // namespace
 
 /** A file that takes the place of another one, and what is left of those that do not. */
@@ -89,8 +113,27 @@ private:
                 QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
 
+    static void addNamelessAndNamed()
+    {
+        QTest::addColumn<QByteArray>("making"); // the call that takes the name
+        QTest::newRow("nameless") << QByteArray("linkat");
+        QTest::newRow("named") << QByteArray("openat new");
+    }
+
+    static void addUnsupported(QVector<int> const& errors)
+    {
+        QTest::addColumn<int>("error");
+        for (int const error : errors)
+            QTest::newRow(qPrintable(qt_error_string(error))) << error;
+    }
+
 private Q_SLOTS:
-    void init() { m_folder.reset(new QTemporaryDir); }
+    void init()
+    {
+        m_folder.reset(new QTemporaryDir);
+        SystemCalls::reset();
+    }
+    void cleanup() { SystemCalls::reset(); }
 
     void presentFileIsReplacedByCommitAlone()
     {
@@ -282,6 +325,510 @@ private Q_SLOTS:
         QCOMPARE(file.readAll(), QByteArray("text"));
         QCOMPARE(entries(), QStringList());
         qunsetenv("TMPDIR");
+    }
+
+    void nameHasRandomDigits()
+    {
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SystemCalls::setRandom({randomFor("0123456789abcdef")});
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QVERIFY(file.isNamed());
+        QCOMPARE(entries(), QStringList(".kpgeometry-save-0123456789abcdef"));
+        file.cancel();
+        QVERIFY(!file.isNamed());
+        QVERIFY(!file.isOpen());
+        QCOMPARE(entries(), QStringList());
+    }
+
+    void nameWithoutRandomnessHasTheSameForm_data()
+    {
+        QTest::addColumn<QByteArray>("random");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("half of it") << QByteArray(8, '\0');
+    }
+
+    void nameWithoutRandomnessHasTheSameForm()
+    {
+        QFETCH(QByteArray, random);
+        if (random.isEmpty())
+            SystemCalls::fail("getrandom", ENOSYS);
+        else
+            SystemCalls::setRandom({random});
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QString const name = entries().join(' ');
+        QVERIFY2(QRegularExpression("\\A\\.kpgeometry-save-[0-9a-f]{16}\\z").match(name).hasMatch(),
+            qPrintable(name));
+        QVERIFY(!name.endsWith("0000000000000000"));
+        QVERIFY(file.commit());
+        QCOMPARE(entries(), QStringList("file"));
+    }
+
+    void fileHasANameOnlyWhileItTakesItsPlace()
+    {
+        write("file", "old");
+        SystemCalls::setRandom({randomFor("0123456789abcdef")});
+        QStringList meanwhile;
+        SystemCalls::doBefore("renameat", [&] {
+            // It is locked.
+            SavedFile::removeStale(path("file"));
+            meanwhile = entries();
+        });
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(!file.isNamed());
+        QCOMPARE(entries(), QStringList("file"));
+        QVERIFY(file.commit());
+        QCOMPARE(meanwhile, (QStringList {leftName, "file"}));
+        QVERIFY(!file.isNamed());
+        QVERIFY(!file.isOpen());
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(content("file"), QByteArray("new"));
+    }
+
+    void namedFileIsNotTakenForStale()
+    {
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SystemCalls::setRandom({randomFor("0123456789abcdef")});
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        SavedFile::removeStale(path("file"));
+        QCOMPARE(entries(), QStringList(leftName));
+    }
+
+    void takenNamesAreLeftAlone_data() { addNamelessAndNamed(); }
+
+    void takenNamesAreLeftAlone()
+    {
+        QFETCH(QByteArray, making);
+        if (making == "openat new")
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        write(leftName, "another");
+        QByteArray const taken = randomFor("0123456789abcdef");
+        SystemCalls::setRandom({taken, taken, randomFor("fedcba9876543210")});
+        QStringList meanwhile;
+        SystemCalls::doBefore("renameat", [&] { meanwhile = entries(); });
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(file.commit());
+        QCOMPARE(meanwhile, (QStringList {leftName, ".kpgeometry-save-fedcba9876543210"}));
+        QCOMPARE(SystemCalls::count(making), 3);
+        QCOMPARE(entries(), (QStringList {leftName, "file"}));
+        QCOMPARE(content("file"), QByteArray("new"));
+        QCOMPARE(content(leftName), QByteArray("another"));
+    }
+
+    void hundredTakenNamesAreAFailure_data() { addNamelessAndNamed(); }
+
+    void hundredTakenNamesAreAFailure()
+    {
+        QFETCH(QByteArray, making);
+        if (making == "openat new")
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        write(leftName, "another");
+        SystemCalls::setRandom({randomFor("0123456789abcdef")});
+        SavedFile file(path("file"));
+        QCOMPARE(file.begin(), making != "openat new");
+        QVERIFY(!file.commit());
+        QCOMPARE(file.errorString(), qt_error_string(EEXIST));
+        QCOMPARE(SystemCalls::count(making), 100);
+        QCOMPARE(entries(), QStringList(leftName));
+        QCOMPARE(content(leftName), QByteArray("another"));
+    }
+
+    void interruptedCallsAreMadeAgain_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        for (char const* const call :
+            {"open", "openat nameless", "openat new", "flock", "fdatasync"})
+            QTest::newRow(call) << QByteArray(call);
+    }
+
+    void interruptedCallsAreMadeAgain()
+    {
+        QFETCH(QByteArray, call);
+        if (call == "openat new" || call == "flock")
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SystemCalls::fail(call, EINTR, 3);
+        int const before = SystemCalls::count(call);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(file.commit());
+        QCOMPARE(SystemCalls::count(call) - before, 4);
+        QCOMPARE(content("file"), QByteArray("new"));
+    }
+
+    void failingCallsLeaveAllAsItWas_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("isNamed");
+        QTest::addColumn<bool>("isBegun");
+        QTest::newRow("folder") << QByteArray("open") << EMFILE << false << false;
+        QTest::newRow("nameless file") << QByteArray("openat nameless") << EIO << false << false;
+        QTest::newRow("permission in the folder")
+            << QByteArray("openat nameless") << EACCES << false << false;
+        QTest::newRow("named file") << QByteArray("openat new") << ENOSPC << true << false;
+        QTest::newRow("permission to write") << QByteArray("access") << EACCES << false << false;
+        QTest::newRow("permissions") << QByteArray("fchmod") << EPERM << false << false;
+        QTest::newRow("permissions of a named file")
+            << QByteArray("fchmod") << EPERM << true << false;
+        QTest::newRow("disk") << QByteArray("fdatasync") << EIO << false << true;
+        QTest::newRow("disk of a named file") << QByteArray("fdatasync") << EIO << true << true;
+        QTest::newRow("name") << QByteArray("linkat") << ENOSPC << false << true;
+        QTest::newRow("place") << QByteArray("renameat") << EBUSY << false << true;
+        QTest::newRow("place of a named file") << QByteArray("renameat") << EBUSY << true << true;
+    }
+
+    void failingCallsLeaveAllAsItWas()
+    {
+        QFETCH(QByteArray, call);
+        QFETCH(int, error);
+        QFETCH(bool, isNamed);
+        QFETCH(bool, isBegun);
+        write("file", "old");
+        QCOMPARE(chmod(bytes("file").constData(), 0640), 0);
+        QStringList const before = openDescriptors();
+        if (isNamed)
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SystemCalls::fail(call, error);
+        SavedFile file(path("file"));
+        QCOMPARE(file.begin(), isBegun);
+        if (isBegun) {
+            QCOMPARE(file.write("new"), qint64(3));
+            QVERIFY(!file.commit());
+        }
+        QCOMPARE(errno, error);
+        QCOMPARE(file.errorString(), qt_error_string(error));
+        QVERIFY(!file.isOpen());
+        QVERIFY(!file.isNamed());
+        QCOMPARE(openDescriptors(), before);
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(content("file"), QByteArray("old"));
+        QCOMPARE(modeOf(bytes("file")), mode_t(0640));
+        QCOMPARE(SystemCalls::count(call), call == "open" ? SystemCalls::count("open") : 1);
+    }
+
+    void whatAFileSystemCannotTellIsNoFailure_data()
+    {
+        addUnsupported({EINVAL, ENOSYS, EOPNOTSUPP});
+    }
+
+    void whatAFileSystemCannotTellIsNoFailure()
+    {
+        QFETCH(int, error);
+        SystemCalls::fail("fdatasync", error);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QVERIFY(file.commit());
+        QCOMPARE(entries(), QStringList("file"));
+    }
+
+    void fileHasANameWhereItHasToHaveOne_data() { addUnsupported({EINVAL, EISDIR, EOPNOTSUPP}); }
+
+    void fileHasANameWhereItHasToHaveOne()
+    {
+        QFETCH(int, error);
+        SystemCalls::fail("openat nameless", error);
+        write("file", "old");
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QVERIFY(file.isNamed());
+        QCOMPARE(entries().size(), 2);
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(file.commit());
+        QCOMPARE(SystemCalls::count("linkat"), 0);
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(content("file"), QByteArray("new"));
+    }
+
+    void fileHasANameWhereItCouldGetNoneLater()
+    {
+        SystemCalls::fail("access", ENOENT);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QVERIFY(file.isNamed());
+        QCOMPARE(SystemCalls::count("openat nameless"), 0);
+        QVERIFY(file.commit());
+        QCOMPARE(entries(), QStringList("file"));
+    }
+
+    void fileThatWasTakenForStaleIsMadeAnew()
+    {
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        QStringList removed;
+        SystemCalls::doBefore("flock", [&] {
+            removed = entries();
+            QCOMPARE(QFile::remove(path(removed.value(0))), true);
+        });
+        QStringList const before = openDescriptors();
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QCOMPARE(removed.size(), 1);
+        QCOMPARE(entries().size(), 1);
+        QVERIFY(entries() != removed);
+        QVERIFY(file.commit());
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(openDescriptors(), before);
+    }
+
+    void nameThatGoesToAnotherFileMeanwhileStays()
+    {
+        write(leftName, "half");
+        write("another", "kept");
+        SystemCalls::doBefore("flock", [&] {
+            QCOMPARE(rename(bytes("another").constData(), bytes(leftName).constData()), 0);
+        });
+        SavedFile::removeStale(path("file"));
+        QCOMPARE(entries(), QStringList(leftName));
+        QCOMPARE(content(leftName), QByteArray("kept"));
+    }
+
+    void nothingStaysOpen()
+    {
+        write(leftName, "half");
+        write("file", "old");
+        QStringList const before = openDescriptors();
+        SavedFile::removeStale(path("file"));
+        QCOMPARE(openDescriptors(), before);
+        {
+            SavedFile file(path("file"));
+            QVERIFY(file.begin());
+            QVERIFY(file.commit());
+            QCOMPARE(openDescriptors(), before);
+            SavedFile dropped(path("file"));
+            QVERIFY(dropped.begin());
+        }
+        QCOMPARE(openDescriptors(), before);
+    }
+
+    void whatIsOpenIsNotInherited_data() { addNamelessAndNamed(); }
+
+    void whatIsOpenIsNotInherited()
+    {
+        QFETCH(QByteArray, making);
+        write(leftName, "half");
+        if (making == "openat new")
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        SavedFile::removeStale(path("file"));
+        int checked = 0;
+        for (SystemCalls::Call const& call : SystemCalls::made()) {
+            if (call.name.startsWith("open")) {
+                QVERIFY2(call.flags & O_CLOEXEC, call.name + ' ' + call.path);
+                ++checked;
+            }
+        }
+        QVERIFY(checked > 3);
+    }
+
+    void newFileHasUsualPermissions_data() { addNamelessAndNamed(); }
+
+    void newFileHasUsualPermissions()
+    {
+        QFETCH(QByteArray, making);
+        if (making == "openat new")
+            SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        mode_t const usual = umask(0027);
+        SavedFile file(path("file"));
+        bool const isBegun = file.begin();
+        umask(usual);
+        QVERIFY(isBegun);
+        QVERIFY(file.commit());
+        QCOMPARE(modeOf(bytes("file")), mode_t(0640));
+    }
+
+    void permissionsStay_data()
+    {
+        QTest::addColumn<uint>("present");
+        QTest::addColumn<uint>("expected");
+        for (uint const mode : {0600U, 0644U, 0640U, 0666U, 0755U, 0707U})
+            QTest::addRow("%o", mode) << mode << mode;
+        // Those of what was checked are no business of what is new.
+        QTest::newRow("set user") << 04755U << 0755U;
+        QTest::newRow("sticky") << 01644U << 0644U;
+    }
+
+    void permissionsStay()
+    {
+        QFETCH(uint, present);
+        QFETCH(uint, expected);
+        write("file", "old");
+        QCOMPARE(chmod(bytes("file").constData(), present), 0);
+        mode_t const usual = umask(0077);
+        SavedFile file(path("file"));
+        bool const isBegun = file.begin();
+        umask(usual);
+        QVERIFY(isBegun);
+        QVERIFY(file.commit());
+        QCOMPARE(modeOf(bytes("file")), mode_t(expected));
+        // Until then nobody else may read it.
+        for (SystemCalls::Call const& call : SystemCalls::made()) {
+            if (call.name == "openat nameless")
+                QCOMPARE(call.mode, 0600U);
+        }
+    }
+
+    void permissionsThatAreRightAreNotSet()
+    {
+        write("file", "old");
+        QCOMPARE(chmod(bytes("file").constData(), 0600), 0);
+        SystemCalls::fail("fchmod", EPERM);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QCOMPARE(SystemCalls::count("fchmod"), 0);
+    }
+
+    void unwritableFolderIsBypassedOnDemand()
+    {
+        write("file", "old");
+        QVERIFY(QFile::link("file", path("link")));
+        SystemCalls::fail("openat nameless", EACCES);
+        SavedFile file(path("link"));
+        QVERIFY(file.begin(SavedFile::Unwritable::IsBypassed));
+        QVERIFY(!file.isNamed());
+        QCOMPARE(content("file"), QByteArray());
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(file.commit());
+        QVERIFY(!file.isOpen());
+        QCOMPARE(entries(), (QStringList {"file", "link"}));
+        QVERIFY(QFileInfo(path("link")).isSymLink());
+        QCOMPARE(content("file"), QByteArray("new"));
+        QCOMPARE(SystemCalls::count("linkat"), 0);
+        QCOMPARE(SystemCalls::count("renameat"), 0);
+    }
+
+    void otherFailuresAreNotBypassed()
+    {
+        write("file", "old");
+        SystemCalls::fail("openat nameless", EIO);
+        SavedFile file(path("file"));
+        QVERIFY(!file.begin(SavedFile::Unwritable::IsBypassed));
+        QCOMPARE(errno, EIO);
+        QCOMPARE(content("file"), QByteArray("old"));
+    }
+
+    void fileThatCannotBeWrittenEitherIsAFailure()
+    {
+        SystemCalls::fail("openat nameless", EACCES);
+        SystemCalls::doBefore("openat nameless", [] { SystemCalls::fail("open", EACCES); });
+        SavedFile file(path("file"));
+        QVERIFY(!file.begin(SavedFile::Unwritable::IsBypassed));
+        QCOMPARE(errno, EACCES);
+        QCOMPARE(file.errorString(), qt_error_string(EACCES));
+        QVERIFY(!file.commit());
+        QCOMPARE(entries(), QStringList());
+    }
+
+    void failedWriteIsAFailureOfTheCommit()
+    {
+        write("file", "old");
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        rlimit usual = {};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &usual), 0);
+        rlimit const none {0, usual.rlim_max};
+        auto const handler = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &none), 0);
+        QCOMPARE(file.write(QByteArray(100000, 'x')), qint64(-1));
+        setrlimit(RLIMIT_FSIZE, &usual);
+        std::signal(SIGXFSZ, handler);
+        QString const reason = file.errorString();
+        errno = 0;
+        QVERIFY(!file.commit());
+        QCOMPARE(file.errorString(), reason);
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(content("file"), QByteArray("old"));
+    }
+
+    void folderOfANameAloneIsTheCurrentOne()
+    {
+        QString const usual = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        write(leftName, "half");
+        SavedFile::removeStale("file");
+        QStringList const left = entries();
+        SavedFile file("file");
+        bool const isSaved = file.begin() && file.commit();
+        QVERIFY(QDir::setCurrent(usual));
+        QCOMPARE(left, QStringList());
+        QVERIFY(isSaved);
+        QCOMPARE(entries(), QStringList("file"));
+    }
+
+    void folderOfANameBehindASlashIsTheRoot()
+    {
+        SystemCalls::fail("openat nameless", EIO);
+        SavedFile file("/kpgeometry-test");
+        QVERIFY(!file.begin());
+        QByteArrayList opened;
+        for (SystemCalls::Call const& call : SystemCalls::made()) {
+            if (call.name == "open")
+                opened << call.path;
+        }
+        QVERIFY2(opened.contains("/"), opened.join(' '));
+    }
+
+    void linksAreFollowedToTheFile()
+    {
+        QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+        QVERIFY(QFile::link("folder/file", path("one")));
+        QVERIFY(QFile::link(path("one"), path("two")));
+        SavedFile file(path("two"));
+        QVERIFY(file.begin());
+        QCOMPARE(file.write("new"), qint64(3));
+        QVERIFY(file.commit());
+        QCOMPARE(content("folder/file"), QByteArray("new"));
+        QCOMPARE(QFile::symLinkTarget(path("two")), path("one"));
+        QCOMPARE(QFile::symLinkTarget(path("one")), path("folder/file"));
+    }
+
+    void temporaryFileHasNoNameWhereItHasToHaveOne()
+    {
+        qputenv("TMPDIR", QFile::encodeName(m_folder->path()));
+        write(leftName, "half");
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        QStringList const before = openDescriptors();
+        QFile file;
+        bool const isOpen = SavedFile::openTemporary(file);
+        qunsetenv("TMPDIR");
+        QVERIFY(isOpen);
+        // What others have left goes as well.
+        QCOMPARE(entries(), QStringList());
+        struct stat status = {};
+        QCOMPARE(fstat(file.handle(), &status), 0);
+        QCOMPARE(status.st_mode & 0777U, 0600U);
+        QCOMPARE(status.st_nlink, nlink_t(0));
+        QCOMPARE(openDescriptors().size(), before.size() + 1);
+        file.close();
+        QCOMPARE(openDescriptors(), before);
+    }
+
+    void temporaryFileThatCannotBeIsAFailure_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        QTest::addColumn<int>("error");
+        QTest::newRow("folder") << QByteArray("open") << ENOENT;
+        QTest::newRow("file") << QByteArray("openat nameless") << ENOSPC;
+    }
+
+    void temporaryFileThatCannotBeIsAFailure()
+    {
+        QFETCH(QByteArray, call);
+        QFETCH(int, error);
+        QStringList const before = openDescriptors();
+        SystemCalls::fail(call, error);
+        QFile file;
+        QVERIFY(!SavedFile::openTemporary(file));
+        QCOMPARE(errno, error);
+        QVERIFY(!file.isOpen());
+        QCOMPARE(openDescriptors(), before);
     }
 };
 
