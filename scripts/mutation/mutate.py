@@ -126,7 +126,8 @@ def main():
     print(f"built after {time.monotonic() - start:.0f} s", flush=True)
 
     outcomes = json.loads(RESULTS.read_text()) if RESULTS.exists() else {}
-    os.nice(10)
+    if os.nice(0) == 0:
+        os.nice(10)
     tried = [m for m in mutants if not build.is_dropped(m.file, m.point)]
     if wanted.again:
         tried = [m for m in tried
@@ -141,11 +142,11 @@ def main():
         outcomes[identity(mutant)] = outcome
         if outcome in LEFT:
             print(f"{place(mutant)}: {outcome}", flush=True)
-        if done % 50 == 0 or done == len(tried):
+        if done % 20 == 0 or done == len(tried):
             RESULTS.write_text(json.dumps(outcomes))
             print(f"{done} of {len(tried)} after {time.monotonic() - start:.0f} s", flush=True)
 
-    trials.try_all(tried, report)
+    trials.try_all(tried, report, build.mutants)
     RESULTS.write_text(json.dumps(outcomes))
     listed, places = survivors.read()
     table(mutants, build, outcomes, listed)

@@ -8,7 +8,7 @@ import signal
 import subprocess
 import tempfile
 import threading
-from collections import Counter
+from collections import Counter, defaultdict
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 
@@ -52,7 +52,7 @@ class Runner:
             text=True, errors="replace", start_new_session=True)
         self.limit(process.pid, max(1, round(seconds)))
         # Who waits for ever takes no processor time.
-        timer = threading.Timer(20 * seconds + 20, self.stop, [process])
+        timer = threading.Timer(4 * seconds + 8, self.stop, [process])
         timer.start()
         said, failed = [], ""
         for line in process.stdout:
@@ -101,6 +101,10 @@ class Trials:
         self.functions = []
         for functions in self.pool.map(self.known, programs):
             self.functions += [f for f in functions if f.seconds <= slowest]
+        self.common = defaultdict(frozenset)  # what all functions of a program reach
+        for program in {f.program for f in self.functions}:
+            self.common[program] = frozenset.intersection(
+                *(f.reached for f in self.functions if f.program == program))
 
     def known(self, program):
         """The functions of a program, from the last time if it was built as now."""
@@ -138,8 +142,12 @@ class Trials:
             functions.append(Function(program, name, seconds, reached))
         return functions
 
-    def try_all(self, mutants, report):
+    def try_all(self, mutants, report, everything):
         """Calls report with each mutant and "not reached", "survived" or who caught it."""
+        folders = {m.number: os.path.dirname(m.file.name) for m in everything}
+        self.folders = {f: {folders[number] for number in f.reached - self.common[f.program]}
+                        for f in self.functions}
+
         def one(mutant):
             return mutant, self.outcome(mutant)
 
@@ -147,7 +155,7 @@ class Trials:
             report(mutant, outcome)
 
     def outcome(self, mutant):
-        functions = [f for f in self.functions if mutant.number in f.reached]
+        functions = self.suspicious(mutant)
         if not functions:
             return "not reached"
         for program, batch in self.batches(functions, mutant.file.name):
@@ -155,6 +163,17 @@ class Trials:
             if caught:
                 return caught
         return "survived"
+
+    def suspicious(self, mutant):
+        """The functions that may notice a mutant.
+
+        A constant is set when a program is loaded, whatever function is to run then: of these,
+        the ones that reach more than that in its folder.
+        """
+        functions = [f for f in self.functions if mutant.number in f.reached]
+        folder = os.path.dirname(mutant.file.name)
+        return [f for f in functions if mutant.number not in self.common[f.program]
+                or folder in self.folders[f]] or functions
 
     def batches(self, functions, file):
         """Runs of a program, those first that cost little and have caught much in the file."""
