@@ -153,6 +153,13 @@ private Q_SLOTS:
     void boundsHoldWithControlCharacters();
     void controlCharactersCountAsThreeBytes();
 
+    void largerDeviceIsNotRead();
+    void restOfADeviceCounts();
+    void namesAreNotResolved();
+    void textsOfAnySizeAreReadToTheLastByte();
+    void readerTakesATagOfTheGreatestLength();
+    void readerReadsLittleBeyondABound_data();
+    void readerReadsLittleBeyondABound();
     void progressOfAReadingIsTold();
     void boundsOfNodesAndBytesPassThemselves();
     void readerBoundsTagsAndNotTheirSum();
@@ -608,13 +615,14 @@ void TestBoundedXml::controlCharactersAreRead_data()
     QTest::newRow("text") << QByteArray("<a>\x02</a>") << "|\x02";
     QTest::newRow("character data") << QByteArray("<a><![CDATA[\x1f<]]></a>") << "|\x1f<";
     QTest::newRow("beside line ends")
-        << QByteArray("<a b='\x01&#10;\x02\n\x03'>\r\n\x04</a>") << "\x01\n\x02 \x03|\n\x04";
+        << QByteArray("<a b='\x01&#10;\x02\n\x03\t'>\r\n\x04\t</a>") << "\x01\n\x02 \x03 |\n\x04\t";
     QTest::newRow("before ends of markup")
         << QByteArray("<a b='\x1d]]>\x1d' c='>'>\x1d></a>") << "\x1d]]>\x1d|\x1d>";
     QTest::newRow("declared UTF-8")
         << QByteArray("<?xml version='1.0' encoding='utf-8'?><a b='\x01\xc3\xa4'/>")
         << QString::fromUtf8("\x01\xc3\xa4|");
     QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf<a b='\x01'/>") << "\x01|";
+    QTest::newRow("behind an undeclared prefix") << QByteArray("<a p:c='' b='\x01'/>") << "\x01|";
     QTest::newRow("in an entity") << QByteArray(
         "<!DOCTYPE a [<!ENTITY e '\x0b'>]><a b='&e;'>&e;&e;</a>")
                                   << "\x0b|\x0b\x0b";
@@ -911,6 +919,109 @@ void TestBoundedXml::controlCharactersCountAsThreeBytes()
     QVERIFY(!BoundedXml::parse(text, document, error, limits));
     QCOMPARE(error.message, QStringLiteral("larger than 14 bytes"));
     QVERIFY(document.isNull());
+}
+
+void TestBoundedXml::largerDeviceIsNotRead()
+{
+    QByteArray bytes("<abcdefgh/>");
+    QBuffer device(&bytes);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    BoundedXml::Limits limits;
+    limits.bytes = 10;
+    BoundedXml::Error error;
+    QCOMPARE(BoundedXml::read(device, error, limits), QByteArray());
+    QCOMPARE(error.message, QString("larger than 10 bytes"));
+    QCOMPARE(device.pos(), qint64(0));
+}
+
+void TestBoundedXml::restOfADeviceCounts()
+{
+    QByteArray bytes("1234567890");
+    QBuffer device(&bytes);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    BoundedXml::Limits limits;
+    limits.bytes = 10;
+    BoundedXml::Error error;
+    QCOMPARE(BoundedXml::read(device, error, limits), QByteArray("1234567890"));
+    QVERIFY(device.seek(4));
+    limits.bytes = 6;
+    QCOMPARE(BoundedXml::read(device, error, limits), QByteArray("567890"));
+    QVERIFY(error.isNull());
+}
+
+void TestBoundedXml::namesAreNotResolved()
+{
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse("<p:a xmlns:p='u' p:b='1'/>", document, error));
+    QDomElement const root = document.documentElement();
+    QCOMPARE(root.tagName(), QString("p:a"));
+    QCOMPARE(root.localName(), QString());
+    QCOMPARE(root.namespaceURI(), QString());
+    QCOMPARE(root.attribute("p:b"), QString("1"));
+    QCOMPARE(root.attribute("xmlns:p"), QString("u"));
+}
+
+void TestBoundedXml::textsOfAnySizeAreReadToTheLastByte()
+{
+    // Qt reads pieces of some thousand bytes, the last of which may be of one.
+    for (int size = 4090; size < 16400; size += size % 4096 == 8 ? 4096 - 16 : 1) {
+        QByteArray const text = "<a>" + QByteArray(size - 7, 'x') + "</a>";
+        PiecewiseDevice device(text, 100000);
+        BoundedXml::Reader reader(device);
+        while (reader.readNext()) { }
+        QCOMPARE(reader.error().message, QString());
+        QCOMPARE(reader.bytesRead(), qint64(size));
+
+        double told = 0.0;
+        QDomDocument document;
+        BoundedXml::Error error;
+        QVERIFY(
+            BoundedXml::parse(text, document, error, {}, [&told](double share) { told = share; }));
+        QCOMPARE(document.documentElement().text().size(), size - 7);
+        QCOMPARE(told, 1.0);
+    }
+}
+
+void TestBoundedXml::readerTakesATagOfTheGreatestLength()
+{
+    for (int const most : {3, 4}) {
+        PiecewiseDevice device("<a/>", 100);
+        BoundedXml::Reader reader(device, most);
+        while (reader.readNext()) { }
+        QCOMPARE(reader.error().message,
+            most == 4 ? QString() : QString("more than 3 bytes without a tag"));
+    }
+}
+
+void TestBoundedXml::readerReadsLittleBeyondABound_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("bytes") << "<a>" + QByteArray(200000, 'x') + "</a>"
+                           << "more than 40000 bytes without a tag";
+    QTest::newRow("references") << withEntity(
+        0, 60000) << "more than 10000 references in a document that declares entities";
+    QTest::newRow("references before a text")
+        << withEntity(0, 10001) + QByteArray(100000, 'x')
+        << "more than 10000 references in a document that declares entities";
+    QByteArray attributes;
+    for (int i = 0; i < 20000; ++i)
+        attributes += " a" + QByteArray::number(i) + "=''";
+    QTest::newRow("attributes") << "<a" + attributes + "/>"
+                                << "more than 1000 attributes of one element";
+}
+
+void TestBoundedXml::readerReadsLittleBeyondABound()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, message);
+    PiecewiseDevice device(text, 1000);
+    BoundedXml::Reader reader(device, 40000);
+    while (reader.readNext()) { }
+    QCOMPARE(reader.error().message, message);
+    QVERIFY(reader.bytesRead() < 60000);
+    QVERIFY(!reader.readNext());
 }
 
 void TestBoundedXml::progressOfAReadingIsTold()

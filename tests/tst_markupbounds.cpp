@@ -43,6 +43,25 @@ QByteArray encodedWithName(QByteArray const& text, char const* codec)
     return "<?xml version='1.0' encoding='" + QByteArray(codec) + "'?>" + encoded(text, codec);
 }
 
+/** With a mark of the byte order, and in that order. */
+QByteArray marked(QString const& text, char const* codec)
+{
+    QString const all = QChar(QChar::ByteOrderMark) + text;
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    return QTextCodec::codecForName(codec)->fromUnicode(all.constData(), all.size(), &state);
+}
+
+/** A document type with entities of some names, the last of which has too many references. */
+QString withLastOneExcessive(QString const& names)
+{
+    QString subset = "<!ENTITY e ''>";
+    for (QChar const name : names) {
+        int const references = name == names.back() ? 1001 : 1;
+        subset += QString("<!ENTITY %1 '%2'>").arg(name).arg(QString("&e;").repeated(references));
+    }
+    return "<!DOCTYPE a [" + subset + "]><a/>";
+}
+
 } // namespace
 
 class TestMarkupBounds : public QObject
@@ -57,6 +76,10 @@ private Q_SLOTS:
     void errorStandsWhereTheBoundIs_data();
     void errorStandsWhereTheBoundIs();
     void earlierFaultIsTold();
+    void endOfAShortDeclarationIsMissed();
+    void boundedTextEndsBeforeTheFault_data();
+    void boundedTextEndsBeforeTheFault();
+    void laterPiecesAreNoStarts();
     void boundsTakeLittleTime_data();
     void boundsTakeLittleTime();
 };
@@ -96,6 +119,13 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("more in UTF-7, disguised")
         << "<?xml version='1.0' encoding='UTF-7'?>" + disguised.replace("=", "+AD0-") << attributes;
 
+    // The last "=" is the first byte of a piece that Qt reads.
+    QByteArray const latin1 = "<?xml version='1.0' encoding='ISO-8859-1'?><a";
+    QByteArray const many = numbered(" b%1=''", 1000) + " c";
+    QTest::newRow("more at the start of a piece")
+        << latin1 + QByteArray(16384 - latin1.size() - many.size(), ' ') + many + "=''/>"
+        << attributes;
+
     auto const list = [](int count) {
         return "<!ATTLIST a" + numbered(" b%1 CDATA #IMPLIED", count);
     };
@@ -132,6 +162,46 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
         << withSubset("<!ENTITY e '&f;'><!ENTITY f '&e;'>") << QString();
     QTest::newRow("longest chain of entities")
         << withSubset(doubling("<!ENTITY e%1 '&e%2;'>", 1001), "<a/>") << nested;
+
+    QTest::newRow("references of references") << withSubset(
+        "<!ENTITY e ''><!ENTITY f '" + QByteArray("&e;").repeated(500) + "'><!ENTITY g '&f;&f;'>")
+                                              << nested;
+    QTest::newRow("most in a circle")
+        << withSubset("<!ENTITY e '" + QByteArray("&e;").repeated(1000) + "'>") << QString();
+    QTest::newRow("deepest entity in a default") << withSubset("<!ENTITY e0 ''>"
+        + doubling("<!ENTITY e%1 '&e%2;'>", 1000) + "<!ATTLIST a b CDATA '&e1000;'>")
+                                                 << QString();
+    QTest::newRow("chain of a hundred thousand entities")
+        << withSubset(doubling("<!ENTITY e%1 '&e%2;'>", 100000)) << nested;
+    QTest::newRow("characters by reference in an entity")
+        << withSubset("<!ENTITY e '" + QByteArray("&#38;#9;").repeated(1001) + "'>", "<a>&e;</a>")
+        << QString();
+    QByteArray const excessive =
+        "<!ENTITY e ''><!ENTITY f '" + QByteArray("&e;").repeated(1001) + "'>";
+    QTest::newRow("second declaration of an entity")
+        << withSubset("<!ENTITY f ''>" + excessive) << QString();
+    QTest::newRow("second declaration of an entity of many references")
+        << withSubset(excessive + "<!ENTITY f ''>") << nested;
+    QTest::newRow("second declaration of a parameter entity") << withSubset(
+        "<!ENTITY % p ''><!ENTITY % p '&#60;!ATTLIST a b CDATA #IMPLIED c CDATA #IMPLIED>'>"
+        + QByteArray("%p;").repeated(501)) << QString();
+
+    // Each name differs from the last one in some bits of those that stand for a character.
+    QString const ofTwoBytes = QString::fromUtf16(u"A\u0140\u0101\u0141");
+    QString const ofThreeBytes = QString::fromUtf16(u"A\u5140\u5101\u4141\u5141");
+    for (char const* const codec : {"UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {
+        QTest::addRow("names of two bytes in %s", codec)
+            << marked(withLastOneExcessive(ofTwoBytes), codec) << nested;
+        QTest::addRow("names of three bytes in %s", codec)
+            << marked(withLastOneExcessive(ofThreeBytes), codec) << nested;
+    }
+    auto const referring = [](int count) {
+        return encoded(
+            withSubset("<!ENTITY e 'x'>", "<a>" + QByteArray("&e;").repeated(count) + "</a>"),
+            "UTF-16");
+    };
+    QTest::newRow("most references in UTF-16") << referring(10000) << QString();
+    QTest::newRow("one reference in UTF-16 more") << referring(10001) << references;
 
     auto const empty = [](int count) {
         return withSubset("<!ENTITY % p ''>" + QByteArray("%p;").repeated(count));
@@ -224,6 +294,26 @@ void TestMarkupBounds::readsWhatOnlyLooksCostly_data()
         << QByteArray("<a>" + QByteArray("<b c='1' d='2'/>").repeated(3000) + "</a>");
     QTest::newRow("parameter entity that declares one")
         << withSubset("<!ENTITY % p '<!ENTITY e \"x\">'>%p;", "<a>&e;</a>");
+    QTest::newRow("attributes of elements within one another") << QByteArray(
+        "<a" + numbered(" b%1='c'", 900) + "><a" + numbered(" b%1='c'", 900) + "/></a>");
+    QTest::newRow("written attributes that become long")
+        << withSubset("<!ENTITY e '" + QByteArray(4000, 'x') + "'>",
+               "<a>" + QByteArray("<b c='&e;'/>").repeated(5000) + "</a>");
+    // The bytes of the first character are those of a quote, the bytes of the others of "=".
+    QString const signs = QString("<a b='\u2700%1'/>").arg(QString(QChar(0x3D3D)).repeated(1001));
+    QString const comment = QString("<!--%1--><a/>").arg(QString("=").repeated(1001));
+    for (char const* const codec : {"UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {
+        QTest::addRow("bytes in %s", codec) << marked(signs, codec);
+        QTest::addRow("comment in %s", codec) << marked(comment, codec);
+    }
+    // An "L" is a "<" in this encoding, which begins behind the declaration.
+    QTest::newRow("declaration in another encoding")
+        << "<?xml version='1.0' encoding='EBCDIC-CP-NL'?>"
+            + QTextCodec::codecForName("IBM037")->fromUnicode(comment);
+    QTest::newRow("long instruction of a style sheet")
+        << QByteArray("<?xml-stylesheet " + QByteArray(5000, 'x') + "?><a/>");
+    QTest::newRow("long comment at the start")
+        << QByteArray("<!--  " + QByteArray(5000, 'x') + "--><a/>");
     QTest::newRow("UTF-16 with a comment")
         << encoded("<!-- c --><a>" + attributes + "</a>", "UTF-16");
 }
@@ -244,6 +334,8 @@ void TestMarkupBounds::errorStandsWhereTheBoundIs_data()
     QTest::newRow("attributes") << QByteArray("<a>\n<b" + numbered("\nc%1=''", 1001)) << 1003 << 6;
     QTest::newRow("UTF-16") << encoded("<a>\n<b" + numbered("\nc%1=''", 1001), "UTF-16") << 1003
                             << 6;
+    QTest::newRow("declaration") << QByteArray("<?xml version='1.0'\n" + QByteArray(5000, ' ')
+        + "?><a/>") << 2 << 4077;
     QTest::newRow("parameter references")
         << withSubset("<!ENTITY % p ''>\n" + QByteArray("%p;\n").repeated(1001)) << 1002 << 3;
 }
@@ -263,6 +355,51 @@ void TestMarkupBounds::earlierFaultIsTold()
     QVERIFY(!BoundedXml::check("<a>\n</b><c" + numbered(" d%1=''", 1001) + "/>", error));
     QCOMPARE(error.line, qint64(2));
     QCOMPARE(error.message, QString("Opening and ending tag mismatch."));
+}
+
+void TestMarkupBounds::endOfAShortDeclarationIsMissed()
+{
+    BoundedXml::Error error;
+    QVERIFY(!BoundedXml::check("<?xml version='1.0' ", error));
+    QCOMPARE(error.message, QString("Premature end of document."));
+}
+
+void TestMarkupBounds::boundedTextEndsBeforeTheFault_data()
+{
+    QByteArray const start = "<a" + numbered(" b%1=''", 1000) + " c";
+    QByteArray const rest = "='x'/>";
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("UTF-8") << start + rest << start;
+    for (char const* const codec : {"UTF-16LE", "UTF-16BE", "UTF-32LE"})
+        QTest::newRow(codec) << marked(start + rest, codec) << marked(start, codec);
+    QByteArray const declaration = "<?xml version='1.0' encoding='ISO-8859-1'?>";
+    QTest::newRow("ISO-8859-1") << declaration + start + rest << declaration + start;
+    QTest::newRow("declaration without an end")
+        << QByteArray("<?xml version='1.0'" + QByteArray(9000, ' '))
+        << QByteArray("<?xml version='1.0'" + QByteArray(4077, ' '));
+}
+
+void TestMarkupBounds::boundedTextEndsBeforeTheFault()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, expected);
+    QCOMPARE(BoundedXml::bounded(text), expected);
+    QCOMPARE(BoundedXml::bounded(expected), expected);
+}
+
+void TestMarkupBounds::laterPiecesAreNoStarts()
+{
+    // Qt reads pieces of 4,096 bytes or a multiple of that.
+    QByteArray text = "<a><!--";
+    for (int piece = 1; piece < 8; ++piece)
+        text += QByteArray(piece * 4096 - text.size(), 'x') + "<?xml ";
+    text += QByteArray(10000, ' ') + "--></a>";
+    QBuffer buffer(&text);
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    BoundedXml::Reader reader(buffer);
+    while (reader.readNext()) { }
+    QCOMPARE(reader.error().message, QString());
 }
 
 void TestMarkupBounds::boundsTakeLittleTime_data()
