@@ -106,6 +106,8 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("behind what looks like markup")
         << QByteArray("<x y='>'><!-- <q '> --><?p <q \"?><![CDATA[ <q ']]>" + element(1001))
         << attributes;
+    QTest::newRow("behind an identifier with a percent sign")
+        << "<!DOCTYPE a SYSTEM '%20'>" + element(1001) << attributes;
     QTest::newRow("most in UTF-16") << encoded(element(1000), "UTF-16") << QString();
     QTest::newRow("more in UTF-16") << encoded(element(1001), "UTF-16") << attributes;
     QTest::newRow("more in UTF-32") << encoded(element(1001), "UTF-32") << attributes;
@@ -171,8 +173,6 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("deepest entity in a default") << withSubset("<!ENTITY e0 ''>"
         + doubling("<!ENTITY e%1 '&e%2;'>", 1000) + "<!ATTLIST a b CDATA '&e1000;'>")
                                                  << QString();
-    QTest::newRow("chain of a hundred thousand entities")
-        << withSubset(doubling("<!ENTITY e%1 '&e%2;'>", 100000)) << nested;
     QTest::newRow("characters by reference in an entity")
         << withSubset("<!ENTITY e '" + QByteArray("&#38;#9;").repeated(1001) + "'>", "<a>&e;</a>")
         << QString();
@@ -202,6 +202,19 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     };
     QTest::newRow("most references in UTF-16") << referring(10000) << QString();
     QTest::newRow("one reference in UTF-16 more") << referring(10001) << references;
+
+    for (char const space : {'\t', '\n', '\r'}) {
+        QTest::addRow("declared attributes behind the character %d", space)
+            << withSubset(QByteArray(list(1001) + ">").replace(' ', space)) << declared;
+        QTest::addRow("references behind the character %d", space)
+            << withSubset(QByteArray(excessive).replace(' ', space)) << nested;
+    }
+    auto const behind = [](int length) {
+        return withSubset("<!ENTITY e ''><!ENTITY f '" + QByteArray(length, 'x')
+            + QByteArray("&e;").repeated(1001) + "'>");
+    };
+    QTest::newRow("references to the end of the longest value") << behind(5192) << nested;
+    QTest::newRow("references beyond the longest value") << behind(5193) << QString();
 
     auto const empty = [](int count) {
         return withSubset("<!ENTITY % p ''>" + QByteArray("%p;").repeated(count));
@@ -275,6 +288,18 @@ void TestMarkupBounds::readsWhatOnlyLooksCostly_data()
     QTest::newRow("in an instruction") << QByteArray("<a><?b " + attributes + "?></a>");
     QTest::newRow("in a value") << QByteArray("<a c=\"" + attributes + "\"/>");
     QTest::newRow("in a text") << QByteArray("<a>" + attributes + "</a>");
+    for (char const* const text : {"->", "]>", "]]>", "?>", "-x>", "- >", ">"}) {
+        QTest::addRow("in a comment behind %s", text)
+            << QByteArray("<a><!--" + QByteArray(text) + "<b" + attributes + "--></a>");
+    }
+    for (char const* const text : {"]>", "]]", "]x>", "] ]>", "-->", "?>", ">"}) {
+        QTest::addRow("in character data behind %s", text)
+            << QByteArray("<a><![CDATA[" + QByteArray(text) + "<b" + attributes + "]]></a>");
+    }
+    for (char const* const text : {"->", "-->", "]]>", "]>", "?", "?x>", ">"}) {
+        QTest::addRow("in an instruction behind %s", text)
+            << QByteArray("<a><?p " + QByteArray(text) + "<b" + attributes + "?></a>");
+    }
     QTest::newRow("in a comment of the document type")
         << withSubset("<!--<!ATTLIST a" + attributes + ">-->");
     QTest::newRow("in an instruction of the document type")
@@ -411,6 +436,7 @@ void TestMarkupBounds::boundsTakeLittleTime_data()
         << withSubset("<!ATTLIST a" + numbered(" b%1 CDATA ''", 100000) + ">");
     QTest::newRow("entities") << withSubset(
         "<!ENTITY e0 ''>" + doubling("<!ENTITY e%1 '&e%2;&e%2;'>", 60), "<a>&e60;</a>");
+    QTest::newRow("chain of entities") << withSubset(doubling("<!ENTITY e%1 '&e%2;'>", 100000));
     QTest::newRow("parameter entities") << withSubset("<!ENTITY % p0 ''>"
         + doubling("<!ENTITY %% p%1 '&#37;p%2;&#37;p%2;'>", 60).replace("%%", "%") + "%p60;");
 }

@@ -168,12 +168,12 @@ class Trials:
         """The functions that may notice a mutant.
 
         A constant is set when a program is loaded, whatever function is to run then: of these,
-        the ones that reach more than that in its folder.
+        the ones that reach more than that in its folder, or nothing more at all.
         """
         functions = [f for f in self.functions if mutant.number in f.reached]
         folder = os.path.dirname(mutant.file.name)
         return [f for f in functions if mutant.number not in self.common[f.program]
-                or folder in self.folders[f]] or functions
+                or not self.folders[f] or folder in self.folders[f]] or functions
 
     def batches(self, functions, file):
         """Runs of a program, those first that cost little and have caught much in the file."""
