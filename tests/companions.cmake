@@ -6,7 +6,10 @@ else()
   kpgeometry_add_test(tst_kppath LIBRARIES KpGeometry::kpgraphics KpGeometry::kpgeometry)
   kpgeometry_add_test(tst_xmlstreamwriter LIBRARIES KpGeometry::KPBX)
   kpgeometry_add_test(tst_quarkmanager LIBRARIES KpGeometry::KPBX)
-  kpgeometry_add_test(tst_kpfilepathmanager LIBRARIES KpGeometry::KPBX)
+  kpgeometry_add_test(tst_kpfilepathmanager
+    SOURCES data/resource/document.qrc
+    LIBRARIES KpGeometry::KPBX)
+  set_target_properties(tst_kpfilepathmanager PROPERTIES AUTORCC ON)
   include(othercompanions.cmake)
 endif()
 kpgeometry_add_test(tst_boundedxml LIBRARIES kpboundedxml)

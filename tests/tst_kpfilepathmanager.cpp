@@ -36,6 +36,7 @@ private Q_SLOTS:
     void refusesWhatIsNoRegularFile_data();
     void refusesWhatIsNoRegularFile();
     void loadsThroughALink();
+    void loadsAResource();
     void refusesEveryTruncation();
     void refusesAMillionNestedElements();
     void refusesFilesAboveTheGreatestSize();
@@ -258,6 +259,14 @@ void TestKpFilePathManager::loadsThroughALink()
     QDomDocument document;
     QVERIFY(KpFilePathManager::loadXmlFile(document, path("link.xml")));
     QCOMPARE(document.documentElement().tagName(), QStringLiteral("a"));
+}
+
+void TestKpFilePathManager::loadsAResource()
+{
+    QDomDocument document;
+    QVERIFY(KpFilePathManager::loadXmlFile(document, ":/kpfilepathmanager/document.xml"));
+    QCOMPARE(document.documentElement().attribute("Name"), QString("resource"));
+    expectRefused(":/kpfilepathmanager/missing.xml");
 }
 
 void TestKpFilePathManager::refusesEveryTruncation()
