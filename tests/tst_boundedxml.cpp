@@ -130,6 +130,8 @@ private Q_SLOTS:
 
     void progressRunsFrom0To1();
     void progressOfShortTextsIsThatOfTheTree();
+    void progressOfTheCheckIsThatOfItsToken();
+    void controlCharacterInANameIsToldOf();
 
     void readerGivesEachToken();
     void readerAgreesWithCheck_data();
@@ -487,6 +489,29 @@ void TestBoundedXml::progressOfShortTextsIsThatOfTheTree()
     QVERIFY(BoundedXml::parse("<a/>", document, error, {}, [&told](double done) { told << done; }));
     QCOMPARE(document.documentElement().tagName(), QString("a"));
     QCOMPARE(told, QVector<double> {1.0});
+}
+
+void TestBoundedXml::progressOfTheCheckIsThatOfItsToken()
+{
+    // After the document's start and the root's tag, a tag, a text and an end are three tokens.
+    QByteArray const text = "<a>" + QByteArray("<b>x</b>").repeated(5000) + "</a>";
+    double first = 0.0;
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse(text, document, error, {}, [&first](double done) {
+        if (first == 0.0)
+            first = done;
+    }));
+    // 1,364 elements, a tag, a text and the sign that ends it.
+    QCOMPARE(first, 0.3 * 10920 / 40007);
+}
+
+void TestBoundedXml::controlCharacterInANameIsToldOf()
+{
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(!BoundedXml::parse("<a b\x01='1'/>", document, error, BoundedXml::configurationLimits));
+    QCOMPARE(error.message, QString("a control character in a name"));
 }
 
 void TestBoundedXml::readerGivesEachToken()

@@ -162,6 +162,7 @@ void TestNumberText::writesReals_data()
     QTest::newRow("negative zero") << -0.0 << "0";
     QTest::newRow("integer") << 120.0 << "120";
     QTest::newRow("six digits") << 0.333333 << "0.333333";
+    QTest::newRow("a little above 100,000") << 100000.625 << "100001";
     QTest::newRow("a little above 10,000") << 10000.5 << "10000.5";
     QTest::newRow("a little above 1000") << 1000.25 << "1000.25";
     QTest::newRow("a little above 100") << 100.125 << "100.125";
@@ -279,6 +280,10 @@ void TestNumberText::readsTextsAsQtDoes_data()
     }
     QTest::newRow("null") << QString();
     QTest::newRow("NUL") << QString(QChar(0));
+    QTest::newRow("character before the digits") << QString("1/5");
+    QTest::newRow("character behind the digits") << QString("1:5");
+    QTest::newRow("character as far above the digits as the point is below")
+        << "1" + QString(QChar(0x8E)) + "5";
     QTest::newRow("NUL at the end") << QString("1") + QChar(0);
     QTest::newRow("Arabic digit") << QString(QChar(0x0665));
     QTest::newRow("Devanagari digits") << QString(3, QChar(0x0967));

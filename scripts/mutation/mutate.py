@@ -32,7 +32,7 @@ def options():
     parser.add_argument("files", nargs="*", metavar="FILE", help="by default all")
     parser.add_argument("--list", action="store_true", help="only list the mutants")
     parser.add_argument("--again", action="store_true",
-                        help="only those that the last run did not catch")
+                        help="only those without a reason that the last run did not catch")
     parser.add_argument("--tests", metavar="NAME,...", help="only with these test programs")
     parser.add_argument("--slowest", metavar="SECONDS", type=float, default=trial.SLOWEST,
                         help="only with test functions that take no longer")
@@ -130,8 +130,9 @@ def main():
         os.nice(10)
     tried = [m for m in mutants if not build.is_dropped(m.file, m.point)]
     if wanted.again:
-        tried = [m for m in tried
-                 if outcomes.get(identity(m), "survived") in LEFT]
+        reasons, _ = survivors.read()
+        tried = [m for m in tried if outcomes.get(identity(m), "survived") in LEFT
+                 and not (identity(m) in outcomes and m.key() in reasons)]
     trials = trial.Trials(build.binaries, programs, FOLDER, wanted.jobs, wanted.slowest)
     print(f"tests pass after {time.monotonic() - start:.0f} s", flush=True)
     done = 0
