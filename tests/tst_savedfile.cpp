@@ -75,6 +75,17 @@ mode_t modeOf(QByteArray const& name)
     return stat(name.constData(), &status) == 0 ? status.st_mode & 07777U : 0;
 }
 
+/** What an action tells by its exit code in a process of its own. */
+int exitCodeOf(std::function<int()> const& action)
+{
+    pid_t const child = fork();
+    if (child == 0)
+        _exit(action());
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 QStringList openDescriptors()
 {
     return QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
@@ -514,6 +525,121 @@ private Q_SLOTS:
         QCOMPARE(SystemCalls::count(call), call == "open" ? SystemCalls::count("open") : 1);
     }
 
+    void reasonOutlastsWhatFailsAfterIt()
+    {
+        SystemCalls::fail("openat nameless", EOPNOTSUPP);
+        SystemCalls::fail("fdatasync", EIO);
+        SystemCalls::doBefore("fdatasync", [&] {
+            for (QString const& name : entries())
+                QVERIFY(QFile::remove(path(name)));
+        });
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        QVERIFY(!file.commit());
+        QCOMPARE(errno, EIO);
+        QCOMPARE(file.errorString(), qt_error_string(EIO));
+    }
+
+    void firstDescriptorIsAsGoodAsOthers_data()
+    {
+        QTest::addColumn<QByteArray>("call"); // that gives it
+        QTest::addColumn<int>("left"); // in errno from before
+        QTest::addColumn<bool>("isNamed");
+        QTest::newRow("folder") << QByteArray("open") << 0 << false;
+        QTest::newRow("nameless file") << QByteArray("openat nameless") << 0 << false;
+        QTest::newRow("nameless file where there are such")
+            << QByteArray("openat nameless") << EOPNOTSUPP << false;
+        QTest::newRow("nameless file in a writable folder")
+            << QByteArray("openat nameless") << EACCES << false;
+        QTest::newRow("named file") << QByteArray("openat new") << 0 << true;
+        QTest::newRow("named file whose name is free")
+            << QByteArray("openat new") << EEXIST << true;
+    }
+
+    void firstDescriptorIsAsGoodAsOthers()
+    {
+        QFETCH(QByteArray, call);
+        QFETCH(int, left);
+        QFETCH(bool, isNamed);
+        int const code = exitCodeOf([&] {
+            if (isNamed)
+                SystemCalls::fail("openat nameless", EOPNOTSUPP);
+            SystemCalls::doBefore(call, [left] {
+                close(0);
+                errno = left;
+            });
+            QStringList meanwhile;
+            SystemCalls::doBefore("renameat", [&] {
+                SavedFile::removeStale(path("file"));
+                meanwhile = entries();
+            });
+            SavedFile file(path("file"));
+            if (!file.begin(SavedFile::Unwritable::IsBypassed) || file.isNamed() != isNamed)
+                return 1;
+            if (SystemCalls::count("openat new") != (isNamed ? 1 : 0))
+                return 2;
+            if (file.write("new") != 3 || !file.commit())
+                return 3;
+            if (fcntl(0, F_GETFD) >= 0)
+                return 4;
+            return meanwhile.size() == 1 ? 0 : 5;
+        });
+        QCOMPARE(code, 0);
+        QCOMPARE(entries(), QStringList("file"));
+        QCOMPARE(content("file"), QByteArray("new"));
+    }
+
+    void staleFileIsRemovedByTheFirstDescriptor()
+    {
+        write(leftName, "half");
+        int const code = exitCodeOf([&] {
+            SystemCalls::doBefore("openat", [] { close(0); });
+            SavedFile::removeStale(path("file"));
+            return fcntl(0, F_GETFD) < 0 ? 0 : 1;
+        });
+        QCOMPARE(code, 0);
+        QCOMPARE(entries(), QStringList());
+    }
+
+    void folderNeedNotBeReadable()
+    {
+        QByteArray const folder = bytes("folder");
+        QCOMPARE(mkdir(folder.constData(), 0700), 0);
+        QCOMPARE(chmod(folder.constData(), 0333), 0);
+        QCOMPARE(chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
+        int const code = exitCodeOf([&] {
+            constexpr uid_t nobody = 65534;
+            if (geteuid() == 0 && setuid(nobody) != 0)
+                return 1;
+            SavedFile file(path("folder/file"));
+            return file.begin() && file.write("new") == 3 && file.commit() ? 0 : 2;
+        });
+        QCOMPARE(chmod(folder.constData(), 0700), 0);
+        QCOMPARE(code, 0);
+        QCOMPARE(content("folder/file"), QByteArray("new"));
+    }
+
+    void manyLinksAreFollowed_data()
+    {
+        QTest::addColumn<int>("links");
+        QTest::addColumn<bool>("areFollowed");
+        QTest::newRow("128") << 128 << true;
+        QTest::newRow("129") << 129 << false;
+    }
+
+    void manyLinksAreFollowed()
+    {
+        QFETCH(int, links);
+        QFETCH(bool, areFollowed);
+        QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+        QVERIFY(QFile::link("folder/file", path("link1")));
+        for (int i = 2; i <= links; ++i)
+            QVERIFY(QFile::link(QString("link%1").arg(i - 1), path(QString("link%1").arg(i))));
+        write("folder/" + leftName, "half");
+        SavedFile::removeStale(path(QString("link%1").arg(links)));
+        QCOMPARE(QFile::exists(path("folder/" + leftName)), !areFollowed);
+    }
+
     void whatAFileSystemCannotTellIsNoFailure_data()
     {
         addUnsupported({EINVAL, ENOSYS, EOPNOTSUPP});
@@ -607,6 +733,44 @@ private Q_SLOTS:
         QCOMPARE(openDescriptors(), before);
     }
 
+    void nothingOfOthersIsClosed()
+    {
+        QStringList const before = openDescriptors();
+        {
+            SavedFile const unused(path("file"));
+        }
+        QCOMPARE(openDescriptors(), before);
+        SavedFile file(path("file"));
+        QVERIFY(file.begin());
+        file.cancel();
+        // It takes the number of the folder's.
+        QFile other(path("other"));
+        QVERIFY(other.open(QIODevice::WriteOnly));
+        QStringList const meanwhile = openDescriptors();
+        file.cancel();
+        QCOMPARE(openDescriptors(), meanwhile);
+    }
+
+    void temporaryFileMayHaveTheFirstDescriptor_data()
+    {
+        QTest::addColumn<QByteArray>("call"); // that gives it
+        QTest::newRow("folder") << QByteArray("open");
+        QTest::newRow("file") << QByteArray("openat nameless");
+    }
+
+    void temporaryFileMayHaveTheFirstDescriptor()
+    {
+        QFETCH(QByteArray, call);
+        QByteArray const folder = QFile::encodeName(m_folder->path());
+        int const code = exitCodeOf([&] {
+            qputenv("TMPDIR", folder);
+            SystemCalls::doBefore(call, [] { close(0); });
+            QFile file;
+            return SavedFile::openTemporary(file) && file.write("text") == 4 ? 0 : 1;
+        });
+        QCOMPARE(code, 0);
+    }
+
     void whatIsOpenIsNotInherited_data() { addNamelessAndNamed(); }
 
     void whatIsOpenIsNotInherited()
@@ -635,7 +799,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, making);
         if (making == "openat new")
             SystemCalls::fail("openat nameless", EOPNOTSUPP);
-        mode_t const usual = umask(0027);
+        mode_t const usual = umask(0026);
         SavedFile file(path("file"));
         bool const isBegun = file.begin();
         umask(usual);
@@ -694,6 +858,7 @@ private Q_SLOTS:
         QVERIFY(file.begin(SavedFile::Unwritable::IsBypassed));
         QVERIFY(!file.isNamed());
         QCOMPARE(content("file"), QByteArray());
+        QCOMPARE(file.fileName(), path("file"));
         QCOMPARE(file.write("new"), qint64(3));
         QVERIFY(file.commit());
         QVERIFY(!file.isOpen());
