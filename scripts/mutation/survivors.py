@@ -16,6 +16,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 LIST = ROOT / "tests/mutation/survivors.txt"
 TIMES = re.compile(r" \| x(\d+)\Z")
+# What an operator becomes may be a "|" itself.
+ENTRY = re.compile(r"(.+?) \| (.*?) \| (.+? becomes \||.+?) \| (.+)\Z")
 
 
 def read(path=LIST):
@@ -28,12 +30,12 @@ def read(path=LIST):
             reason += line
         else:
             times = TIMES.search(line)
-            parts = TIMES.sub("", line).strip().split(" | ", 3)
-            if len(parts) != 4 or not reason:
+            entry = ENTRY.match(TIMES.sub("", line).strip())
+            if not entry or not reason:
                 raise SystemExit(f"{path.name}:{number}: not FILE | FUNCTION | MUTATION | LINE"
                                  " below a reason")
-            entries[tuple(parts)] += int(times.group(1)) if times else 1
-            places[tuple(parts)] = number
+            entries[entry.groups()] += int(times.group(1)) if times else 1
+            places[entry.groups()] = number
     return entries, places
 
 
