@@ -132,6 +132,7 @@ private Q_SLOTS:
     void progressOfShortTextsIsThatOfTheTree();
     void progressOfTheCheckIsThatOfItsToken();
     void controlCharacterInANameIsToldOf();
+    void controlCharacterBehindAnUndeclaredPrefixIsRead();
 
     void readerGivesEachToken();
     void readerAgreesWithCheck_data();
@@ -504,6 +505,15 @@ void TestBoundedXml::progressOfTheCheckIsThatOfItsToken()
     }));
     // 1,364 elements, a tag, a text and the sign that ends it.
     QCOMPARE(first, 0.3 * 10920 / 40007);
+}
+
+void TestBoundedXml::controlCharacterBehindAnUndeclaredPrefixIsRead()
+{
+    QDomDocument document;
+    BoundedXml::Error error;
+    QVERIFY(BoundedXml::parse(
+        "<a><p:c/><d b='\x01'/></a>", document, error, BoundedXml::configurationLimits));
+    QCOMPARE(document.documentElement().lastChildElement().attribute("b"), QString("\x01"));
 }
 
 void TestBoundedXml::controlCharacterInANameIsToldOf()

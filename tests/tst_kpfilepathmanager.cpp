@@ -10,7 +10,12 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <cstdlib>
+
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 class TestKpFilePathManager : public QObject
 {
@@ -37,6 +42,7 @@ private Q_SLOTS:
     void refusesWhatIsNoRegularFile();
     void loadsThroughALink();
     void loadsAResource();
+    void terminalDoesNotTakeOver();
     void refusesEveryTruncation();
     void refusesAMillionNestedElements();
     void refusesFilesAboveTheGreatestSize();
@@ -267,6 +273,25 @@ void TestKpFilePathManager::loadsAResource()
     QVERIFY(KpFilePathManager::loadXmlFile(document, ":/kpfilepathmanager/document.xml"));
     QCOMPARE(document.documentElement().attribute("Name"), QString("resource"));
     expectRefused(":/kpfilepathmanager/missing.xml");
+}
+
+/** A session without a terminal does not get one by opening it. */
+void TestKpFilePathManager::terminalDoesNotTakeOver()
+{
+    pid_t const child = fork();
+    if (child == 0) {
+        int const master = setsid() < 0 ? -1 : posix_openpt(O_RDWR | O_NOCTTY);
+        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0)
+            _exit(1);
+        QDomDocument document;
+        if (KpFilePathManager::loadXmlFile(document, ptsname(master)))
+            _exit(2);
+        _exit(open("/dev/tty", O_RDWR) < 0 ? 0 : 3);
+    }
+    int status = -1;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QVERIFY(WIFEXITED(status));
+    QCOMPARE(WEXITSTATUS(status), 0);
 }
 
 void TestKpFilePathManager::refusesEveryTruncation()
