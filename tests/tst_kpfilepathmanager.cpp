@@ -1,5 +1,7 @@
 #include "kpfilepathmanager.h"
 
+#include "testing.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QDomDocument>
@@ -43,6 +45,9 @@ private Q_SLOTS:
     void loadsThroughALink();
     void loadsAResource();
     void terminalDoesNotTakeOver();
+    void firstDescriptorIsAsGoodAsOthers();
+    void textInAPipeIsNoFile();
+    void refusalsLeaveNothingOpenAndSayNothing();
     void refusesEveryTruncation();
     void refusesAMillionNestedElements();
     void refusesFilesAboveTheGreatestSize();
@@ -292,6 +297,48 @@ void TestKpFilePathManager::terminalDoesNotTakeOver()
     QCOMPARE(waitpid(child, &status, 0), child);
     QVERIFY(WIFEXITED(status));
     QCOMPARE(WEXITSTATUS(status), 0);
+}
+
+void TestKpFilePathManager::firstDescriptorIsAsGoodAsOthers()
+{
+    QString const file = written("<a/>");
+    pid_t const child = fork();
+    if (child == 0) {
+        close(0);
+        QDomDocument document;
+        _exit(KpFilePathManager::loadXmlFile(document, file) ? 0 : 1);
+    }
+    int status = -1;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QCOMPARE(status, 0);
+}
+
+void TestKpFilePathManager::textInAPipeIsNoFile()
+{
+    QByteArray const pipe = QFile::encodeName(path("pipe"));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    int const reader = open(pipe.constData(), O_RDONLY | O_NONBLOCK);
+    int const writer = open(pipe.constData(), O_WRONLY);
+    QCOMPARE(write(writer, "<a/>", 4), ssize_t(4));
+    close(writer);
+    expectRefused(path("pipe"));
+    close(reader);
+}
+
+void TestKpFilePathManager::refusalsLeaveNothingOpenAndSayNothing()
+{
+    auto const descriptors = [] {
+        return QDir("/proc/self/fd")
+            .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    };
+    QStringList const before = descriptors();
+    Testing::MessageWatch watch;
+    expectRefused(path("missing.xml"));
+    expectRefused(path("."));
+    expectRefused("/dev/null");
+    VERIFY_NOTHING_LOGGED(watch);
+    watch.stop();
+    QCOMPARE(descriptors(), before);
 }
 
 void TestKpFilePathManager::refusesEveryTruncation()
