@@ -22,7 +22,7 @@ QByteArray withSubset(QByteArray const& subset, QByteArray const& content = "<a/
 }
 
 /** Entities of two references each to the one before; the first is empty. */
-QByteArray doubling(char const* pattern, int count)
+QByteArray doubling(QByteArray const& pattern, int count)
 {
     QByteArray result;
     for (int i = 1; i <= count; ++i) {
@@ -158,6 +158,10 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("entities that double unseen")
         << withSubset(doubling("<!ENTITY e%1 '&#38;e%2;&#x026;e%2;'>", 40), "<a>&e40;</a>")
         << nested;
+    QByteArray const zeros(9000, '0');
+    QTest::newRow("entities that double unseen behind zeros") << withSubset(
+        doubling("<!ENTITY e%1 '&#" + zeros + "38;e%2;&#x" + zeros + "26;e%2;'>", 12),
+        "<a>&e12;</a>") << nested;
     QTest::newRow("entities that double in a default")
         << withSubset("<!ENTITY e0 ''>" + doubled + "<!ATTLIST a b CDATA '&e40;'>") << nested;
     QTest::newRow("long chain of entities")
@@ -205,6 +209,28 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("most references in UTF-16") << referring(10000) << QString();
     QTest::newRow("one reference in UTF-16 more") << referring(10001) << references;
 
+    QTest::newRow("declared behind a comment")
+        << withSubset("<!-- c -->" + list(1001) + ">") << declared;
+    QTest::newRow("most references in a default that is declared again") << withSubset(
+        "<!ENTITY e ''><!ENTITY % p '<!ATTLIST a b CDATA \"" + QByteArray("&#38;e;").repeated(100)
+        + "\">'>" + QByteArray("%p;").repeated(100)) << QString();
+    QTest::newRow("more references in a default that is declared again") << withSubset(
+        "<!ENTITY e ''><!ENTITY % p '<!ATTLIST a b CDATA \"" + QByteArray("&#38;e;").repeated(100)
+        + "\">'>" + QByteArray("%p;").repeated(101)) << references;
+    QTest::newRow("characters by reference in a default")
+        << withSubset("<!ATTLIST a b CDATA '" + QByteArray("&#65;").repeated(10001) + "'>")
+        << QString();
+    QTest::newRow("behind a document type and a percent sign")
+        << withSubset("", "<x>%" + element(1001)) << attributes;
+    QTest::newRow("behind a parameter entity")
+        << withSubset("<!ENTITY % p ''>" + excessive) << nested;
+    QTest::newRow("behind an entity kept elsewhere")
+        << withSubset("<!ENTITY x SYSTEM 'u'>" + excessive) << nested;
+    QTest::newRow("second declaration of an entity kept elsewhere")
+        << withSubset("<!ENTITY f SYSTEM 'u'>" + excessive) << QString();
+    QTest::newRow("parameter entity kept elsewhere") << withSubset(
+        "<!ENTITY % q ''><!ENTITY % p SYSTEM '%q;'>" + QByteArray("%p;").repeated(501))
+                                                     << QString();
     for (char const space : {'\t', '\n', '\r'}) {
         QTest::addRow("declared attributes behind the character %d", space)
             << withSubset(QByteArray(list(1001) + ">").replace(' ', space)) << declared;
