@@ -209,6 +209,7 @@ void TestMarkupBounds::boundsWhatIsCostly_data()
     QTest::newRow("most references in UTF-16") << referring(10000) << QString();
     QTest::newRow("one reference in UTF-16 more") << referring(10001) << references;
 
+    QTest::newRow("before a comment") << withSubset(excessive + "<!-- c -->") << nested;
     QTest::newRow("declared behind a comment")
         << withSubset("<!-- c -->" + list(1001) + ">") << declared;
     QTest::newRow("most references in a default that is declared again") << withSubset(
