@@ -156,6 +156,7 @@ private Q_SLOTS:
     void boundsHoldWithControlCharacters();
     void controlCharactersCountAsThreeBytes();
 
+    void configurationIsReadUpTo64Mebibytes();
     void largerDeviceIsNotRead();
     void restOfADeviceCounts();
     void namesAreNotResolved();
@@ -954,6 +955,17 @@ void TestBoundedXml::controlCharactersCountAsThreeBytes()
     QVERIFY(!BoundedXml::parse(text, document, error, limits));
     QCOMPARE(error.message, QStringLiteral("larger than 14 bytes"));
     QVERIFY(document.isNull());
+}
+
+void TestBoundedXml::configurationIsReadUpTo64Mebibytes()
+{
+    BoundedXml::Error error;
+    BlankDevice greatest(67108864);
+    QCOMPARE(BoundedXml::read(greatest, error, BoundedXml::configurationLimits).size(), 67108864);
+    QVERIFY(error.isNull());
+    BlankDevice larger(67108865);
+    QCOMPARE(BoundedXml::read(larger, error, BoundedXml::configurationLimits).size(), 0);
+    QCOMPARE(error.message, QString("larger than 67108864 bytes"));
 }
 
 void TestBoundedXml::largerDeviceIsNotRead()
