@@ -139,6 +139,7 @@ private Q_SLOTS:
     void readerAgreesWithCheck();
     void readerTellsWhyTheDeviceFails();
     void readerBoundsTheLengthOfATag();
+    void longestTagIsOf256Mebibytes();
     void failedParseEmptiesTheDocument();
     void everyPrefixFails();
 
@@ -609,6 +610,13 @@ void TestBoundedXml::readerBoundsTheLengthOfATag()
         while (wider.readNext()) { }
         QCOMPARE(wider.error().message, QString());
     }
+}
+
+/** To read one takes more memory than a test should. */
+void TestBoundedXml::longestTagIsOf256Mebibytes()
+{
+    qint64 const most = BoundedXml::maximumTokenBytes;
+    QCOMPARE(most, qint64(268435456));
 }
 
 void TestBoundedXml::failedParseEmptiesTheDocument()
