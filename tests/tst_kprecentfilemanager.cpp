@@ -604,6 +604,10 @@ void TestKpRecentFileManager::duplicatesContainTheKey_data()
         "id8"} << "v#$#w#$#id7" << QStringList {"v#$#w#$#id7", "id8"};
     QTest::newRow("separators overlap: the first counts")
         << QStringList {"x$#", "x"} << "a#$#$#" << QStringList {"a#$#$#", "x"};
+    QTest::newRow("the first sign counts")
+        << QStringList {"xbc", "xabc"} << "abc" << QStringList {"abc", "xbc"};
+    QTest::newRow("a separator at the start")
+        << QStringList {"id7x", "c"} << "#$#id7" << QStringList {"#$#id7", "c"};
     QTest::newRow("a field of one sign")
         << QStringList {"a#b", "c"} << "x#$##" << QStringList {"x#$##", "c"};
 }
@@ -1092,6 +1096,9 @@ void TestKpRecentFileManager::filesAreShown_data()
     QTest::newRow("Dropbox, three fields") << 5 << "x#$#y#$#z/f.x"
                                            << "f.x"
                                            << "y";
+    QTest::newRow("Dropbox, first field empty") << 5 << "#$#y#$#z/f.x"
+                                                << "f.x"
+                                                << "y";
     QTest::newRow("Dropbox, one field") << 5 << "x/y/f.x"
                                         << "f.x"
                                         << "x>y";

@@ -125,6 +125,7 @@ class TestRecentFilesFile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -153,6 +154,7 @@ private Q_SLOTS:
     void listsAreSavedAsTheyStand();
 
     void fileIsReplacedInOneStep();
+    void whatOthersHaveLeftIsRemoved();
     void permissionsStay_data();
     void permissionsStay();
     void newFileHasTheUsualPermissions();
@@ -190,6 +192,12 @@ private:
 
     QScopedPointer<Home> m_home;
 };
+
+/** Before anything has set it anew. */
+void TestRecentFilesFile::initTestCase()
+{
+    QVERIFY(!KpRecentFileManager::s_isLoaded);
+}
 
 void TestRecentFilesFile::init()
 {
@@ -678,6 +686,18 @@ void TestRecentFilesFile::fileIsReplacedInOneStep()
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("old"));
     expectOnlyTheFile();
+}
+
+void TestRecentFilesFile::whatOthersHaveLeftIsRemoved()
+{
+    QString const list = KpFilePathManager::configPath("RecentFiles.xml");
+    QFile left(QFileInfo(list).path() + "/.kpgeometry-save-0123456789abcdef");
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    left.close();
+    KpRecentFileManager manager;
+    manager.save();
+    QVERIFY(!left.exists());
+    QVERIFY(QFile::exists(list));
 }
 
 void TestRecentFilesFile::permissionsStay_data()
