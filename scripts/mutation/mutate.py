@@ -131,8 +131,11 @@ def main():
     tried = [m for m in mutants if not build.is_dropped(m.file, m.point)]
     if wanted.again:
         reasons, _ = survivors.read()
-        tried = [m for m in tried if outcomes.get(identity(m), "survived") in LEFT
-                 and not (identity(m) in outcomes and m.key() in reasons)]
+        tried = [m for m in tried if outcomes.get(identity(m), "survived") in LEFT]
+        # Of mutants that read alike nobody knows which of them have the reasons.
+        alike = Counter(m.key() for m in tried)
+        tried = [m for m in tried
+                 if identity(m) not in outcomes or alike[m.key()] > reasons[m.key()]]
     trials = trial.Trials(build.binaries, programs, FOLDER, wanted.jobs, wanted.slowest)
     print(f"tests pass after {time.monotonic() - start:.0f} s", flush=True)
     done = 0
