@@ -232,12 +232,22 @@ public:
     /** The name of the terminal as a device, which nothing can replace. */
     QString name() const { return QString::fromLatin1(ttyname(m_terminal)); }
 
-    /** What has been shown so far. */
+    /** What has been shown since the last call. */
     QByteArray text() const
     {
-        QByteArray text(65536, '\0');
-        fcntl(m_screen, F_SETFL, O_NONBLOCK);
-        text.truncate(int(qMax<ssize_t>(0, read(m_screen, text.data(), size_t(text.size())))));
+        // What was written before is on its way, and comes before this.
+        constexpr char mark = '\x1e';
+        if (write(m_terminal, &mark, 1) != 1)
+            qFatal("nothing can be written to the pseudo terminal");
+        QByteArray text;
+        while (!text.endsWith(mark)) {
+            char part[4096];
+            ssize_t const size = read(m_screen, part, sizeof part);
+            if (size <= 0)
+                qFatal("nothing can be read from the pseudo terminal");
+            text.append(part, int(size));
+        }
+        text.chop(1);
         return text;
     }
 
