@@ -13,6 +13,7 @@ include(CheckLinkerFlag)
 # compiler, the linker and the processor have it.
 function(kpgeometry_harden_compilation flag)
   string(MAKE_C_IDENTIFIER "KPGEOMETRY_HAS${flag}" known)
+  set(CMAKE_REQUIRED_FLAGS -Werror) # what a compiler ignores it only warns of
   check_cxx_compiler_flag(${flag} ${known})
   if(${known})
     target_compile_options(kpgeometry_settings INTERFACE ${flag})
