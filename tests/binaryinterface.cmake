@@ -57,7 +57,7 @@ function(kpgeometry_add_package_test name script)
     -DOBJDUMP=${CMAKE_OBJDUMP}
     -DREADELF=${CMAKE_READELF}
     -P ${PROJECT_SOURCE_DIR}/tests/package/${script}.cmake)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600 COST 600)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
 
 kpgeometry_add_package_test(package_install install)
@@ -85,7 +85,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     -DGENERATOR=${CMAKE_GENERATOR}
     -DCXX=${CMAKE_CXX_COMPILER}
     -P ${PROJECT_SOURCE_DIR}/tests/package/types.cmake)
-  set_tests_properties(package_types PROPERTIES TIMEOUT 1200 COST 1200)
+  set_tests_properties(package_types PROPERTIES TIMEOUT 1200)
 endif()
 foreach(compiler IN ITEMS GCC CLANG)
   if(KPGEOMETRY_${compiler})

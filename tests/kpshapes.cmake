@@ -12,7 +12,7 @@ function(kpgeometry_add_window_test name)
     get_test_property(${name} TIMEOUT timeout)
     get_test_property(${name} ENVIRONMENT environment)
     set_tests_properties(${name}_at_${ratio} PROPERTIES
-      TIMEOUT ${timeout} COST ${timeout}
+      TIMEOUT ${timeout}
       ENVIRONMENT "${environment};QT_SCALE_FACTOR=${ratio}")
   endforeach()
 endfunction()
