@@ -21,6 +21,10 @@ if(KPGEOMETRY_SANITIZERS)
   target_compile_options(kpgeometry_settings INTERFACE
     -fsanitize=${KPGEOMETRY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kpgeometry_settings INTERFACE -fsanitize=${KPGEOMETRY_SANITIZERS})
+  if(KPGEOMETRY_SANITIZERS MATCHES implicit-conversion)
+    target_compile_options(kpgeometry_settings INTERFACE
+      -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/conversions.ignore)
+  endif()
 else()
   # The sanitizer runtimes are resolved at load time, so only a plain build can insist.
   target_link_options(kpgeometry_settings INTERFACE -Wl,--no-undefined)
