@@ -195,6 +195,7 @@ private Q_SLOTS:
     void pixelsOfNobodyElseAreBlurredWhereTheyAre();
     void otherFormatsAreConverted_data();
     void otherFormatsAreConverted();
+    void opaquePicturesStayOpaqueWhateverTheTableSays();
     void formatsOf32BitsAreBlurredAsTheyAre_data();
     void formatsOf32BitsAreBlurredAsTheyAre();
     void whatBelongsToThePictureStays();
@@ -210,6 +211,8 @@ private Q_SLOTS:
     void sumsAreExactUpToTheirBounds_data();
     void sumsAreExactUpToTheirBounds();
     void processorsGetNoInstructionsThatTheyLack();
+    void featuresAreAskedForUntilOneIsMissing_data();
+    void featuresAreAskedForUntilOneIsMissing();
     void featuresAreThoseThatTheSystemNames_data();
     void featuresAreThoseThatTheSystemNames();
     void plainBlurGivesTheSameBytes();
@@ -471,6 +474,17 @@ void TestGaussianBlur::otherFormatsAreConverted()
         std::memcpy(expected.scanLine(y), pixels.constData() + 37 * y, 37 * sizeof(QRgb));
     QCOMPARE(
         GaussianBlur::blurBitmap(image, 4, 1).toImage(), QPixmap::fromImage(expected).toImage());
+}
+
+void TestGaussianBlur::opaquePicturesStayOpaqueWhateverTheTableSays()
+{
+    QImage image(3, 1, QImage::Format_RGB888);
+    image.fill(QColor(200, 100, 40));
+    GaussianBlur::g_gus_blur_scale[1] = 8;
+    QImage const result = GaussianBlur::blurBitmap(image, 1, 0).toImage();
+    GaussianBlur::g_gus_blur_scale[1] = 4;
+    // Rows and columns halve all bytes, the one beside the colours too: it would be their alpha.
+    QCOMPARE(result.pixelColor(1, 0), QColor(50, 25, 10));
 }
 
 void TestGaussianBlur::formatsOf32BitsAreBlurredAsTheyAre_data()
@@ -742,6 +756,32 @@ void TestGaussianBlur::processorsGetNoInstructionsThatTheyLack()
 #endif
 }
 
+void TestGaussianBlur::featuresAreAskedForUntilOneIsMissing_data()
+{
+    QTest::addColumn<QStringList>("asked");
+    QTest::addColumn<bool>("areAllPresent");
+    QTest::newRow("") << QStringList() << true;
+    QTest::newRow("a") << QStringList {"a"} << true;
+    QTest::newRow("missing") << QStringList {"missing"} << false;
+    QTest::newRow("a,bc,d") << QStringList {"a", "bc", "d"} << true;
+    QTest::newRow("a,missing,d") << QStringList {"a", "missing"} << false;
+    QTest::newRow("a,bc,missing") << QStringList {"a", "bc", "missing"} << false;
+}
+
+void TestGaussianBlur::featuresAreAskedForUntilOneIsMissing()
+{
+    QFETCH(QStringList, asked);
+    QFETCH(bool, areAllPresent);
+    static QStringList names;
+    names.clear();
+    auto const test = [](std::string_view name) noexcept {
+        names << QString::fromLatin1(name.data(), int(name.size()));
+        return name != "missing";
+    };
+    QCOMPARE(ProcessorFeatures::areAllPresent(QTest::currentDataTag(), test), areAllPresent);
+    QCOMPARE(names, asked);
+}
+
 void TestGaussianBlur::featuresAreThoseThatTheSystemNames_data()
 {
     QTest::addColumn<QString>("flags");
@@ -866,6 +906,7 @@ void TestGaussianBlur::quotientsAreExactForEverySum()
 
 void TestGaussianBlur::shortQuotientsAreExactForEverySum()
 {
+    QCOMPARE(StackBlur::ShortDivisor::greatest, 256U);
     for (quint32 value = 2; value <= StackBlur::ShortDivisor::greatest; ++value) {
         StackBlur::ShortDivisor const divisor(value);
         QVERIFY(divisor.multiplier() <= 0xFFFF);
