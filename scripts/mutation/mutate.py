@@ -22,7 +22,8 @@ PROGRAMS = ["tst_" + name for name in """
     numbertext kpcolorio kppathseg kppathsegmoveto kppathseglineto kppathsegcurveto
     kppathsegellipse kppathseglist geometryundo geometryxml neighbours useatexit boundedxml
     markupbounds kpcolor colorutil kprecentfilemanager largeoutlines recentfilesfile savedfile
-    filereplacement xmlelement xmltext segmentkind gaussianblur largepages""".split()]
+    filereplacement xmlelement xmltext segmentkind gaussianblur largepages
+    colourtables""".split()]
 
 
 def options():
