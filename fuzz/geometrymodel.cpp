@@ -109,13 +109,12 @@ Segment segmentOf(Node const& node, Kind const& kind, GeometryModel::Form form)
 
 } // namespace
 
-std::optional<Outline> GeometryModel::read(QByteArray const& text, Form form)
+std::optional<Outline> GeometryModel::read(QByteArray const& text, Form form, Outline outline)
 {
     auto const root = rootOf(text, form);
     if (!root)
         return std::nullopt;
     bool const isStream = form == Form::Stream;
-    Outline outline;
     if (isStream && root->attributes.isEmpty())
         return outline;
     readFlag(outline.closed, *root, QStringLiteral("Closed"), false);

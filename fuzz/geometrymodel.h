@@ -15,8 +15,9 @@ namespace GeometryModel {
 
 enum class Form { Dom, Stream };
 
-/** The outline of the root element; none if the text is not well-formed. */
-std::optional<OutlineValue::Outline> read(QByteArray const& text, Form form);
+/** What reading the root element makes of `outline`; none if the text is not well-formed. */
+std::optional<OutlineValue::Outline> read(
+    QByteArray const& text, Form form, OutlineValue::Outline outline);
 
 } // namespace GeometryModel
 
