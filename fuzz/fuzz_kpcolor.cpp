@@ -1,6 +1,7 @@
 // Any bytes as a colour: from a data stream and from the attributes of an element. What was read
 // must survive being written and read again, and every transform takes it; the readers of both
-// forms of XML read the same, and what a plain model reads. Nothing is logged.
+// forms of XML read the same, and what a plain model reads, into a new colour and into one that
+// was changed before. Nothing is logged.
 
 #include "colorutil.h"
 #include "fuzzing.h"
@@ -66,45 +67,66 @@ int numberIn(QXmlStreamAttributes const& attributes, char const* name)
     return attributes.value(QLatin1String(name)).toInt();
 }
 
-/** What the attributes say, each of them taken for itself. */
-void checkAgainstModel(KpColor read, QXmlStreamAttributes const& attributes)
+enum class Form { Dom, Stream };
+
+/** What the attributes say, each of them taken for itself, of what was `before`. */
+void checkAgainstModel(
+    KpColor read, KpColor const& before, QXmlStreamAttributes const& attributes, Form form)
 {
-    auto const has = [&](char const* name) { return attributes.hasAttribute(QLatin1String(name)); };
+    if (form == Form::Stream && attributes.isEmpty()) {
+        require(written(read) == written(before), "without attributes nothing changes");
+        return;
+    }
+    auto const has = [&](char const* name) {
+        QLatin1String const attribute(name);
+        return attributes.hasAttribute(attribute)
+            && (form == Form::Stream || !attributes.value(attribute).isEmpty());
+    };
     int tint = 0;
     if (has("Tint"))
         tint = std::clamp(numberIn(attributes, "Tint"), -100, 100);
     else if (has("Shade"))
         tint = -std::clamp(numberIn(attributes, "Shade"), -100, 100);
     require(read.tint() == tint, "the tint as modelled");
-    require(read.themeIndex() == static_cast<qint16>(numberIn(attributes, "ThemeColor")),
-        "the theme as modelled");
+    int theme = form == Form::Stream ? before.themeIndex() : 0;
+    if (has("ThemeColor"))
+        theme = static_cast<qint16>(numberIn(attributes, "ThemeColor"));
+    require(read.themeIndex() == theme, "the theme as modelled");
     auto const colourIn = [&](char const* name) {
         QColor colour;
         colour.setNamedColor(attributes.value(QLatin1String(name)).toString());
         return colour;
     };
-    if (has("V"))
-        require(static_cast<QColor const&>(read) == colourIn("V"), "the concrete colour, too");
+    QColor const concrete = has("V") ? colourIn("V") : QColor(before);
+    require(static_cast<QColor const&>(read) == concrete, "the concrete colour, too");
+    QColor reference = concrete;
     if (has("Ref"))
-        require(
-            read.refColor().rgb() == (colourIn("Ref").rgb() | 0xFF000000U), "and the reference");
+        reference = colourIn("Ref");
+    else if (tint > 0)
+        reference = ColorUtil::invertTint(concrete, tint * 0.01);
+    else if (tint < 0)
+        reference = ColorUtil::invertShade(concrete, -tint * 0.01);
+    require(read.refColor().rgb() == (reference.rgb() | 0xFF000000U), "and the reference");
 }
 
-/** The readers of both forms, where they owe each other something: nothing is there and empty. */
-void checkReaders(KpColor const& byStream, QXmlStreamAttributes const& attributes)
+/** The readers of both forms, into a new colour and into one of which nothing is as in that. */
+void checkReaders(QXmlStreamReader& reader)
 {
+    QXmlStreamAttributes const attributes = reader.attributes();
     QDomDocument document;
     QDomElement element = document.createElement(QStringLiteral("Color"));
-    bool hasEmpty = false;
-    for (QXmlStreamAttribute const& attribute : attributes) {
-        hasEmpty = hasEmpty || attribute.value().isEmpty();
+    for (QXmlStreamAttribute const& attribute : attributes)
         element.setAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
+    KpColor changed;
+    changed.setColorValues(QColor(9, 80, 200), QColor(1, 2, 3, 4), 40, 5);
+    for (KpColor const& before : {KpColor(), changed}) {
+        KpColor byStream(before);
+        byStream.parse(reader);
+        checkAgainstModel(byStream, before, attributes, Form::Stream);
+        KpColor byDom(before);
+        byDom.parse(element);
+        checkAgainstModel(byDom, before, attributes, Form::Dom);
     }
-    KpColor byDom;
-    byDom.parse(element);
-    require(hasEmpty || written(byDom) == written(byStream), "both readers read the same");
-    if (!attributes.isEmpty())
-        checkAgainstModel(byStream, attributes);
 }
 
 } // namespace
@@ -133,7 +155,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         parsed.parse(reader);
         checkStream(parsed);
         checkXml(parsed);
-        checkReaders(parsed, reader.attributes());
+        checkReaders(reader);
     }
     return 0;
 }
