@@ -1,12 +1,15 @@
-// Any numbers as an undo record. What is read from them must survive being recorded and read
-// again, alone and behind other records; a change that is undone and done again by records leaves
-// what was there; the positions must stay inside the vectors.
+// Any numbers as an undo record. They are read as a plain model reads them, into a new outline and
+// into one that holds something. What is read must survive being recorded and read again, alone and
+// behind other records; a change that is undone and done again by records leaves what was there; the
+// positions must stay inside the vectors.
 
 #include "fuzzing.h"
 #include "kpcolor.h"
-#include "kppathseglist.h"
+#include "outlinevalue.h"
 
 using Fuzzing::require;
+using OutlineValue::Outline;
+using OutlineValue::Segment;
 
 namespace {
 
@@ -38,10 +41,10 @@ struct Place
     int doubles;
 };
 
-/** Makes an outline what a record holds, as the application undoes. */
+/** Makes an outline what a record holds, as the application undoes: its flags stay till then. */
 void restore(KpPathSegList& list, Record& from, Place& place, int segmentCount)
 {
-    list.clear();
+    list.removeAll(true);
     list.fromUndoValue(from.ints, from.doubles, place.ints, place.doubles, segmentCount);
 }
 
@@ -57,6 +60,71 @@ Record anyRecord(FuzzedDataProvider& input)
             result.doubles.append(Fuzzing::awkwardReal(input));
     }
     return result;
+}
+
+template <class Entry> bool holds(QVector<Entry> const& entries, int position, int count)
+{
+    return position >= 0 && position + count <= entries.size();
+}
+
+/** How many reals the record of a segment has; none if there is no segment of that type. */
+int realCount(int type)
+{
+    switch (type) {
+    case KpPathSeg::SegMoveTo:
+    case KpPathSeg::SegLineTo:
+        return 2;
+    case KpPathSeg::SegCurveTo:
+        return 6;
+    case KpPathSeg::SegEllipse:
+        return 4;
+    default:
+        return 0;
+    }
+}
+
+/** What reading a record makes of `outline`. The first segment that is not there whole ends it. */
+void readRecord(Record const& record, Place& place, int segmentCount, Outline& outline)
+{
+    if (!holds(record.ints, place.ints, 3))
+        return;
+    for (bool* const flag : {&outline.closed, &outline.noFill, &outline.noLine})
+        *flag = record.ints.at(place.ints++) == 1;
+    for (int i = 0; i < segmentCount && holds(record.ints, place.ints, 1); ++i) {
+        int const reals = realCount(record.ints.at(place.ints));
+        if (reals > 0
+            && !(holds(record.ints, place.ints, 1 + reals)
+                && holds(record.doubles, place.doubles, 2 * reals)))
+            return;
+        Segment segment {record.ints.at(place.ints++), {}};
+        for (int j = 0; j < reals; ++j) {
+            double const value = record.doubles.at(place.doubles++);
+            double const rate = record.doubles.at(place.doubles++);
+            segment.reals.push_back(
+                {static_cast<std::int16_t>(record.ints.at(place.ints++)), rate, value});
+        }
+        if (reals > 0)
+            outline.segments.push_back(segment);
+    }
+}
+
+void checkReading(Record& input, Place const& place, int segmentCount)
+{
+    for (bool const isChanged : {false, true}) {
+        KpPathSegList list;
+        if (isChanged) {
+            list.closed = list.noFill = list.noLine = true;
+            list.lineTo({7.0, 8.0});
+        }
+        Outline expected = OutlineValue::of(list);
+        Place end = place;
+        readRecord(input, end, segmentCount, expected);
+        Place position = place;
+        list.fromUndoValue(
+            input.ints, input.doubles, position.ints, position.doubles, segmentCount);
+        require(areSame(OutlineValue::of(list), expected), "a record is read as modelled");
+        require(position.ints == end.ints && position.doubles == end.doubles, "as far as modelled");
+    }
 }
 
 void checkPoint(Record const& input, Place const& place)
@@ -101,6 +169,7 @@ void checkColour(Record& input, int place)
 void checkUndo(KpPathSegList& list, FuzzedDataProvider& change)
 {
     Record const before = record(list);
+    Outline const outlineBefore = OutlineValue::of(list);
     int const countBefore = list.segs.count();
     Record history = before;
     double const width = Fuzzing::awkwardReal(change);
@@ -108,16 +177,20 @@ void checkUndo(KpPathSegList& list, FuzzedDataProvider& change)
     list.removeAt(change.ConsumeIntegralInRange(0, 3), true);
     list.lineTo({width, 1.0});
     list.closed = !list.closed;
+    list.noFill = change.ConsumeBool();
+    list.noLine = change.ConsumeBool();
     list.toUndoValue(history.ints, history.doubles);
     Record const after = record(list);
+    Outline const outlineAfter = OutlineValue::of(list);
     int const countAfter = list.segs.count();
 
-    KpPathSegList undone;
     Place place {0, 0};
-    restore(undone, history, place, countBefore);
-    require(record(undone) == before, "what is undone is as before");
-    restore(undone, history, place, countAfter);
-    require(record(undone) == after, "what is done again is as after");
+    restore(list, history, place, countBefore);
+    require(record(list) == before && areSame(OutlineValue::of(list), outlineBefore),
+        "what is undone is as before");
+    restore(list, history, place, countAfter);
+    require(record(list) == after && areSame(OutlineValue::of(list), outlineAfter),
+        "what is done again is as after");
     require(place.ints == history.ints.size() && place.doubles == history.doubles.size(),
         "records stand one behind the other");
 }
@@ -133,6 +206,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Record input = anyRecord(values);
     checkPoint(input, place);
     checkColour(input, place.ints);
+    checkReading(input, place, segmentCount);
 
     KpPathSegList list;
     list.fromUndoValue(input.ints, input.doubles, place.ints, place.doubles, segmentCount);
