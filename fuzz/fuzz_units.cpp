@@ -22,6 +22,19 @@ bool areNear(double left, double right)
     return std::abs(left - right) <= 1e-12 * std::abs(right);
 }
 
+/** How many pixels a unit has: those of inches follow the screen, the others have 96 to an inch. */
+double modelledPixels(unsigned int unit)
+{
+    constexpr double perMillimetre = 96.0 / 25.4;
+    constexpr double perPoint = 96.0 / 72.0;
+    constexpr double perDidot = 0.375 * perMillimetre;
+    double const perInch = UnitUtil::s_logicalDpi;
+    double const pixels[unitCount] = {1.0, perMillimetre, 10.0 * perMillimetre,
+        1000.0 * perMillimetre, 1000000.0 * perMillimetre, perInch, 12.0 * perInch, 12.0 * perInch,
+        36.0 * perInch, 96.0 * 12.0 * 5280.0, perPoint, 12.0 * perPoint, perDidot, 12.0 * perDidot};
+    return pixels[unit];
+}
+
 void checkUnit(double value, unsigned int unit)
 {
     double const there = UnitUtil::pixelToUnit(value, unit);
@@ -43,6 +56,8 @@ void checkUnit(double value, unsigned int unit)
     bool const isRound =
         std::abs(value) < 1e200 && std::abs(value) > 1e-200 && UnitUtil::s_logicalDpi != 0.0;
     require(!isRound || areNear(back, value), "a length comes back");
+    require(!isRound || areNear(UnitUtil::unitToPixel(value, unit), value * modelledPixels(unit)),
+        "a unit is as long as it should be");
 }
 
 void checkScreen(FuzzedDataProvider& input)
@@ -80,11 +95,34 @@ void checkFeet(double inches)
     UnitUtil::feetValtoFeetIncheStr(inches);
 }
 
+/** Three quarters of a size, of which what is near a half is one; without what int cannot hold. */
+double modelledFontSize(double size)
+{
+    double whole = 0.0;
+    double const fraction = std::modf(size * 0.75, &whole);
+    double const more = fraction >= 0.74 ? 1.0 : fraction >= 0.26 ? 0.5 : 0.0;
+    return whole + more;
+}
+
 void checkFontSize(double size)
 {
     double const half = 2.0 * UnitUtil::fontSizeFromMac(size);
     require(std::floor(half) == half && std::abs(half) <= 4294967296.0, "a size in half points");
+    require(!(std::abs(size) < 1e9) || half == 2.0 * modelledFontSize(size), "that is near");
     require(isInt(UnitUtil::fontSizeToMac(size)), "a size in points");
+}
+
+/** A size, and those near it at which the result changes, with what is just below and above. */
+void checkFontSizes(double size)
+{
+    checkFontSize(size);
+    if (!(std::abs(size) < 1e6))
+        return;
+    double const whole = std::floor(size);
+    for (double const fraction : {0.0, 0.26, 0.74}) {
+        for (double const nearby : {-1e-6, 0.0, 1e-6})
+            checkFontSize((whole + fraction + nearby) / 0.75);
+    }
 }
 
 } // namespace
@@ -109,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         checkPage(input.ConsumeBool() ? input.ConsumeIntegralInRange(-1, 62)
                                       : input.ConsumeIntegral<int>());
         checkFeet(value);
-        checkFontSize(value);
+        checkFontSizes(value);
         UnitUtil::from7Val(value);
         QString const name = QString::fromUtf8(input.ConsumeRandomLengthString(8).c_str());
         UnitUtil::unitToPixel(value, name);
