@@ -13,6 +13,7 @@
 #include "writtenoutline.h"
 
 #include <QBuffer>
+#include <QXmlStreamReader>
 
 namespace {
 
@@ -54,6 +55,15 @@ int findingsIn(QByteArray const& text)
     return count;
 }
 
+/** Whether a reader that knows namespaces ends early: it meets a prefix that nobody has declared. */
+bool stopsStreamReader(QByteArray const& text)
+{
+    QXmlStreamReader reader(text);
+    while (!reader.atEnd())
+        reader.readNext();
+    return reader.hasError();
+}
+
 void requireNormalForm(QByteArray const& text, OutlineDocument const& document)
 {
     QByteArray const once = normalized(text);
@@ -62,7 +72,9 @@ void requireNormalForm(QByteArray const& text, OutlineDocument const& document)
     auto const read = documentOf(once);
     require(read.has_value(), "a normalised document can be read");
     require(differencesOf(document, *read, std::nullopt) == 0, "normalising changes no outline");
-    require(findingsIn(once) == 0, "a normalised document reads as it looks");
+    // What a prefix means cannot be mended.
+    int const mostFindings = stopsStreamReader(text) ? 1 : 0;
+    require(findingsIn(once) <= mostFindings, "a normalised document reads as it looks");
     require(normalized(once) == once, "a normalised document stays as it is");
 }
 
