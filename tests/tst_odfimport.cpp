@@ -28,6 +28,8 @@ private Q_SLOTS:
     void readsZipFiles();
     void saysWhatIsLeftOut_data();
     void saysWhatIsLeftOut();
+    void numbersAreBounded_data();
+    void numbersAreBounded();
     void failsInOneLine_data();
     void failsInOneLine();
     void refusesTooManyElements();
@@ -402,6 +404,42 @@ void TestOdfImport::saysWhatIsLeftOut()
     // In a zip file the place is that in its member.
     if (!lines.isEmpty() && lines.first().startsWith("1:"))
         QVERIFY(imported(zipped(element)).lines.first().startsWith("content.xml:2:"));
+}
+
+void TestOdfImport::numbersAreBounded_data()
+{
+    QTest::addColumn<QString>("element"); // with a number that is missing
+    QTest::addColumn<QString>("fault");
+
+    auto const row = [](char const* name, QByteArray const& element, char const* fault) {
+        QTest::newRow(name) << QString(element) << QString(fault);
+    };
+    QByteArray const transformed = "<draw:rect" + frame + "draw:transform=";
+    char const* const notHeeded = "a draw:transform that is not heeded";
+    row("length", "<draw:rect svg:x='%1px' svg:width='9px' svg:height='9px'/>", "x is no length");
+    row("movement", transformed + "'translate(%1px 0)'/>", notHeeded);
+    row("factor", transformed + "'scale(%1) scale(1e-9)'/>", notHeeded);
+    row("angle of a rotation", transformed + "'rotate(%1)'/>", notHeeded);
+    row("angle", "<draw:ellipse draw:kind='arc' draw:start-angle='%1'" + frame + "/>",
+        "start-angle is no angle");
+    row("view box", "<draw:path svg:viewBox='%1 0 9 9' svg:d='M0 0L5 5'" + frame + "/>",
+        "viewBox is not four numbers");
+}
+
+void TestOdfImport::numbersAreBounded()
+{
+    QFETCH(QString, element);
+    QFETCH(QString, fault);
+
+    for (QString const sign : {"", "-"}) {
+        Outcome const greatest = imported(flat(element.arg(sign + "1000000000").toUtf8()));
+        QVERIFY(greatest.pictures);
+        QCOMPARE(greatest.pictures->size(), std::size_t(1));
+        QCOMPARE(greatest.lines, QStringList());
+        Outcome const greater = imported(flat(element.arg(sign + "1000000001").toUtf8()));
+        QCOMPARE(greater.lines.size(), 1);
+        QVERIFY2(greater.lines.first().endsWith(fault), qPrintable(greater.lines.first()));
+    }
 }
 
 void TestOdfImport::failsInOneLine_data()

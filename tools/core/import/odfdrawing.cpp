@@ -26,7 +26,7 @@ std::optional<QRectF> viewBoxFromText(QString const& text)
     for (int i = 0; i < 4; ++i) {
         bool isNumber = false;
         numbers[i] = parts.at(i).toDouble(&isNumber);
-        if (!isNumber || !(std::abs(numbers[i]) <= beyondAnyPage))
+        if (!isNumber || !(std::abs(numbers[i]) <= greatestOdfNumber))
             return std::nullopt;
     }
     return QRectF(numbers[0], numbers[1], numbers[2], numbers[3]);
@@ -89,7 +89,7 @@ public:
             return otherwise;
         bool isNumber = false;
         double const angle = value.toDouble(&isNumber);
-        if (!isNumber || !(std::abs(angle) <= beyondAnyPage))
+        if (!isNumber || !(std::abs(angle) <= greatestOdfNumber))
             fail(QStringLiteral("%1 is no angle").arg(QLatin1String(name)));
         return std::fmod(angle, 360.0);
     }

@@ -30,7 +30,7 @@ std::optional<double> numberFromText(QStringRef const& text)
     bool isNumber = false;
     double const number = text.toDouble(&isNumber);
     // Written so that NaN fails.
-    return isNumber && std::abs(number) <= beyondAnyPage ? std::optional(number) : std::nullopt;
+    return isNumber && std::abs(number) <= greatestOdfNumber ? std::optional(number) : std::nullopt;
 }
 
 /** The arguments of a function; those from `firstLength` on are lengths, or 0 without a unit. */
@@ -77,7 +77,7 @@ std::optional<double> odfLength(QStringRef const& text)
         if (!text.endsWith(QLatin1String(unit.name)))
             continue;
         auto const number = numberFromText(text.chopped(2));
-        if (number && std::abs(*number) * unit.pixels <= beyondAnyPage)
+        if (number && std::abs(*number) * unit.pixels <= greatestOdfNumber)
             return *number * unit.pixels;
     }
     return std::nullopt;

@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/** Lengths, angles and other numbers beyond this are on no page. */
-constexpr double beyondAnyPage = 1e9;
+/** Numbers beyond this are refused: lengths in pixels or in their own unit, angles and all others. */
+constexpr double greatestOdfNumber = 1e9;
 
 /** A length with its unit (cm, mm, in, pt, pc, px) in pixels; none for a text that is none. */
 std::optional<double> odfLength(QStringRef const& text);
