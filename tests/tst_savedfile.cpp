@@ -111,6 +111,14 @@ private:
         QCOMPARE(file.write(content), qint64(content.size()));
     }
 
+    /** link1 to `target`, link2 to link1 and so on. */
+    void makeLinks(QString const& target, int count) const
+    {
+        QVERIFY(QFile::link(target, path("link1")));
+        for (int i = 2; i <= count; ++i)
+            QVERIFY(QFile::link(QString("link%1").arg(i - 1), path(QString("link%1").arg(i))));
+    }
+
     QByteArray content(QString const& name) const
     {
         QFile file(path(name));
@@ -632,9 +640,7 @@ private Q_SLOTS:
         QFETCH(int, links);
         QFETCH(bool, areFollowed);
         QVERIFY(QDir(m_folder->path()).mkdir("folder"));
-        QVERIFY(QFile::link("folder/file", path("link1")));
-        for (int i = 2; i <= links; ++i)
-            QVERIFY(QFile::link(QString("link%1").arg(i - 1), path(QString("link%1").arg(i))));
+        makeLinks("folder/file", links);
         write("folder/" + leftName, "half");
         SavedFile::removeStale(path(QString("link%1").arg(links)));
         QCOMPARE(QFile::exists(path("folder/" + leftName)), !areFollowed);
@@ -938,6 +944,34 @@ private Q_SLOTS:
                 opened << call.path;
         }
         QVERIFY2(opened.contains("/"), opened.join(' '));
+    }
+
+    void savesThroughManyLinks_data()
+    {
+        QTest::addColumn<int>("links");
+        QTest::addColumn<int>("error");
+        QTest::newRow("128") << 128 << 0;
+        QTest::newRow("129") << 129 << ELOOP;
+        QTest::newRow("200") << 200 << ELOOP;
+    }
+
+    void savesThroughManyLinks()
+    {
+        QFETCH(int, links);
+        QFETCH(int, error);
+        write("file", "old");
+        makeLinks("file", links);
+        QStringList const before = entries();
+        SavedFile file(path(QString("link%1").arg(links)));
+        QCOMPARE(file.begin(), error == 0);
+        QCOMPARE(error == 0 ? 0 : errno, error);
+        if (error == 0)
+            QCOMPARE(file.write("new"), qint64(3));
+        QCOMPARE(file.commit(), error == 0);
+        QCOMPARE(content("file"), QByteArray(error == 0 ? "new" : "old"));
+        QCOMPARE(entries(), before);
+        for (int i = 1; i <= links; ++i)
+            QVERIFY(QFileInfo(path(QString("link%1").arg(i))).isSymLink());
     }
 
     void linksAreFollowedToTheFile()

@@ -67,7 +67,7 @@ bool isTemporaryName(char const* name)
         && std::strspn(name + prefixSize, digits) == digitCount;
 }
 
-/** What a name leads to through all its links: also what is not there yet. */
+/** What a name leads to through its links: also what is not there yet. A link if there are too many. */
 QByteArray placeOf(QString const& name)
 {
     constexpr int mostLinks = 128;
@@ -218,9 +218,13 @@ bool SavedFile::fail()
 bool SavedFile::begin(Unwritable unwritable)
 {
     struct stat present = {};
-    bool const isPresent = stat(m_place.constData(), &present) == 0;
+    bool const isPresent = lstat(m_place.constData(), &present) == 0;
     if (!isPresent && errno != ENOENT)
         return fail();
+    if (isPresent && S_ISLNK(present.st_mode)) {
+        errno = ELOOP;
+        return fail();
+    }
     if (isPresent && S_ISDIR(present.st_mode)) {
         errno = EISDIR;
         return fail();

@@ -28,7 +28,7 @@ public:
 
     /**
      * Opens the new file for writing, with the permissions of the present one if there is one. Fails
-     * if that may not be written.
+     * if that may not be written, and if more than 128 links lead to it.
      *
      * @param unwritable IsBypassed: where the folder cannot be written to, the present file itself is
      * opened, and its content lost at once
