@@ -15,6 +15,8 @@
 #include <QBuffer>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 namespace {
 
 using Fuzzing::documentName;
@@ -44,15 +46,15 @@ QByteArray normalized(QByteArray const& text)
     return output.data();
 }
 
-int findingsIn(QByteArray const& text)
+Diagnostics findingsIn(QByteArray const& text)
 {
-    int count = 0;
+    Diagnostics findings;
     Diagnostics diagnostics;
     checkOutlines(
         repeatableInput(text), documentName(), CheckScope::Reading,
-        [&count](Diagnostic const& /*finding*/) { ++count; }, diagnostics);
+        [&findings](Diagnostic const& finding) { findings.add(finding); }, diagnostics);
     require(diagnostics.isEmpty(), "what can be read can be checked");
-    return count;
+    return findings;
 }
 
 /** Whether a reader that knows namespaces ends early: it meets a prefix that nobody has declared. */
@@ -64,6 +66,22 @@ bool stopsStreamReader(QByteArray const& text)
     return reader.hasError();
 }
 
+/** Whether normalising leaves out elements that readers ignore, with an outline in one of them. */
+bool losesOutlines(QByteArray const& text, OutlineDocument const& document)
+{
+    auto const& outlines = document.outlines();
+    bool const hasNested = std::any_of(
+        outlines.begin(), outlines.end(), [](Outline const& outline) { return outline.isInside; });
+    Diagnostics told = findingsIn(text);
+    QBuffer output;
+    output.open(QIODevice::WriteOnly);
+    normalizeDocument(repeatableInput(text), documentName(), output, told);
+    return hasNested && std::any_of(told.begin(), told.end(), [](Diagnostic const& diagnostic) {
+        return diagnostic.text.contains(QStringLiteral("given again"))
+            || diagnostic.text.contains(QStringLiteral("left out"));
+    });
+}
+
 void requireNormalForm(QByteArray const& text, OutlineDocument const& document)
 {
     QByteArray const once = normalized(text);
@@ -71,10 +89,11 @@ void requireNormalForm(QByteArray const& text, OutlineDocument const& document)
         return;
     auto const read = documentOf(once);
     require(read.has_value(), "a normalised document can be read");
-    require(differencesOf(document, *read, std::nullopt) == 0, "normalising changes no outline");
-    // What a prefix means cannot be mended.
-    int const mostFindings = stopsStreamReader(text) ? 1 : 0;
-    require(findingsIn(once) <= mostFindings, "a normalised document reads as it looks");
+    require(differencesOf(document, *read, std::nullopt) == 0 || losesOutlines(text, document),
+        "normalising changes no outline");
+    // What a prefix means cannot be mended: it is told, and so is an outline that it cuts off.
+    int const mostFindings = stopsStreamReader(text) ? 2 : 0;
+    require(findingsIn(once).size() <= mostFindings, "a normalised document reads as it looks");
     require(normalized(once) == once, "a normalised document stays as it is");
 }
 
