@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDomDocument>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -13,11 +12,26 @@
 #include <QtTest>
 
 #include <cstdlib>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace {
+
+/** How many bytes this process has read so far, from whatever file; nothing if that is not counted. */
+std::optional<qint64> bytesRead()
+{
+    QFile counts("/proc/self/io");
+    QByteArray const head = "rchar:";
+    QByteArray const line = counts.open(QIODevice::ReadOnly) ? counts.readLine() : QByteArray();
+    return line.startsWith(head) ? std::optional(line.mid(head.size()).trimmed().toLongLong())
+                                 : std::nullopt;
+}
+
+} // namespace
 
 class TestKpFilePathManager : public QObject
 {
@@ -366,11 +380,16 @@ void TestKpFilePathManager::refusesFilesAboveTheGreatestSize()
     QString const fileName = written("<a/>");
     // The file takes no room on the disk: its end is a hole.
     QVERIFY(QFile::resize(fileName, qint64(1) << 40));
-    QElapsedTimer timer;
-    timer.start();
+    auto const before = bytesRead();
+    if (!before) {
+        // QSKIP needs an extension of the language.
+        QTest::qSkip("what is read is not counted here", __FILE__, __LINE__);
+        return;
+    }
     expectRefused(fileName);
-    // It is not read to its end, which would take minutes.
-    QVERIFY2(timer.elapsed() < 30000, qPrintable(QString::number(timer.elapsed())));
+    // It is not read further than the largest file may be, and what counts that takes little.
+    qint64 const read = *bytesRead() - *before;
+    QVERIFY2(read < (65 << 20), qPrintable(QString::number(read)));
 }
 
 QTEST_GUILESS_MAIN(TestKpFilePathManager)
