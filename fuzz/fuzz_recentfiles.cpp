@@ -1,6 +1,7 @@
 // Any bytes as the file of recent files: read, saved and read again, until nothing changes; what
-// was read is what is in the tree, and what no XML holds has been replaced once. The file lies in
-// memory, and nobody waits for a disk: that is for tests with a disk to show.
+// was read, by a new manager and by one in use, is what is in the tree, and what no XML holds has
+// been replaced once. The file lies in memory, and nobody waits for a disk: that is for tests with a
+// disk to show.
 
 #include "boundedxml_p.h"
 #include "fuzzing.h"
@@ -13,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <utility>
 
 using Fuzzing::require;
 
@@ -71,40 +73,59 @@ QStringList savedState(KpRecentFileManager manager)
     return stateOf(manager);
 }
 
-/** The entries of a list of the tree, one by one. */
-QStringList entriesOf(QDomElement const& root, QString const& name)
+/** Appends the entries of a list of the tree, one by one. */
+void appendEntries(
+    QList<KpRecentFileManager::RecFile>& list, QDomElement const& root, QString const& name)
 {
-    QStringList lines;
     QDomNodeList const children = root.firstChildElement(name).childNodes();
-    int count = 0;
     for (int i = 0; i < children.count(); ++i) {
         QDomElement const child = children.at(i).toElement();
         QString const path = child.attribute(QStringLiteral("V"));
         if (path.isEmpty())
             continue;
-        ++count;
-        lines << QString::number(child.attribute(QStringLiteral("Top")).toInt() == 1)
-              << QString::number(child.attribute(QStringLiteral("Type")).toInt()) << path
-              << child.attribute(QStringLiteral("TeamName"));
+        list.append({child.attribute(QStringLiteral("Top")).toInt() == 1,
+            child.attribute(QStringLiteral("Type")).toInt(), path,
+            child.attribute(QStringLiteral("TeamName"))});
     }
-    lines.prepend(QString::number(count));
-    return lines;
 }
 
-void checkRead(QDomElement const& root, KpRecentFileManager const& manager)
+/** What the tree makes of a manager: what it does not name stays, and lists grow. */
+KpRecentFileManager modelled(QDomElement const& root, KpRecentFileManager manager)
 {
-    QStringList expected;
-    KpRecentFileManager const untouched;
-    QString const folders[] = {QStringLiteral("RecentFile"), QStringLiteral("RecentSymbol"),
-        QStringLiteral("RecentLibrary")};
-    for (QString const& name : folders) {
+    std::pair<QString, QString*> const folders[] = {
+        {QStringLiteral("RecentFile"), &manager.m_recentFileFolder},
+        {QStringLiteral("RecentSymbol"), &manager.m_symbolFolder},
+        {QStringLiteral("RecentLibrary"), &manager.m_libraryFolder}};
+    for (auto const& [name, folder] : folders) {
         QDomElement const element = root.firstChildElement(name);
-        expected << (element.isNull() ? untouched.m_symbolFolder
-                                      : element.attribute(QStringLiteral("V")));
+        if (!element.isNull())
+            *folder = element.attribute(QStringLiteral("V"));
     }
-    expected << entriesOf(root, QStringLiteral("RecentFiles"))
-             << entriesOf(root, QStringLiteral("RecentFolders"));
-    require(stateOf(manager) == expected, "what is read is what the tree holds");
+    appendEntries(manager.m_files, root, QStringLiteral("RecentFiles"));
+    appendEntries(manager.m_folders, root, QStringLiteral("RecentFolders"));
+    return manager;
+}
+
+/** A manager of which nothing is as in a new one. */
+KpRecentFileManager usedManager()
+{
+    KpRecentFileManager manager;
+    manager.m_recentFileFolder = QStringLiteral("files");
+    manager.m_symbolFolder = QStringLiteral("symbols");
+    manager.m_libraryFolder = QStringLiteral("libraries");
+    manager.m_files.append({true, 3, QStringLiteral("a"), QStringLiteral("b")});
+    manager.m_folders.append({false, 2, QStringLiteral("c"), QString()});
+    return manager;
+}
+
+void checkRead(QDomElement root)
+{
+    for (KpRecentFileManager const& before : {KpRecentFileManager(), usedManager()}) {
+        KpRecentFileManager manager(before);
+        manager.parse(root);
+        require(stateOf(manager) == stateOf(modelled(root, before)),
+            "what is read is what the tree holds");
+    }
 }
 
 KpRecentFileManager loaded()
@@ -132,10 +153,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     QDomDocument document;
     BoundedXml::parse(Fuzzing::bytes(data, size), document, error, BoundedXml::configurationLimits);
     QDomElement root = document.firstChildElement(QStringLiteral("RecentFiles"));
+    checkRead(root);
     KpRecentFileManager manager;
     manager.parse(root);
-    checkRead(root, manager);
-
     manager.save();
     KpRecentFileManager saved = loaded();
     require(stateOf(saved) == savedState(manager), "what is saved is read back");
