@@ -26,6 +26,16 @@ QByteArray written(KpColor const& colour)
     return bytes;
 }
 
+/** All is read, whatever the colour was before. */
+void checkReading(QByteArray const& bytes, KpColor const& expected)
+{
+    QDataStream stream(bytes);
+    KpColor used;
+    used.setColorValues(QColor(9, 80, 200), QColor::fromHsv(1, 2, 3, 4), 40, 5);
+    used.read(stream);
+    require(written(used) == written(expected), "a stream replaces what was there");
+}
+
 /** Compares bytes: the floats of an extended colour may be no numbers, which equal nothing. */
 void checkStream(KpColor const& colour)
 {
@@ -145,6 +155,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     double value = 0.0;
     streamed.read(stream);
     stream >> value;
+    checkReading(bytes, streamed);
     checkStream(streamed);
     checkXml(streamed);
     applyAll(streamed, value);
