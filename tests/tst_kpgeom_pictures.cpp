@@ -66,6 +66,7 @@ private Q_SLOTS:
     void filesThatAPictureNamesAreNotOpened();
     void foldersGiveNoDrawings();
     void largePicturesAreRefused();
+    void onlyGifFilesAreReadAsSuch();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
 };
@@ -279,6 +280,19 @@ void TestKpgeomPictures::largePicturesAreRefused()
         "in.png: a picture of 20033 by 36 is too large: at most 20000 a side, and 100 million "
         "in all");
     QCOMPARE(place.entries(), QStringList({"claim.png", "cut.gif", "in.png"}));
+}
+
+void TestKpgeomPictures::onlyGifFilesAreReadAsSuch()
+{
+    Workplace const place;
+    // All but the first bytes say that there is a GIF picture of 16383 by 16383 pixels.
+    QByteArray const rest = QByteArray::fromHex("ff3fff3f0000002c00000000ff3fff3f0002024c01003b");
+    for (QByteArray const start : {"NOTGIF", "GIF88a", "gif89a"}) {
+        place.write("in.bin", start + rest);
+        Result const result = place.run({"blur", "in.bin", "-o", "out.png", "-r", "3"});
+        COMPARE_EXIT(result, 1);
+        QVERIFY2(result.err.endsWith(", of no format that is read\n"), result.err.constData());
+    }
 }
 
 void TestKpgeomPictures::wrongUsageIsTold_data()

@@ -18,14 +18,23 @@ namespace {
 constexpr char const* rasterFormats[] = {"png", "jpeg", "jpg", "gif", "bmp", "webp", "tiff", "tif",
     "ico", "cur", "icns", "jp2", "mng", "pbm", "pgm", "ppm", "xbm", "xpm", "wbmp", "tga"};
 
+/** Whether it begins as GIF files do. Qt's reader of them goes on without, as far as it can. */
+bool isGif(QByteArray const& content)
+{
+    return content.startsWith("GIF87a") || content.startsWith("GIF89a");
+}
+
 /**
  * The format of what the device holds; empty if that is none of pixels. Whoever leaves the choice to
  * Qt asks every plugin that is installed, and one draws a picture with all the files that it names.
  */
-QByteArray rasterFormat(QIODevice& device)
+QByteArray rasterFormat(QBuffer& device)
 {
     auto const* const found = std::find_if(
-        std::begin(rasterFormats), std::end(rasterFormats), [&device](char const* format) {
+        std::begin(rasterFormats), std::end(rasterFormats), [&device](QByteArray const& format) {
+            // Of any other file it makes room for a picture of a size that it takes for one.
+            if (format == "gif" && !isGif(device.data()))
+                return false;
             // The reader before may have read on.
             device.seek(0);
             QImageReader reader(&device, format);
