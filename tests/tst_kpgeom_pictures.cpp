@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QImage>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace KpgeomTesting;
@@ -50,6 +51,8 @@ class TestKpgeomPictures : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // First: of the memory of all runs it sees the most alone.
+    void longChunksTakeNoMemory();
     void pictureIsBlurred_data();
     void pictureIsBlurred();
     void anyFormatIsReadAndWritten_data();
@@ -197,6 +200,28 @@ void TestKpgeomPictures::standardStreamsServe()
         place.run({"blur", "-", "-o", "-", "--format", "png", "--radius", "3"}, start);
     COMPARE_EXIT(result, 0);
     QCOMPARE(QImage::fromData(result.out).size(), QSize(30, 30));
+}
+
+void TestKpgeomPictures::longChunksTakeNoMemory()
+{
+    auto const mostKilobytesOfRuns = [] {
+        rusage usage {};
+        getrusage(RUSAGE_CHILDREN, &usage);
+        return usage.ru_maxrss;
+    };
+    Workplace const place;
+    QByteArray png = encoded(square());
+    place.write("in.png", png);
+    COMPARE_EXIT(place.run({"blur", "in.png", "-o", "out.png", "-r", "3"}), 0);
+    long const usual = mostKilobytesOfRuns();
+    // Behind the header, a text that says that it has 600 MB.
+    int const headerSize = 33;
+    png.insert(headerSize, QByteArray::fromHex("24000000") + "tEXta");
+    place.write("in.png", png);
+    COMPARE_FAILURE(place.run({"blur", "in.png", "-o", "out.png", "-r", "3"}), 1,
+        "in.png: Unable to read image data");
+    long const growth = mostKilobytesOfRuns() - usual;
+    QVERIFY2(growth < 100000, qPrintable(QString::number(growth)));
 }
 
 void TestKpgeomPictures::whatCannotBeReadIsTold_data()

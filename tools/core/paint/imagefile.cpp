@@ -89,6 +89,25 @@ QSize claimedSize(QImageReader const& reader, QByteArray const& content)
         qFromLittleEndian<quint16>(header + heightAt)};
 }
 
+/**
+ * Whether a chunk of a PNG picture says that it is longer than what is left, which cannot be read: room
+ * would be made for all of it.
+ */
+bool isCutOff(QByteArray const& png)
+{
+    constexpr qint64 signature = 8;
+    constexpr qint64 frame = 12; // of a chunk: its length, its name and a check sum
+    constexpr qint64 nameAt = 4;
+    qint64 at = signature;
+    while (at + frame <= png.size()) {
+        char const* const chunk = png.constData() + at;
+        if (std::equal(chunk + nameAt, chunk + 2 * nameAt, "IEND"))
+            return false;
+        at += frame + qFromBigEndian<quint32>(chunk);
+    }
+    return at > png.size();
+}
+
 } // namespace
 
 std::optional<QImage> decodedPicture(
@@ -102,8 +121,10 @@ std::optional<QImage> decodedPicture(
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     QString fault = format.isEmpty() ? formatFault(content) : QString();
+    if (format == "png" && isCutOff(content))
+        fault = QStringLiteral("Unable to read image data");
     // Before it is read: a small file can claim to be a large picture.
-    QSize const claimed = claimedSize(reader, content);
+    QSize const claimed = fault.isEmpty() ? claimedSize(reader, content) : QSize();
     if (fault.isEmpty() && claimed.isValid())
         fault = sizeFault(claimed);
     QImage picture;
