@@ -10,7 +10,7 @@ endif()
 if(KPGEOMETRY_COVERAGE)
   list(APPEND build_kind KPGEOMETRY_COVERAGE)
 endif()
-kpgeometry_add_test(tst_binaryinterface
+kpgeometry_add_test(tst_binaryinterface ${quick}
   LIBRARIES KpGeometry::kpgeometry ${CMAKE_DL_LIBS}
   DEFINITIONS
     KPGEOMETRY_LIBRARY="$<TARGET_FILE:kpgeometry>"

@@ -3,14 +3,14 @@
 if(KPGEOMETRY_COMPANIONS)
   message(STATUS "Companion libraries from ${KPGEOMETRY_COMPANIONS}: their tests are left out")
 else()
-  kpgeometry_add_test(tst_kppath LIBRARIES KpGeometry::kpgraphics KpGeometry::kpgeometry)
-  kpgeometry_add_test(tst_xmlstreamwriter LIBRARIES KpGeometry::KPBX)
-  kpgeometry_add_test(tst_quarkmanager LIBRARIES KpGeometry::KPBX)
-  kpgeometry_add_test(tst_kpfilepathmanager
+  kpgeometry_add_test(tst_kppath ${quick} LIBRARIES KpGeometry::kpgraphics KpGeometry::kpgeometry)
+  kpgeometry_add_test(tst_xmlstreamwriter ${quick} LIBRARIES KpGeometry::KPBX)
+  kpgeometry_add_test(tst_quarkmanager ${quick} LIBRARIES KpGeometry::KPBX)
+  kpgeometry_add_test(tst_kpfilepathmanager ${quick}
     SOURCES data/resource/document.qrc
     LIBRARIES KpGeometry::KPBX)
   set_target_properties(tst_kpfilepathmanager PROPERTIES AUTORCC ON)
   include(othercompanions.cmake)
 endif()
-kpgeometry_add_test(tst_boundedxml LIBRARIES kpboundedxml)
-kpgeometry_add_test(tst_markupbounds LIBRARIES kpboundedxml)
+kpgeometry_add_test(tst_boundedxml ${quick} LIBRARIES kpboundedxml)
+kpgeometry_add_test(tst_markupbounds ${quick} LIBRARIES kpboundedxml)

@@ -44,7 +44,7 @@ foreach(name IN ITEMS tst_filenames tst_messagelog)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomprocess)
 endforeach()
 kpgeometry_add_test(tst_corethreads UNOPTIMIZED LIBRARIES kpgeomcore Threads::Threads)
-kpgeometry_add_test(tst_outputname
+kpgeometry_add_test(tst_outputname UNOPTIMIZED
   SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
   LIBRARIES kpgeomcore)
 target_include_directories(tst_outputname PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)

@@ -47,7 +47,7 @@ foreach(name IN ITEMS
     tst_kpshapes_unitrewriter)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpshapes_files)
 endforeach()
-kpgeometry_add_test(tst_kpshapes_anyoperation LIBRARIES kpshapes_model)
+kpgeometry_add_test(tst_kpshapes_anyoperation UNOPTIMIZED LIBRARIES kpshapes_model)
 
 foreach(part IN ITEMS
     canvas canvas_accessible canvas_box canvas_interrupted canvas_tools canvas_view)
