@@ -2,20 +2,21 @@
 # more than ten. What others wait for comes before all.
 set(costs
   package_install=1000
-  growth=180
-  tst_realinput=260
-  tst_faults=230
-  tst_fillorientation=140
+  growth=150
+  tst_realinput=170
+  tst_faults=300
+  tst_fillorientation=65
   package_reproducible=110
   tst_kpgeom_files=90
   tst_kpshapes_odddocuments=90
-  package_types=80
+  package_types=50
+  package_foreigncompanions=45
   tst_recentfilesfile=75
   tst_kpgeom_documents=50
   tst_kpgeom_render=50
   tst_kpshapes_session=50
-  package_headers_gcc=45
-  package_headers_clang=35
+  package_headers_gcc=20
+  package_headers_clang=20
   tst_gaussianblur=30
   othercompanions_tst_recentfilesfile=20
   tst_draggedpage=20
