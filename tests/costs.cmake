@@ -2,22 +2,23 @@
 # more than ten. What others wait for comes before all.
 set(costs
   package_install=1000
-  growth=150
-  tst_realinput=170
   tst_faults=300
-  tst_fillorientation=65
+  tst_realinput=170
+  growth_of_pictures=110
   package_reproducible=110
   tst_kpgeom_files=90
   tst_kpshapes_odddocuments=90
-  package_types=50
-  package_foreigncompanions=45
   tst_recentfilesfile=75
+  tst_fillorientation=65
+  package_types=50
   tst_kpgeom_documents=50
   tst_kpgeom_render=50
   tst_kpshapes_session=50
+  package_foreigncompanions=45
+  growth_of_documents=40
+  tst_gaussianblur=30
   package_headers_gcc=20
   package_headers_clang=20
-  tst_gaussianblur=30
   othercompanions_tst_recentfilesfile=20
   tst_draggedpage=20
   tst_kpgeom_batch=20
