@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/canvas.h"
 #include "kppathseglineto.h"
 #include "kppathsegmoveto.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The blur of a picture of 1920 by 1080, against a copy of its memory, a scalar stack blur, and
 // the Gaussian and box blurs of an image library, each into a result that is allocated anew; and
 // of one of 7680 by 4320, against 16 of the former, which have as many pixels. All with one thread.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The XML of an outline beside Qt's own reader, writer and tree on the same elements, at 10,000
 // and at 100,000 segments, and the numbers of names beside a hash.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the cost of an outline grows with its segments: each operation at 10,000 and at 100,000
 // segments, beside a peer that does the least of the same work.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Adding to full lists and listing them, against the least that any list of recent files does.
 
 #include "kprecentfilemanager.h"

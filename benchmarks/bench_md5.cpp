@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The application's digest against two of the published MD5, which computes with 32 bits.
 
 #include "md5.h"

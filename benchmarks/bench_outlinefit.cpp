@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Learning the rules of an outline from two drawings, against reading the two drawings.
 
 #include "document/exactcopy.h"

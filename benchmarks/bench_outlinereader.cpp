@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading documents of many outlines one at a time, against a bare reader that goes through them.
 
 #include "document/outlinereader.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Imports libKPBX and libkpgraphics from the prefix KPGEOMETRY_COMPANIONS under the names
 # that companions/ would have exported. Used by the build and by the installed package.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What makes a fault in memory end a program instead of serving who caused it. It changes no
 # result. Sanitizers find the same and more, and replace the functions that would be checked.
 option(KPGEOMETRY_HARDENING "Check the stack and buffers at run time, and protect what the loader binds" ON)

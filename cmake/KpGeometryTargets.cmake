@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # One function for each sort of target, so that every library, tool and test is
 # built with the same settings; each setting stands beside its reason.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What a consumer finds: find_package(KpGeometry 1 CONFIG) and pkg-config kpgeometry.
 include(CMakePackageConfigHelpers)
 

@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // Empty: CMake makes a precompiled header only beside a source.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Fails unless COMMAND, a list, run in DIRECTORY, ends with the exit code RESULT and prints exactly
 # what stands in the file EXPECTED.
 execute_process(COMMAND ${COMMAND} WORKING_DIRECTORY ${DIRECTORY}

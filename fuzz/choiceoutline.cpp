@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "choiceoutline.h"
 
 #include "segmentkind_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CHOICEOUTLINE_H
 #define CHOICEOUTLINE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CHOICES_H
 #define CHOICES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DIAGNOSTICPROPERTIES_H
 #define DIAGNOSTICPROPERTIES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTPROPERTIES_H
 #define DOCUMENTPROPERTIES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any XML as how a shape looks: what is read is in range, and is read back to the bit as it was
 // written, in every theme.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any sequence of operations on two colours of a document, beside a model: the four things that
 // each consists of, and the formulas by which they change. In the end the colours must come back
 // from an undo record, a data stream and both forms of XML as far as these hold them. Nothing is

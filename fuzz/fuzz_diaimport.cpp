@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a shape file of Dia: outlines that fill as painted, or one reason.
 
 #include "diagnosticproperties.h"

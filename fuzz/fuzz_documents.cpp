@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text as a document, with numbers behind a NUL: a document does not differ from itself nor from
 // its normalised form, which normalising leaves as it is; differences are the same in both
 // directions; and a copy in another box holds what the outlines become there.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as shapes that formulas define, and what is learnt of them: the outlines in all boxes
 // have one structure, and every coordinate is finite.
 

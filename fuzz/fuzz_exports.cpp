@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any outlines as path data, as a page and as DrawingML: what can be read back is where it was.
 
 #include "choiceoutline.h"

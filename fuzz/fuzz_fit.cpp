@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any two or three texts as drawings, SVG pictures or documents, with a NUL between them: rules are
 // learnt of them, or there is one reason.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures of any format, size and owner, with any radius and flatness: blurred as the plain loop
 // blurs them, and nothing is written to memory that is not the picture's own.
 

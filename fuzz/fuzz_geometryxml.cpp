@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes through the readers of both forms: they read what a plain model of them reads, into a
 // new outline and into one that holds something. What they make of it is written the same by both
 // writers and read back the same by both readers, and from the second writing on nothing changes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a colour: from a data stream and from the attributes of an element. What was read
 // must survive being written and read again, and every transform takes it; the readers of both
 // forms of XML read the same, and what a plain model reads, into a new colour and into one that

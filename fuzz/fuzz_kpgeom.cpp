@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any arguments of kpgeom, a line each, and standard input behind a NUL, in a folder with a few small
 // files: the tool ends with a status that it promises, says why unless all is well, and leaves
 // nothing of its own behind.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any sequence of elements as a painter path: nothing undefined, and what its functions promise of
 // closes, directions, ellipses, and the painter's own path.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a file of the application's own: it is loaded exactly if the guard passes it, and
 // what is loaded is what Qt makes of it, control characters aside; so a tree can be written and be
 // loaded again. The file is in memory.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A message in pieces gives the digest of the whole, and that is the one of a plain model with its
 // tables computed; so do objects that go on after a digest, which keep part of it.
 

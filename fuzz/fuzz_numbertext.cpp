@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text and back: to the last bit and the last character what Qt makes of them, for all
 // that the short ways of the documents' own conversions take, and for all that they do not.
 

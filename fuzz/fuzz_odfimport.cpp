@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as an OpenDocument drawing: outlines that fill as painted, or one reason. What begins as
 // a zip file or as XML is taken as it is. Anything else is put into a zip file: the first byte tells
 // how, then come content and styles with a NUL between them.

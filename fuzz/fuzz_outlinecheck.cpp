@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes through the tool's check of a document and through its copy, which must hold the
 // same outlines.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text as path data: what is read of it is finite, and is read back as it was written.
 
 #include "export/pathdata.h"

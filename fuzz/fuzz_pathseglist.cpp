@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any sequence of operations on two outlines, beside a model of each: a plain vector of what stands
 // in it. Null entries, segments of kinds that nobody knows, segments that no list or another one
 // holds, and lists that are given themselves are all among the arguments.

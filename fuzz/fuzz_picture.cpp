@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a picture of pixels: a picture within the bounds that blurs to one of its size, or one
 // reason. What is written of it as PNG holds the same pixels.
 

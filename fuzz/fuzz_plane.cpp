@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plane geometry with any coordinates: nothing undefined, results in the ranges and codes that are
 // promised, output parameters untouched where they should be, and what pairs of functions owe to
 // each other.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text as a name and any number as that of a name: the fixed table, and no other answer.
 
 #include "fuzzing.h"

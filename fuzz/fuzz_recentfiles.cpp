@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as the file of recent files: read, saved and read again, until nothing changes; what
 // was read, by a new manager and by one in use, is what is in the tree, and what no XML holds has
 // been replaced once. The file lies in memory, and nobody waits for a disk: that is for tests with a

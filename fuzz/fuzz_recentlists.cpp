@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any sequence of operations on the lists of recent files, in memory, beside a model of them: the
 // same rules, said once more with a split for each path and a walk for each search. Arguments may
 // be strings of the lists themselves.

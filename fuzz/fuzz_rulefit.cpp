@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Outlines with rules, drawn in several boxes: rules are learnt that place every coordinate where
 // the drawings have it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as what a user of the editor does, one decision after the other: nothing breaks, and with
 // all steps undone the document is its file to the byte.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Outlines of one drawing bound to any margins: values stay, and what is not reported as inexact is
 // in a larger box where the margins and what lies between them take it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text as a document of the editor, with edits behind a NUL: unchanged it is written to the byte,
 // what was changed is read back, what was not stays as it is, and without the edits the bytes are
 // those of the file.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The blur by every set of vector instructions that this machine has, against the plain loop, and
 // that against the weighted mean as it is defined; also with gaps between rows, which stay as they
 // were, and from one place to another.

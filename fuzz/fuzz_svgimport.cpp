@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as an SVG picture, packed or not: outlines that fill as painted, or one reason.
 
 #include "diagnosticproperties.h"

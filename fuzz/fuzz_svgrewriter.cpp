@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes through the guard of SVG pictures and what is handed to Qt SVG instead: XML that can be
 // read, in which nothing is left to be rewritten, and no file or image is named.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text in any font file: outlines that fill as painted, or one reason. The first two bytes tell
 // the size of an em and the length of the text that follows; the rest is the font.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any numbers as an undo record. They are read as a plain model reads them, into a new outline and
 // into one that holds something. What is read must survive being recorded and read again, alone and
 // behind other records; a change that is undone and done again by records leaves what was there; the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units, pages, screens and font sizes with any numbers: nothing undefined, and what the functions
 // promise of their results and owe to each other.
 

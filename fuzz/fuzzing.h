@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FUZZING_H
 #define FUZZING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "geometrymodel.h"
 
 #include <QString>

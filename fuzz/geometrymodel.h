@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GEOMETRYMODEL_H
 #define GEOMETRYMODEL_H
 

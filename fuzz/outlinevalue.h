@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEVALUE_H
 #define OUTLINEVALUE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictureproperties.h"
 
 #include "common/fonts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PICTUREPROPERTIES_H
 #define PICTUREPROPERTIES_H
 

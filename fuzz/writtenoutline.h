@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WRITTENOUTLINE_H
 #define WRITTENOUTLINE_H
 

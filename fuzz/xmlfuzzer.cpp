@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lets libFuzzer change inputs as XML.
 
 #include "xmlmutator.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xmlmutator.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLMUTATOR_H
 #define XMLMUTATOR_H
 

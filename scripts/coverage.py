@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Tells what tests reach of the sources, and fails if that is too little.
 
 usage: coverage.py LIBRARY.json TOOLS.json MERGED.json

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Copies what libFuzzer prints, and notes how its coverage grows.
 
 usage: libFuzzer's program 2>&1 | fuzzcurve.py COVERAGE.csv

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Counts the instructions that each reader takes for each kind of input, of one size and of four
 times as much.
 

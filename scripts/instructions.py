@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Counts the instructions of one operation of each kind and compares them with those on record.
 
 usage: instructions.py BUILD [--update]

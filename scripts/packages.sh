@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the scripts beside it: the Debian packages that they need.
 
 build_packages=(g++ cmake ninja-build libhwy-dev libqt5svg5-dev qtbase5-dev zlib1g-dev)
@@ -5,8 +6,8 @@ input_packages=(fonts-dejavu-core breeze-icon-theme)
 # llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
 # scour and rsvg-convert stand for the programs that people draw with, xdotool for a hand.
 test_packages=(abigail-tools binutils chromium chromium-driver clang clang-format-14 clang-tidy-14
-    doxygen git libclang-rt-14-dev librsvg2-bin libxml2-utils lld llvm-14 man-db pkg-config scour
-    valgrind xdotool xvfb)
+    doxygen git libclang-rt-14-dev librsvg2-bin libxml2-utils lld llvm-14 man-db pkg-config reuse
+    scour valgrind xdotool xvfb)
 # What holds the definitions of preset shapes, and where within one of its archives.
 preset_package=libapache-poi-java
 preset_file=org/apache/poi/sl/draw/geom/presetShapeDefinitions.xml

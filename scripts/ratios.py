@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints a table of ratios from results of Google Benchmark.
 
 usage: ratios.py RESULT.json...

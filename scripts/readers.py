@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Measures the processor time and the memory that each reader takes for usual input of several sizes.
 
 usage: readers.py PROGRAM MEGABYTES...

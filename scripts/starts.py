@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints a table of what it costs to start kpgeom and programs beside it: CPU time in ms.
 
 usage: starts.py KPGEOM

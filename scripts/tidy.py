@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Runs clang-tidy on sources, several of them at a time as if they were one.
 
 usage: tidy.py BUILD SOURCE...

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPEARANCEPANELTESTING_H
 #define APPEARANCEPANELTESTING_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The layout, the vtables and the symbols that clients were built against, and the package
 # that new clients are built against.
 set(build_kind "")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CANVASTESTING_H
 #define CANVASTESTING_H
 

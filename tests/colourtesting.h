@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLOURTESTING_H
 #define COLOURTESTING_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The tests of the companion libraries as they stand in companions/. Another build of them
 # is tested where it comes from; what the library needs of it the tests of outlines see.
 if(KPGEOMETRY_COMPANIONS)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What all tools share, a class or a set of functions each.
 foreach(name IN ITEMS
     tst_appearancexml

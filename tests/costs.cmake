@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The long tests first, lest one of them runs alone at the end: seconds, about, of those that take
 # more than ten. What others wait for comes before all.
 set(costs

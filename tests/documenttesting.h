@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTTESTING_H
 #define DOCUMENTTESTING_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What becomes of files when calls to the system fail. No sanitizer goes with a library that takes
 # the place of the C library's functions.
 if(KPGEOMETRY_SANITIZERS)

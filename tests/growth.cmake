@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What readers take for inputs of two sizes, counted by valgrind, which knows no sanitizers.
 add_executable(growth growth/growth.cpp growth/kinds.cpp growth/kinds.h growth/picturekinds.cpp)
 target_link_libraries(growth

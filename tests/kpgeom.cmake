@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The command-line tool as its users start it.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Xml)
 

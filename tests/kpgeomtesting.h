@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPGEOMTESTING_H
 #define KPGEOMTESTING_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The editor: its model without widgets, and its widgets on a screen of several densities.
 # kpgeometry_add_window_test(<name> [LIBRARIES ...] [TIMEOUT seconds]): a test program with widgets,
 # which runs once for each device pixel ratio; sanitized, where it is slow, at one of them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPSHAPESTESTING_H
 #define KPSHAPESTESTING_H
 

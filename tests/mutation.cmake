@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The list of the mutants that no test catches (scripts/mutate) still speaks of the sources as they are.
 find_program(KPGEOMETRY_PYTHON python3)
 if(KPGEOMETRY_PYTHON)

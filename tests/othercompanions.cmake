@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The programs that test the library run again, as they are, with another pair of companion
 # libraries in the place of those that they were linked with. So both pairs have one binary
 # interface, and the library counts on nothing that only one of them does.

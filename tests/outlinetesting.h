@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINETESTING_H
 #define OUTLINETESTING_H
 

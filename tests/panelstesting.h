@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PANELSTESTING_H
 #define PANELSTESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PRESETTESTING_H
 #define PRESETTESTING_H
 

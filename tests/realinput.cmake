@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The import of pictures and fonts, and the library with what others have drawn.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 

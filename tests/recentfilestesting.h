@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECENTFILESTESTING_H
 #define RECENTFILESTESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECORDERTESTING_H
 #define RECORDERTESTING_H
 

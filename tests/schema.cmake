@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The schema of documents, by what xmllint says of them.
 kpgeometry_add_test(tst_schema UNOPTIMIZED
   LIBRARIES kpgeomcore util

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SCHEMATESTING_H
 #define SCHEMATESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SEGMENTTESTING_H
 #define SEGMENTTESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPESMODELTESTING_H
 #define SHAPESMODELTESTING_H
 

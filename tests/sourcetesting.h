@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SOURCETESTING_H
 #define SOURCETESTING_H
 

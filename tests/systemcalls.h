@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SYSTEMCALLS_H
 #define SYSTEMCALLS_H
 

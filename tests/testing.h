@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TESTING_H
 #define TESTING_H
 

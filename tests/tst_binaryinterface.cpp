@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppath.h"
 #include "kppathsegcurveto.h"
 #include "kppathsegellipse.h"

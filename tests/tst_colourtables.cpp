@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "colorutil.h"
 #include "testing.h"
 

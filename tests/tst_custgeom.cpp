@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/exactcopy.h"
 #include "export/custgeom.h"
 #include "outlinetesting.h"

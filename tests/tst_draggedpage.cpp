@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/bindingrule.h"
 #include "document/exactcopy.h"
 #include "export/htmlpage.h"

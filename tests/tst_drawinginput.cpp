@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/pathdata.h"
 #include "fit/drawinginput.h"
 #include "fit/lastplace.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/filenames.h"
 #include "testing.h"
 

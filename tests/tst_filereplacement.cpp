@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "filereplacement_p.h"
 
 #include <QTemporaryDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "outlinetesting.h"
 
 #include <QIODevice>

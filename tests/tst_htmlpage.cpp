@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/htmlpage.h"
 #include "outlinetesting.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpbound.h"
 #include "outlinetesting.h"
 

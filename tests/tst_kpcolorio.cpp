@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "colourtesting.h"
 #include "kpcolorio.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conversion_p.h"
 #include "kpmath.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "segmenttesting.h"
 
 using OutlineTesting::exact;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recentfilestesting.h"
 #include "testing.h"
 

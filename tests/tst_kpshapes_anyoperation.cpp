@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/nodekind.h"
 #include "model/operations.h"
 #include "model/outlineedit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/appearancepanel.h"
 
 #include "appearancepaneltesting.h"

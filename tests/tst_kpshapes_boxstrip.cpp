@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/boxcell.h"
 #include "panels/boxstrip.h"
 #include "panels/thumbnail.h"

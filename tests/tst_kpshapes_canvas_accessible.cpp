@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/canvasaccessible.h"
 #include "canvas/handlename.h"
 #include "canvastesting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/shapes.h"
 #include "exchange/importing.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpshapestesting.h"
 #include "testing.h"
 #include "windowtesting.h"

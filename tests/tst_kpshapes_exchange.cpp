@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "exchange/exporting.h"
 #include "exchange/importing.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpshapestesting.h"
 #include "panels/fitdialog.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documenttesting.h"
 #include "files/documentloader.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/operations.h"
 #include "shapesmodeltesting.h"
 

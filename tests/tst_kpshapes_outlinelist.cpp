@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/outlinelist.h"
 #include "panels/outlinemodel.h"
 #include "panels/outlineview.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/axiseditor.h"
 #include "panels/numberbox.h"
 #include "panels/pointpanel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "numbertext_p.h"
 #include "segmentkind_p.h"
 #include "sourcetesting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sourcetesting.h"
 
 using namespace SourceTesting;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/viewsettings.h"
 
 #include "testing.h"

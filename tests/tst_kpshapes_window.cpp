@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/canvasaccessible.h"
 #include "kpshapestesting.h"
 #include "model/operations.h"

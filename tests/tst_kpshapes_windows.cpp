@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/recovery.h"
 #include "kpshapestesting.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gaussianblur.h"
 #include "largepages_p.h"
 #include "testing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "boundedxml_p.h"
 #include "fit/alignment.h"
 #include "import/anyimport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/messagelog.h"
 #include "testing.h"
 

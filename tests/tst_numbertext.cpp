@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "numbertext_p.h"
 #include "testing.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/pathdata.h"
 #include "import/anyimport.h"
 #include "import/odfdrawing.h"

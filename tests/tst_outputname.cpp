@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "outputname.h"
 
 #include <QtTest>

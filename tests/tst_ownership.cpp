@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/filecontent.h"
 #include "common/ownership.h"
 #include "testing.h"

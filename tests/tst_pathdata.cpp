@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/pathdata.h"
 #include "kpbound.h"
 #include "outlinetesting.h"

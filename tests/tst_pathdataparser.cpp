@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/exactpath.h"
 #include "export/pathdata.h"
 #include "import/pathdataparser.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/pathdata.h"
 #include "import/pathimport.h"
 #include "outlinetesting.h"

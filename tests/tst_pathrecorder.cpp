@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recordertesting.h"
 
 #include <QImage>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/outlinedocument.h"
 #include "fit/presetfit.h"
 #include "import/drawingmlimport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "check/outlineaudit.h"
 #include "check/outlinecheck.h"
 #include "document/shapes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "segmentkind_p.h"
 
 #include <QtTest>

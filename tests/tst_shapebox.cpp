@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/shapebox.h"
 #include "outlinetesting.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/outlinedocument.h"
 #include "document/shapes.h"
 #include "outlinetesting.h"

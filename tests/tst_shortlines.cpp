@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/shortlines.h"
 #include "outlinetesting.h"
 

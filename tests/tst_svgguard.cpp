@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgguard.h"
 #include "import/svgscan.h"
 

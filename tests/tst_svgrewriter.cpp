@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgrewriter.h"
 #include "testing.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgviewport.h"
 #include "testing.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpversion.h"
 #include "testing.h"
 #include "unitutil.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xmlelement_p.h"
 
 #include <QtTest>

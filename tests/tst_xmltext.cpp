@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xmltext_p.h"
 
 #include <QtTest>

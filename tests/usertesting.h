@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef USERTESTING_H
 #define USERTESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WEBDRIVER_H
 #define WEBDRIVER_H
 

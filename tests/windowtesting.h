@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WINDOWTESTING_H
 #define WINDOWTESTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ZIPTESTING_H
 #define ZIPTESTING_H
 

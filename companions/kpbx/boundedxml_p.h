@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOUNDEDXML_P_H
 #define BOUNDEDXML_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controlstandins_p.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONTROLSTANDINS_P_H
 #define CONTROLSTANDINS_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "declaredentities_p.h"
 
 #include "boundedxml_p.h"

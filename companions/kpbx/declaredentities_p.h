@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DECLAREDENTITIES_P_H
 #define DECLAREDENTITIES_P_H
 

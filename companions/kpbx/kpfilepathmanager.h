@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPFILEPATHMANAGER_H
 #define KPFILEPATHMANAGER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpversion.h"
 
 #include <new>

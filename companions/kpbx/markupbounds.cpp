@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "markupbounds_p.h"
 
 #include <QXmlStreamReader>

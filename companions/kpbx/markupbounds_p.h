@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MARKUPBOUNDS_P_H
 #define MARKUPBOUNDS_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "markupscan_p.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MARKUPSCAN_P_H
 #define MARKUPSCAN_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef QUARKMANAGER_H
 #define QUARKMANAGER_H
 

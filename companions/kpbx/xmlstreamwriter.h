@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLSTREAMWRITER_H
 #define XMLSTREAMWRITER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATH_H
 #define KPPATH_H
 

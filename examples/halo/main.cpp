@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Blurs the same picture twice: on the left in a premultiplied format, on the right in one that
 // keeps colours apart from alpha, where the black of transparent pixels comes out as a halo.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MUTANT_H
 #define MUTANT_H
 

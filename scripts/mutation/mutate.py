@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Mutation testing of the library; see scripts/mutate."""
 
 import argparse

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Where the sources of the library can be mutated, and into what: by libclang."""
 
 import hashlib

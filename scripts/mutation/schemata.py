@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes a copy of the sources that holds all mutants, and finds out which cannot be in it."""
 
 import hashlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The committed list of mutants that no test catches, each with the reason.
 
 A paragraph that begins in the first column is the reason for the indented lines below it:

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs test programs with a mutant alive, and tells whether one of them notices."""
 
 import glob

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GAUSSIANBLUR_H
 #define GAUSSIANBLUR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "largepages_p.h"
 
 #ifdef __linux__

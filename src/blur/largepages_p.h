@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LARGEPAGES_P_H
 #define LARGEPAGES_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "processorfeatures_p.h"
 
 #include <algorithm>

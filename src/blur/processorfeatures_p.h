@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROCESSORFEATURES_P_H
 #define PROCESSORFEATURES_P_H
 

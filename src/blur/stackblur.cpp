@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "stackblur_p.h"
 
 #include <algorithm>

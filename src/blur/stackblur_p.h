@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STACKBLUR_P_H
 #define STACKBLUR_P_H
 

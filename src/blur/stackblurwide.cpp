@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compiled once for each set of instructions: the macros of Highway include this file again.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "stackblurwide.cpp"

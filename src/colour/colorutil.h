@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLORUTIL_H
 #define COLORUTIL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpcolor.h"
 
 #include "colorutil.h"

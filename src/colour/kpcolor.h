@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPCOLOR_H
 #define KPCOLOR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPCOLORIO_H
 #define KPCOLORIO_H
 

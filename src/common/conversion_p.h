@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONVERSION_P_H
 #define CONVERSION_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FILEREPLACEMENT_P_H
 #define FILEREPLACEMENT_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NUMBERTEXT_P_H
 #define NUMBERTEXT_P_H
 

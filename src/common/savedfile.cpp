@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "savedfile_p.h"
 
 #include <QDir>

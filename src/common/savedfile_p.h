@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SAVEDFILE_P_H
 #define SAVEDFILE_P_H
 

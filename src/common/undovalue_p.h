@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNDOVALUE_P_H
 #define UNDOVALUE_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLATTRIBUTE_P_H
 #define XMLATTRIBUTE_P_H
 

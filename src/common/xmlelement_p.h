@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLELEMENT_P_H
 #define XMLELEMENT_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLTEXT_P_H
 #define XMLTEXT_P_H
 

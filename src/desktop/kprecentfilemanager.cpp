@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kprecentfilemanager.h"
 
 #include "filereplacement_p.h"

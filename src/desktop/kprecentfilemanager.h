@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPRECENTFILEMANAGER_H
 #define KPRECENTFILEMANAGER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNITCODE_P_H
 #define UNITCODE_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unitutil.h"
 
 #include "conversion_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNITUTIL_H
 #define UNITUTIL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MD5_H
 #define MD5_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOUNDPOINT_P_H
 #define BOUNDPOINT_P_H
 

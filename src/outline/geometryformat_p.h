@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GEOMETRYFORMAT_P_H
 #define GEOMETRYFORMAT_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GEOMETRYXML_P_H
 #define GEOMETRYXML_P_H
 

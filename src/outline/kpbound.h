@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPBOUND_H
 #define KPBOUND_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppathseg.h"
 
 #include "boundpoint_p.h"

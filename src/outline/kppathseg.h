@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEG_H
 #define KPPATHSEG_H
 

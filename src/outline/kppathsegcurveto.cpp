@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppathsegcurveto.h"
 
 #include "boundpoint_p.h"

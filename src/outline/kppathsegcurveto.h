@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEGCURVETO_H
 #define KPPATHSEGCURVETO_H
 

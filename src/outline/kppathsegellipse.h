@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEGELLIPSE_H
 #define KPPATHSEGELLIPSE_H
 

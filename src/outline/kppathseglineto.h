@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEGLINETO_H
 #define KPPATHSEGLINETO_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppathseglist.h"
 
 #include "geometryformat_p.h"

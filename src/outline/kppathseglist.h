@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEGLIST_H
 #define KPPATHSEGLIST_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppathsegmoveto.h"
 
 #include "boundpoint_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPATHSEGMOVETO_H
 #define KPPATHSEGMOVETO_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppoint.h"
 
 #include "undoreal_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPPOINT_H
 #define KPPOINT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SEGMENTKIND_P_H
 #define SEGMENTKIND_P_H
 

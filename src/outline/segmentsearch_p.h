@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SEGMENTSEARCH_P_H
 #define SEGMENTSEARCH_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNDOREAL_P_H
 #define UNDOREAL_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpmath.h"
 
 #include "conversion_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPMATH_H
 #define KPMATH_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // To be loaded before a program (LD_PRELOAD): one of its calls to the system fails, as an environment
 // variable says. Nothing else changes; only the calls that the program makes by name are seen, not
 // those within the C library.

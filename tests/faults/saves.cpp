@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saves once, as programs do that are no command: a list of recent files, a document of the editor or
 // its recovery file. One line on standard error and the exit code 1 on failure.
 #include "files/documentfile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Has each reader read each kind of input, in a function of its own, for a tool that counts the
 // instructions from when that function is entered to when it is left.
 //

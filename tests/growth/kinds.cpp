@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kinds.h"
 
 Parts body(QByteArray const& text)

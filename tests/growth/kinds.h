@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KINDS_H
 #define KINDS_H
 

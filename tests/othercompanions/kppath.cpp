@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kppath.h"
 
 #include <QPainterPath>

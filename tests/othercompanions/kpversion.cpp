@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kpversion.h"
 
 QStringList KpVersion::s_fontFamilyList;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KPVERSION_H
 #define KPVERSION_H
 

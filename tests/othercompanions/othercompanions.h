@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OTHERCOMPANIONS_H
 #define OTHERCOMPANIONS_H
 

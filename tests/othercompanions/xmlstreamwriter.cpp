@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xmlstreamwriter.h"
 
 XmlStreamWriter::XmlStreamWriter(QIODevice* device)

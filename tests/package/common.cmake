@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the package tests share. Each is run by cmake -P and stops at the first fault.
 cmake_minimum_required(VERSION 3.25)
 

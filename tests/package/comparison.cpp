@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compares colours of documents with plain ones in either order, which every edition of C++ must
 // take to mean the same. A client's own class of colours is as good as a plain one.
 #include <kpcolor.h>

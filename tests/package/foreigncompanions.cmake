@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The library is built from SOURCE against the companion libraries in COMPANIONS_PREFIX, which
 # are others than its own, as users build it, installed, and consumed.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)

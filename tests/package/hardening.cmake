@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Each installed file has what its hardened build promises: a table of addresses that is read-only
 # once it is bound at load, a stack that holds no code, checks of the stack where functions keep
 # buffers there, and what the processor has against jumps to anywhere.

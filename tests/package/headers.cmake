@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Each installed header compiles with CXX alone, included twice, as C++11 without a warning;
 # and the installed headers are the public ones of the source tree SOURCE. Comparisons of colours
 # mean the same from C++11 to C++20, which looks for operators the other way round, too.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs the build BUILD into the empty prefix PREFIX.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 

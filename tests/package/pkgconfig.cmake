@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The package is found by pkg-config, also where it was not configured to stand; and what
 # README says of it, letter by letter, builds the program shown there and runs it.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)

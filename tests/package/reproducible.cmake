@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Where the build stands makes no difference to what is installed: the libraries, built once more in
 # a folder whose name is longer, are the same to the byte, and no file tells of either folder.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)

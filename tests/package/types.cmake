@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The types of the interface are those on record in RECORDS, one file for each library: results,
 # parameters, fields and their places, virtual functions, numbers of enumerations. A mangled name
 # tells of a function's parameters only, and of no type what is in it.

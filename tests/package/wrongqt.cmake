@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Whoever has Qt 6, or no Qt, is told so in plain words: by the package when CMake looks for it, and
 # by each header.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BATCH_H
 #define BATCH_H
 

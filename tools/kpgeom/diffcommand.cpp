@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "check/outlinediff.h"
 #include "commandline.h"
 #include "console.h"

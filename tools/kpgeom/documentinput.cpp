@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documentinput.h"
 
 #include "commandline.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTINPUT_H
 #define DOCUMENTINPUT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "folderwatch.h"
 
 #include <QFile>

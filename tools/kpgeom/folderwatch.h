@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FOLDERWATCH_H
 #define FOLDERWATCH_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "guiapplication.h"
 
 #include <QGuiApplication>

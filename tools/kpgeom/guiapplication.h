@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GUIAPPLICATION_H
 #define GUIAPPLICATION_H
 

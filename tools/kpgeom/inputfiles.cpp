@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "inputfiles.h"
 
 #include "common/filecontent.h"

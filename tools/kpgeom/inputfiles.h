@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef INPUTFILES_H
 #define INPUTFILES_H
 

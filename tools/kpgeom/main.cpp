@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/fonts.h"
 #include "guiapplication.h"
 #include "process/filenames.h"

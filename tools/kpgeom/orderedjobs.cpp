@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orderedjobs.h"
 
 #include "console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ORDEREDJOBS_H
 #define ORDEREDJOBS_H
 

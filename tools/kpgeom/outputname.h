@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTPUTNAME_H
 #define OUTPUTNAME_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictureoutput.h"
 
 #include "console.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "presetconversion.h"
 
 #include "commandline.h"

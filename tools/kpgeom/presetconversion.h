@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PRESETCONVERSION_H
 #define PRESETCONVERSION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROGRESS_H
 #define PROGRESS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recentlists.h"
 
 #include "check/recentaudit.h"

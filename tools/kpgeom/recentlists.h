@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECENTLISTS_H
 #define RECENTLISTS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "renderoptions.h"
 
 #include "batch.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RENDEROPTIONS_H
 #define RENDEROPTIONS_H
 

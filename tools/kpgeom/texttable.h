@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TEXTTABLE_H
 #define TEXTTABLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/canvasaccessible.h"
 #include "common/filecontent.h"
 #include "common/localfilename.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FILENAMES_H
 #define FILENAMES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/lackofmemory.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LACKOFMEMORY_H
 #define LACKOFMEMORY_H
 

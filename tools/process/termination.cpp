@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/termination.h"
 
 #include "common/unfinishedfile.h"

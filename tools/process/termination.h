@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TERMINATION_H
 #define TERMINATION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Uses all three libraries as a client does: draws an outline, resizes it, saves and reads it.
 #include <kppath.h>
 #include <kppathsegellipse.h>

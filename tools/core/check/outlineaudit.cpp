@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "check/outlineaudit.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEAUDIT_H
 #define OUTLINEAUDIT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "check/outlinecheck.h"
 
 #include "check/outlineaudit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINECHECK_H
 #define OUTLINECHECK_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEDIFF_H
 #define OUTLINEDIFF_H
 

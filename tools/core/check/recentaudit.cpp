@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "check/recentaudit.h"
 
 #include "document/elementposition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECENTAUDIT_H
 #define RECENTAUDIT_H
 

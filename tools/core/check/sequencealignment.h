@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SEQUENCEALIGNMENT_H
 #define SEQUENCEALIGNMENT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DIAGNOSTIC_H
 #define DIAGNOSTIC_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/filecontent.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FILECONTENT_H
 #define FILECONTENT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FONTS_H
 #define FONTS_H
 

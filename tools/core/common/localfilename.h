@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LOCALFILENAME_H
 #define LOCALFILENAME_H
 

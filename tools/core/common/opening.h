@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OPENING_H
 #define OPENING_H
 

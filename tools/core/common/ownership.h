@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OWNERSHIP_H
 #define OWNERSHIP_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/repeatableinput.h"
 
 #include "common/filecontent.h"

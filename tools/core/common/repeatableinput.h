@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPEATABLEINPUT_H
 #define REPEATABLEINPUT_H
 

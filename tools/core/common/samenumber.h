@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SAMENUMBER_H
 #define SAMENUMBER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SPOOL_H
 #define SPOOL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNFINISHEDFILE_H
 #define UNFINISHEDFILE_H
 

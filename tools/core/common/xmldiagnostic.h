@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef XMLDIAGNOSTIC_H
 #define XMLDIAGNOSTIC_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/appearance.h"
 
 #include "colorutil.h"

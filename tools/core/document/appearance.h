@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPEARANCE_H
 #define APPEARANCE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/appearancexml.h"
 
 #include "xmlstreamwriter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPEARANCEXML_H
 #define APPEARANCEXML_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BINDINGRULE_H
 #define BINDINGRULE_H
 

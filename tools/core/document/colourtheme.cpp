@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/colourtheme.h"
 
 #include <QStringList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLOURTHEME_H
 #define COLOURTHEME_H
 

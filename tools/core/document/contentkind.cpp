@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/contentkind.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONTENTKIND_H
 #define CONTENTKIND_H
 

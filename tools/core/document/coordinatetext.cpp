@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/coordinatetext.h"
 
 #include "geometryformat_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COORDINATETEXT_H
 #define COORDINATETEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTNORMALIZER_H
 #define DOCUMENTNORMALIZER_H
 

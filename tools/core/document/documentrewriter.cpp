@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/documentrewriter.h"
 
 #include "document/coordinatetext.h"

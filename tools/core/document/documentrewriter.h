@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTREWRITER_H
 #define DOCUMENTREWRITER_H
 

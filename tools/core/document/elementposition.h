@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ELEMENTPOSITION_H
 #define ELEMENTPOSITION_H
 

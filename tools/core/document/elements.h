@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ELEMENTS_H
 #define ELEMENTS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/exactcopy.h"
 
 #include "document/outlinerecord.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXACTCOPY_H
 #define EXACTCOPY_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXACTPATH_H
 #define EXACTPATH_H
 

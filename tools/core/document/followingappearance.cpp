@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/followingappearance.h"
 
 #include <QXmlStreamReader>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FOLLOWINGAPPEARANCE_H
 #define FOLLOWINGAPPEARANCE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/geometrywalker.h"
 
 #include "segmentkind_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GEOMETRYWALKER_H
 #define GEOMETRYWALKER_H
 

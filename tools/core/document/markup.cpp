@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/markup.h"
 
 #include "boundedxml_p.h"

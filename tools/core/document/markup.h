@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MARKUP_H
 #define MARKUP_H
 

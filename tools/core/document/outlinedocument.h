@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEDOCUMENT_H
 #define OUTLINEDOCUMENT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/outlinereader.h"
 
 #include "boundedxml_p.h"

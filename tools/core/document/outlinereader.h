@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEREADER_H
 #define OUTLINEREADER_H
 

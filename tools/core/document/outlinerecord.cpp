@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document/outlinerecord.h"
 
 #include <cstring>

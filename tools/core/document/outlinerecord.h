@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINERECORD_H
 #define OUTLINERECORD_H
 

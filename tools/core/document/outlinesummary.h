@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINESUMMARY_H
 #define OUTLINESUMMARY_H
 

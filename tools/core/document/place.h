@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PLACE_H
 #define PLACE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEBOX_H
 #define SHAPEBOX_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEFORMAT_H
 #define SHAPEFORMAT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHORTLINES_H
 #define SHORTLINES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WRITETEXT_H
 #define WRITETEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/custgeom.h"
 
 #include "document/outlinedocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CUSTGEOM_H
 #define CUSTGEOM_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HTMLPAGE_H
 #define HTMLPAGE_H
 

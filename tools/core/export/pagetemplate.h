@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAGETEMPLATE_H
 #define PAGETEMPLATE_H
 

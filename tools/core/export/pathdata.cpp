@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "export/pathdata.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATHDATA_H
 #define PATHDATA_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/alignment.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ALIGNMENT_H
 #define ALIGNMENT_H
 

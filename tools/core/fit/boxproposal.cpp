@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/boxproposal.h"
 
 #include <QMap>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXPROPOSAL_H
 #define BOXPROPOSAL_H
 

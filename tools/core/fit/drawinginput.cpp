@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/drawinginput.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DRAWINGINPUT_H
 #define DRAWINGINPUT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/fitreport.h"
 
 #include "common/text.h"

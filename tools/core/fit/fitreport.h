@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FITREPORT_H
 #define FITREPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/lastplace.h"
 
 #include "geometryformat_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LASTPLACE_H
 #define LASTPLACE_H
 

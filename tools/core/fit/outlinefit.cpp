@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/outlinefit.h"
 
 #include "common/samenumber.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEFIT_H
 #define OUTLINEFIT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/presetfit.h"
 
 #include "common/text.h"

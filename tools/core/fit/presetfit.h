@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PRESETFIT_H
 #define PRESETFIT_H
 

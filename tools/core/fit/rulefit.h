@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RULEFIT_H
 #define RULEFIT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/slicing.h"
 
 #include "common/text.h"

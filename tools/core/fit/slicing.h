@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SLICING_H
 #define SLICING_H
 

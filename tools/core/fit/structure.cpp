@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/structure.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STRUCTURE_H
 #define STRUCTURE_H
 

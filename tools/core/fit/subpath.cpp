@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/subpath.h"
 
 #include "document/place.h"

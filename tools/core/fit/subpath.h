@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SUBPATH_H
 #define SUBPATH_H
 

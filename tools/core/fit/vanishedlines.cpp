@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/vanishedlines.h"
 
 #include <algorithm>

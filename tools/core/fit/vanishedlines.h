@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VANISHEDLINES_H
 #define VANISHEDLINES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/anyimport.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ANYIMPORT_H
 #define ANYIMPORT_H
 

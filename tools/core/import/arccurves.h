@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ARCCURVES_H
 #define ARCCURVES_H
 

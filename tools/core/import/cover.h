@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COVER_H
 #define COVER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/diaimport.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DIAIMPORT_H
 #define DIAIMPORT_H
 

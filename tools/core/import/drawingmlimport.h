@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DRAWINGMLIMPORT_H
 #define DRAWINGMLIMPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FILLORIENTATION_H
 #define FILLORIENTATION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GUIDEFORMULA_H
 #define GUIDEFORMULA_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/gunzip.h"
 
 #include "import/inflate.h"

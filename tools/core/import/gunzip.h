@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GUNZIP_H
 #define GUNZIP_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/importedoutlines.h"
 
 #include "common/text.h"

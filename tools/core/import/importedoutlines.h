@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef IMPORTEDOUTLINES_H
 #define IMPORTEDOUTLINES_H
 

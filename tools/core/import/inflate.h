@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef INFLATE_H
 #define INFLATE_H
 

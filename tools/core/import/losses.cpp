@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/losses.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LOSSES_H
 #define LOSSES_H
 

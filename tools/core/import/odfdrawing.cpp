@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/odfdrawing.h"
 
 #include "boundedxml_p.h"

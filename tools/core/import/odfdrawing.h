@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ODFDRAWING_H
 #define ODFDRAWING_H
 

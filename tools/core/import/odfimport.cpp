@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/odfimport.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ODFIMPORT_H
 #define ODFIMPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ODFSTYLES_H
 #define ODFSTYLES_H
 

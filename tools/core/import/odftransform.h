@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ODFTRANSFORM_H
 #define ODFTRANSFORM_H
 

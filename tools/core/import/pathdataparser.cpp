@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/pathdataparser.h"
 
 #include "common/samenumber.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATHDATAPARSER_H
 #define PATHDATAPARSER_H
 

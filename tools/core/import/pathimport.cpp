@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/pathimport.h"
 
 #include "document/exactpath.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATHIMPORT_H
 #define PATHIMPORT_H
 

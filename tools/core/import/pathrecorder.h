@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATHRECORDER_H
 #define PATHRECORDER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/shapedefinition.h"
 
 #include "common/text.h"

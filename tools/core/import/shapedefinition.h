@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEDEFINITION_H
 #define SHAPEDEFINITION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGGUARD_H
 #define SVGGUARD_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgimport.h"
 
 #include "common/fonts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGIMPORT_H
 #define SVGIMPORT_H
 

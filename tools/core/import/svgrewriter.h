@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGREWRITER_H
 #define SVGREWRITER_H
 

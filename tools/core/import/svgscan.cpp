@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgscan.h"
 
 #include "import/svgviewport.h"

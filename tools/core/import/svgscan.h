@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGSCAN_H
 #define SVGSCAN_H
 

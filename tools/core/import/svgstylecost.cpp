@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/svgstylecost.h"
 
 #include <QRegularExpression>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGSTYLECOST_H
 #define SVGSTYLECOST_H
 

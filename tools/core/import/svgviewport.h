@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SVGVIEWPORT_H
 #define SVGVIEWPORT_H
 

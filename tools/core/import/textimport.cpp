@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/textimport.h"
 
 #include "common/filecontent.h"

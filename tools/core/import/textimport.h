@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TEXTIMPORT_H
 #define TEXTIMPORT_H
 

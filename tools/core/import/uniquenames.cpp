@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/uniquenames.h"
 
 #include "common/text.h"

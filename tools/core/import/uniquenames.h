@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNIQUENAMES_H
 #define UNIQUENAMES_H
 

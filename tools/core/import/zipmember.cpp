@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import/zipmember.h"
 
 #include "import/inflate.h"

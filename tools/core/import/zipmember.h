@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ZIPMEMBER_H
 #define ZIPMEMBER_H
 

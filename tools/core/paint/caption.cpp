@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/caption.h"
 
 #include "common/fonts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CAPTION_H
 #define CAPTION_H
 

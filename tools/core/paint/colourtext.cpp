@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/colourtext.h"
 
 QColor colourFromText(QString const& text)

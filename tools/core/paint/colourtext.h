@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLOURTEXT_H
 #define COLOURTEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/contactsheet.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DRAWING_H
 #define DRAWING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/dropshadow.h"
 
 #include "gaussianblur.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DROPSHADOW_H
 #define DROPSHADOW_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/figure.h"
 
 #include "document/exactcopy.h"

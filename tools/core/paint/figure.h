@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FIGURE_H
 #define FIGURE_H
 

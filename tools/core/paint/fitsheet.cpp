@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/fitsheet.h"
 
 #include "document/place.h"

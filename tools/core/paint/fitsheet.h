@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FITSHEET_H
 #define FITSHEET_H
 

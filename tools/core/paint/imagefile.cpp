@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/imagefile.h"
 
 #include "document/contentkind.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef IMAGEFILE_H
 #define IMAGEFILE_H
 

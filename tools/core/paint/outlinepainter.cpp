@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/outlinepainter.h"
 
 #include "document/bindingrule.h"

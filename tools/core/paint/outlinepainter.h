@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEPAINTER_H
 #define OUTLINEPAINTER_H
 

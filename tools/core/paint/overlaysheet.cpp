@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/overlaysheet.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OVERLAYSHEET_H
 #define OVERLAYSHEET_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/picture.h"
 
 #include "common/fonts.h"

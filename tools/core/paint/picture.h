@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PICTURE_H
 #define PICTURE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/pointmark.h"
 
 #include "document/bindingrule.h"

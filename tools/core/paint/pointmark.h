@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef POINTMARK_H
 #define POINTMARK_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paint/shapeshadow.h"
 
 #include "document/appearancexml.h"

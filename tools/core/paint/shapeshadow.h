@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPESHADOW_H
 #define SHAPESHADOW_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef THEMETABLE_H
 #define THEMETABLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/boxdrag.h"
 
 #include "canvas/rulerscale.h"

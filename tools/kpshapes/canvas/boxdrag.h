@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXDRAG_H
 #define BOXDRAG_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/boxhandle.h"
 
 #include "canvas/viewtransform.h"

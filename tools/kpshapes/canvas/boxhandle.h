@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXHANDLE_H
 #define BOXHANDLE_H
 

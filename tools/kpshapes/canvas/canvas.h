@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CANVAS_H
 #define CANVAS_H
 

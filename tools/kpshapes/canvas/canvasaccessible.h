@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CANVASACCESSIBLE_H
 #define CANVASACCESSIBLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/canvastool.h"
 
 void CanvasTool::paint(QPainter&, PixelGrid const&) const { }

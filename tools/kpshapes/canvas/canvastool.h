@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CANVASTOOL_H
 #define CANVASTOOL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/devicepath.h"
 
 #include "model/subpaths.h"

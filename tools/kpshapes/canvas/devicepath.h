@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DEVICEPATH_H
 #define DEVICEPATH_H
 

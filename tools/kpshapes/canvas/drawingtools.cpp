@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/drawingtools.h"
 
 #include "canvas/handlehit.h"

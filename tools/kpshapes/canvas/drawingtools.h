@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DRAWINGTOOLS_H
 #define DRAWINGTOOLS_H
 

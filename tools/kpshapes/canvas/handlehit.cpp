@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/handlehit.h"
 #include "document/place.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HANDLEHIT_H
 #define HANDLEHIT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/handlename.h"
 
 namespace {

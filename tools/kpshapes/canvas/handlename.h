@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HANDLENAME_H
 #define HANDLENAME_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/handlepainter.h"
 
 #include "canvas/boxhandle.h"

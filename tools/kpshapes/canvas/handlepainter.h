@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HANDLEPAINTER_H
 #define HANDLEPAINTER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/legend.h"
 
 #include "canvas/palettecolours.h"

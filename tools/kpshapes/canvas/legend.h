@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LEGEND_H
 #define LEGEND_H
 

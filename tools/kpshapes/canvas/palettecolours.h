@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PALETTECOLOURS_H
 #define PALETTECOLOURS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PIXELGRID_H
 #define PIXELGRID_H
 

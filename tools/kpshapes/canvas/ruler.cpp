@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/ruler.h"
 
 #include "canvas/palettecolours.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RULER_H
 #define RULER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/rulerscale.h"
 
 #include "unitcode_p.h"

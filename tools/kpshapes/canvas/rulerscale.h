@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RULERSCALE_H
 #define RULERSCALE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/selecttool.h"
 
 #include "canvas/handlehit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SELECTTOOL_H
 #define SELECTTOOL_H
 

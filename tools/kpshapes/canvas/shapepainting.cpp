@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "canvas/shapepainting.h"
 
 #include "paint/outlinepainter.h"

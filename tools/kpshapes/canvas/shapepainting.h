@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEPAINTING_H
 #define SHAPEPAINTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VIEWTOOLS_H
 #define VIEWTOOLS_H
 

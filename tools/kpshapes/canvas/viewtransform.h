@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VIEWTRANSFORM_H
 #define VIEWTRANSFORM_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "exchange/clipboard.h"
 
 #include "exchange/exporting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CLIPBOARD_H
 #define CLIPBOARD_H
 

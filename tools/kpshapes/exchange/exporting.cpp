@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "exchange/exporting.h"
 
 #include "document/shapebox.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXPORTING_H
 #define EXPORTING_H
 

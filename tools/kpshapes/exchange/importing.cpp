@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "exchange/importing.h"
 
 #include "document/shapebox.h"

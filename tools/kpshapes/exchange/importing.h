@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef IMPORTING_H
 #define IMPORTING_H
 

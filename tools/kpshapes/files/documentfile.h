@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTFILE_H
 #define DOCUMENTFILE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/documentloader.h"
 
 #include "common/filecontent.h"

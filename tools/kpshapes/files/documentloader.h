@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTLOADER_H
 #define DOCUMENTLOADER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/filestate.h"
 
 #include "common/filecontent.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FILESTATE_H
 #define FILESTATE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/outlineedits.h"
 
 #include "check/sequencealignment.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEEDITS_H
 #define OUTLINEEDITS_H
 

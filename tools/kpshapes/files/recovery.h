@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECOVERY_H
 #define RECOVERY_H
 

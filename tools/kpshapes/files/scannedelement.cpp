@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/scannedelement.h"
 
 #include "xmlstreamwriter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SCANNEDELEMENT_H
 #define SCANNEDELEMENT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/sourcedocument.h"
 
 #include "document/shapebox.h"

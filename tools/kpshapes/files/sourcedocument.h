@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SOURCEDOCUMENT_H
 #define SOURCEDOCUMENT_H
 

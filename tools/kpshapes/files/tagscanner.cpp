@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/tagscanner.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TAGSCANNER_H
 #define TAGSCANNER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/unitcutter.h"
 
 #include "boundedxml_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNITCUTTER_H
 #define UNITCUTTER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/unitrewriter.h"
 
 #include "common/text.h"

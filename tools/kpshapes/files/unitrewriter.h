@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNITREWRITER_H
 #define UNITREWRITER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fit/rulefit.h"
 #include "model/binding.h"
 #include "model/nodekind.h"

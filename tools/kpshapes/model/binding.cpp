@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/binding.h"
 
 #include "document/bindingrule.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BINDING_H
 #define BINDING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/handle.h"
 
 std::optional<Handle> handleOf(KpPathSegList const& list, HandleId id)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HANDLE_H
 #define HANDLE_H
 

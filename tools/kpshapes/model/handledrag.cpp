@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/handledrag.h"
 
 #include "model/binding.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HANDLEDRAG_H
 #define HANDLEDRAG_H
 

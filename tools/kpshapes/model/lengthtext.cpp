@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/lengthtext.h"
 
 #include "unitcode_p.h"

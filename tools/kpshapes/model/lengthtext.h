@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LENGTHTEXT_H
 #define LENGTHTEXT_H
 

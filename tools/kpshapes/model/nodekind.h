@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NODEKIND_H
 #define NODEKIND_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/nodekind.h"
 #include "model/operationtables.h"
 

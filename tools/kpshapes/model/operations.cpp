@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/operations.h"
 
 #include "document/shapebox.h"

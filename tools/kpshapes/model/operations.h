@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OPERATIONS_H
 #define OPERATIONS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OPERATIONTABLES_H
 #define OPERATIONTABLES_H
 

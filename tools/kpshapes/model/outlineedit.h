@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEEDIT_H
 #define OUTLINEEDIT_H
 

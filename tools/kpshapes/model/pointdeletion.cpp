@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/pointdeletion.h"
 
 #include "kppathsegmoveto.h"

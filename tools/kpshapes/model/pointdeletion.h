@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef POINTDELETION_H
 #define POINTDELETION_H
 

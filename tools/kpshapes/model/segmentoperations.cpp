@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/operationtables.h"
 
 #include "kppathseglineto.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/selection.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SELECTION_H
 #define SELECTION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEDOCUMENT_H
 #define SHAPEDOCUMENT_H
 

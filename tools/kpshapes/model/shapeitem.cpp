@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/shapeitem.h"
 
 bool haveSameContent(ShapeItem const& left, ShapeItem const& right)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHAPEITEM_H
 #define SHAPEITEM_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SUBPATHS_H
 #define SUBPATHS_H
 

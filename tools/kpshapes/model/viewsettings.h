@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VIEWSETTINGS_H
 #define VIEWSETTINGS_H
 

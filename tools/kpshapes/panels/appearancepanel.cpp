@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/appearancepanel.h"
 
 #include "panels/paintsection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPEARANCEPANEL_H
 #define APPEARANCEPANEL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/axiseditor.h"
 
 #include "document/bindingrule.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef AXISEDITOR_H
 #define AXISEDITOR_H
 

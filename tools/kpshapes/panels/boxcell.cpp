@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/boxcell.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXCELL_H
 #define BOXCELL_H
 

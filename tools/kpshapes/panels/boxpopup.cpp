@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/boxpopup.h"
 #include "document/shapebox.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXPOPUP_H
 #define BOXPOPUP_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/boxstrip.h"
 
 #include "document/exactcopy.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BOXSTRIP_H
 #define BOXSTRIP_H
 

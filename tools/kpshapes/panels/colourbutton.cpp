@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/colourbutton.h"
 
 #include "panels/swatch.h"

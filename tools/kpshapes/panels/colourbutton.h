@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLOURBUTTON_H
 #define COLOURBUTTON_H
 

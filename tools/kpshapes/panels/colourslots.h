@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLOURSLOTS_H
 #define COLOURSLOTS_H
 

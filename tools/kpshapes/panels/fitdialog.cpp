@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/fitdialog.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FITDIALOG_H
 #define FITDIALOG_H
 

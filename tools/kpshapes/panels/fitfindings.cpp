@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/fitfindings.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FITFINDINGS_H
 #define FITFINDINGS_H
 

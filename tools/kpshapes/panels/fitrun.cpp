@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/fitrun.h"
 
 #include "common/filecontent.h"

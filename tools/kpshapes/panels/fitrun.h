@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FITRUN_H
 #define FITRUN_H
 

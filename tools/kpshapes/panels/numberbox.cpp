@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/numberbox.h"
 
 #include <QKeyEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NUMBERBOX_H
 #define NUMBERBOX_H
 

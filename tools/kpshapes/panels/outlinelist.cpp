@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/outlinelist.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINELIST_H
 #define OUTLINELIST_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/outlinemodel.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEMODEL_H
 #define OUTLINEMODEL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/outlineview.h"
 
 #include "panels/outlinemodel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTLINEVIEW_H
 #define OUTLINEVIEW_H
 

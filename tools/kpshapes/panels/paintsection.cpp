@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/paintsection.h"
 
 #include "panels/colourbutton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAINTSECTION_H
 #define PAINTSECTION_H
 

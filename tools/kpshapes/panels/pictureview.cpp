@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/pictureview.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PICTUREVIEW_H
 #define PICTUREVIEW_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef POINTPANEL_H
 #define POINTPANEL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/rulebox.h"
 
 #include "document/bindingrule.h"

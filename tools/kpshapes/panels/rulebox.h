@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RULEBOX_H
 #define RULEBOX_H
 

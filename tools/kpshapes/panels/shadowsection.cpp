@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/shadowsection.h"
 
 #include "document/appearancexml.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SHADOWSECTION_H
 #define SHADOWSECTION_H
 

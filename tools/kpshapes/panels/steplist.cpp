@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/steplist.h"
 
 #include <QKeyEvent>

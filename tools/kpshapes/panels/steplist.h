@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STEPLIST_H
 #define STEPLIST_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/swatch.h"
 
 #include "colorutil.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SWATCH_H
 #define SWATCH_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/thumbnail.h"
 
 #include "paint/figure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef THUMBNAIL_H
 #define THUMBNAIL_H
 

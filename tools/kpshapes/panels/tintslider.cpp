@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/tintslider.h"
 
 #include "panels/swatch.h"

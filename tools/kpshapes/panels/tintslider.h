@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TINTSLIDER_H
 #define TINTSLIDER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panels/transformlist.h"
 
 #include "colorutil.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TRANSFORMLIST_H
 #define TRANSFORMLIST_H
 

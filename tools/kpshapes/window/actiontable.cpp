@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/actiontable.h"
 
 #include <QActionGroup>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ACTIONTABLE_H
 #define ACTIONTABLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/commandtext.h"
 
 #include "colorutil.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COMMANDTEXT_H
 #define COMMANDTEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/documentcontroller.h"
 
 #include "common/filecontent.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTCONTROLLER_H
 #define DOCUMENTCONTROLLER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXCHANGECONTROLLER_H
 #define EXCHANGECONTROLLER_H
 

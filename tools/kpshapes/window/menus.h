@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MENUS_H
 #define MENUS_H
 

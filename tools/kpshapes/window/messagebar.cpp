@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/messagebar.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MESSAGEBAR_H
 #define MESSAGEBAR_H
 

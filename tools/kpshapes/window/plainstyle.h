@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PLAINSTYLE_H
 #define PLAINSTYLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/printing.h"
 
 #include "exchange/exporting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PRINTING_H
 #define PRINTING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/prompter.h"
 
 #include <QFileDialog>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROMPTER_H
 #define PROMPTER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/recentfiles.h"
 
 #include "common/text.h"

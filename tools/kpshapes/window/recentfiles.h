@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECENTFILES_H
 #define RECENTFILES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/resources.h"
 
 #include "exchange/exporting.h"

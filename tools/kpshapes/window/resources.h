@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RESOURCES_H
 #define RESOURCES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/statusline.h"
 
 #include "kpmath.h"

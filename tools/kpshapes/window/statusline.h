@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STATUSLINE_H
 #define STATUSLINE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/stylechoice.h"
 
 #include "window/plainstyle.h"

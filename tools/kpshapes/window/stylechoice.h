@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STYLECHOICE_H
 #define STYLECHOICE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SURROUNDINGS_H
 #define SURROUNDINGS_H
 

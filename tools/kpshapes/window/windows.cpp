@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/windows.h"
 
 #include "files/recovery.h"
