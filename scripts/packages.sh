@@ -8,6 +8,8 @@ input_packages=(fonts-dejavu-core breeze-icon-theme)
 test_packages=(abigail-tools binutils chromium chromium-driver clang clang-format-14 clang-tidy-14
     doxygen git libclang-rt-14-dev librsvg2-bin libxml2-utils lld llvm-14 man-db pkg-config reuse
     scour valgrind xdotool xvfb)
+# What scripts/package works with.
+package_packages=(debhelper doxygen dpkg-dev fakeroot lintian)
 # What holds the definitions of preset shapes, and where within one of its archives.
 preset_package=libapache-poi-java
 preset_file=org/apache/poi/sl/draw/geom/presetShapeDefinitions.xml

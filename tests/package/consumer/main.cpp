@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Uses all three libraries as a client does: draws an outline, resizes it, saves and reads it.
+#include <kpgeometryversion.h>
 #include <kppath.h>
 #include <kppathsegellipse.h>
 #include <kppathseglist.h>
@@ -26,8 +27,16 @@ void expect(bool holds, char const* what)
 
 } // namespace
 
+#if KPGEOMETRY_VERSION < KPGEOMETRY_VERSION_CHECK(1, 0, 0)                                         \
+    || KPGEOMETRY_VERSION >= KPGEOMETRY_VERSION_CHECK(2, 0, 0)
+#error "the preprocessor takes the version for another one"
+#endif
+
 int main()
 {
+    expect(KPGEOMETRY_VERSION_CHECK(1, 2, 3) == 0x010203, "each part of a version has its byte");
+    std::printf("version %s\n", KPGEOMETRY_VERSION_STRING);
+
     KpPathSegList list;
     list.moveTo(QPointF(0.0, 0.0));
     list.lineTo(QPointF(100.0, 0.0));
