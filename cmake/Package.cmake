@@ -49,3 +49,9 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/kpgeometry.pc.in
   ${PROJECT_BINARY_DIR}/kpgeometry.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kpgeometry.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+add_custom_target(uninstall
+  COMMAND ${CMAKE_COMMAND} -P ${CMAKE_CURRENT_LIST_DIR}/Uninstall.cmake
+  WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+  COMMENT "Removing what the last installation has put in place"
+  VERBATIM)
