@@ -316,22 +316,12 @@ private:
 
 } // namespace
 
-void addBatchOptions(CommandLine& line)
-{
-    line.addOption({{QStringLiteral("R"), recursiveOption},
-        QStringLiteral("Take all files below folders that the command reads, by their suffixes.")});
-    line.addOption({{QStringLiteral("j"), jobsOption},
-        QStringLiteral("Work on <N> files at a time, by default one a processor."),
-        QStringLiteral("N")});
-    line.addOption(
-        {watchOption, QStringLiteral("Go on, and do again what changes, until interrupted.")});
-}
-
-QString manyOutputsHelp()
-{
-    return QStringLiteral(
-        "For many files a folder, \"DIR/\", or a pattern with \"{name}\" or \"{path}\".");
-}
+constexpr CommandOption batchOptions[3] = {
+    {"R", "recursive", {},
+        "Take all files below folders that the command reads, by their suffixes."},
+    {"j", "jobs", {"N"}, "Work on <N> files at a time, by default one a processor."},
+    {"", "watch", {}, "Go on, and do again what changes, until interrupted."},
+};
 
 std::optional<Diagnostic> batchOptionFault(CommandLine const& line, QString const& what)
 {
@@ -383,9 +373,4 @@ int jobLimit(CommandLine const& line)
     BatchOptions options;
     readBatchOptions(line, options);
     return options.threads;
-}
-
-QStringList documentSuffixes()
-{
-    return {QStringLiteral("xml")};
 }

@@ -27,11 +27,12 @@ struct BatchTask
     bool needsFonts = false; ///< or pixmaps
 };
 
-/** Declares the options that all commands of many files have: --recursive, --jobs and --watch. */
-void addBatchOptions(CommandLine& line);
+/** The options that all commands of many files have: --recursive, --jobs and --watch. */
+extern CommandOption const batchOptions[3];
 
 /** What the help on an output says of many files. */
-QString manyOutputsHelp();
+inline constexpr char manyOutputsHelp[] =
+    "For many files a folder, \"DIR/\", or a pattern with \"{name}\" or \"{path}\".";
 
 /** Of these options one that is given although what is asked for is about no files; or nothing. */
 std::optional<Diagnostic> batchOptionFault(CommandLine const& line, QString const& what);
@@ -58,8 +59,5 @@ std::optional<Outcome> readOperands(
 
 /** How many files a command works on at a time, of options that readOperands() has taken. */
 int jobLimit(CommandLine const& line);
-
-/** What documents of outlines are called. */
-QStringList documentSuffixes();
 
 #endif // BATCH_H

@@ -45,27 +45,6 @@ std::optional<Slices> slicesFromText(QString const& text)
     return slices;
 }
 
-void addBindOptions(CommandLine& line)
-{
-    line.addOption({QStringLiteral("slices"),
-        QStringLiteral("The margins at the left, upper, right and lower edge, in units of the "
-                       "drawing: what lies in them keeps its distance from the edge."),
-        QStringLiteral("L,T,R,B")});
-    line.addOption({QStringLiteral("keep-corners"),
-        QStringLiteral("Let the margins grow with the smaller side of the box.")});
-    line.addOption({QStringLiteral("size"),
-        QStringLiteral("The box that a document's outlines are drawn for, by default Width and "
-                       "Height of the elements around them."),
-        QStringLiteral("WxH")});
-    line.addOption({QStringLiteral("scale"),
-        QStringLiteral("Outline units a unit of an SVG picture, by default 1."),
-        QStringLiteral("FACTOR")});
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
-        QStringLiteral("OUT")});
-    addBatchOptions(line);
-}
-
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, BindOptions& options)
 {
@@ -259,19 +238,33 @@ Outcome bindFile(CommandLine const& line, BindOptions options, BatchJob const& j
                      : bindDocument(line, *text, *document, options);
 }
 
-} // namespace
-
 Outcome runBind(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addBindOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     BindOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);
     return runBatch(line,
-        {{QStringLiteral("xml"), QStringLiteral("svg"), QStringLiteral("svgz")}, options.output,
-            QStringLiteral("xml"), {},
+        {line.suffixes(), options.output, QStringLiteral("xml"), {},
             [&](BatchJob const& job) { return bindFile(line, options, job); }, true});
 }
+
+constexpr CommandOption bindOptions[] = {
+    {"", "slices", {"L,T,R,B"},
+        "The margins at the left, upper, right and lower edge, in units of the drawing: what lies "
+        "in them keeps its distance from the edge."},
+    {"", "keep-corners", {}, "Let the margins grow with the smaller side of the box."},
+    {"", "size", {"WxH"},
+        "The box that a document's outlines are drawn for, by default Width and Height of the "
+        "elements around them."},
+    {"", "scale", {"FACTOR"}, "Outline units a unit of an SVG picture, by default 1."},
+    {"o", "output", {"OUT", Value::Kind::File}, "Write the document to <OUT>.", manyOutputsHelp},
+};
+
+} // namespace
+
+constexpr Command bindCommand {"bind", "FILE... --slices L,T,R,B -o OUT.xml", fileHelp,
+    {drawingValue, drawingValue}, "Binds the outlines of one drawing to its margins.", runBind,
+    {bindOptions, batchOptions}};

@@ -134,30 +134,9 @@ Outcome blurFile(BlurOptions options, BatchJob const& job)
     return diagnostics.isEmpty() && writeOutput(output, file) ? Outcome::Done : Outcome::Failed;
 }
 
-} // namespace
-
 Outcome runBlur(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the picture to <OUT>; its suffix is the format. %1")
-            .arg(manyOutputsHelp()),
-        QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("format"),
-        QStringLiteral("The format, like png. Needed with -o -."), QStringLiteral("NAME")});
-    line.addOption({{QStringLiteral("r"), QStringLiteral("radius")},
-        QStringLiteral("How far a pixel spreads, 0 to %1 pixels; a Gaussian blur of about 0.41 "
-                       "times that.")
-            .arg(StackBlur::greatestRadius),
-        QStringLiteral("RADIUS")});
-    line.addOption({QStringLiteral("flatness"),
-        QStringLiteral("Added to all weights: 0 is a triangle (the default), a large one a box."),
-        QStringLiteral("N"), QStringLiteral("0")});
-    line.addOption({QStringLiteral("shadow"),
-        QStringLiteral("Leave the picture sharp and blur a shadow of it, moved to the right and "
-                       "down. The result grows to hold both."),
-        QStringLiteral("DX,DY,COLOUR")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     BlurOptions options;
@@ -169,3 +148,23 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
         {readableFormats(), options.output, options.format.toLower(), {},
             [&](BatchJob const& job) { return blurFile(options, job); }, true});
 }
+
+static_assert(StackBlur::greatestRadius == 254, "as --radius says");
+
+constexpr CommandOption blurOptions[] = {
+    {"o", "output", {"OUT", Value::Kind::File},
+        "Write the picture to <OUT>; its suffix is the format.", manyOutputsHelp},
+    {"", "format", {"NAME"}, "The format, like png. Needed with -o -."},
+    {"r", "radius", {"RADIUS"},
+        "How far a pixel spreads, 0 to 254 pixels; a Gaussian blur of about 0.41 times that."},
+    {"", "flatness", {"N", Value::Kind::Text, "", "0"},
+        "Added to all weights: 0 is a triangle (the default), a large one a box."},
+    {"", "shadow", {"DX,DY,COLOUR"},
+        "Leave the picture sharp and blur a shadow of it, moved to the right and down. The result "
+        "grows to hold both."},
+};
+
+} // namespace
+
+constexpr Command blurCommand {"blur", "IN... -o OUT -r RADIUS", fileHelp, {fileValue, fileValue},
+    "Blurs a picture, or puts a blurred shadow under it.", runBlur, {blurOptions, batchOptions}};

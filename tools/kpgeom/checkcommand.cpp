@@ -47,20 +47,22 @@ Outcome check(QString const& operand, ProgressFunction const& progress)
     return findings > 0 ? Outcome::Warned : Outcome::Done;
 }
 
-} // namespace
-
 Outcome runCheck(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
 
-    return runBatch(line, {documentSuffixes(), {}, {}, {}, [](BatchJob const& job) {
+    return runBatch(line, {line.suffixes(), {}, {}, {}, [](BatchJob const& job) {
                                Progress progress({job.input});
                                progress.step();
                                return check(job.input, progress.ofStep());
                            }});
 }
+
+} // namespace
+
+constexpr Command checkCommand {"check", "FILE...", fileHelp, {documentValue, documentValue},
+    "Says what reading, saving and undo change in outlines.", runCheck, {batchOptions}};

@@ -187,17 +187,9 @@ bool drawSwatches(ColourOptions const& options)
         QStringLiteral("kpgeom colour"), options.swatches);
 }
 
-} // namespace
-
 Outcome runColour(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("swatches"),
-        QStringLiteral("Draw a theme table: the colours across, their tints and shades down."),
-        QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("compare"),
-        QStringLiteral("With --swatches: beside each the same mix of the encoded values.")});
-    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of a table.")});
     if (auto const end = line.parse(arguments))
         return *end;
     ColourOptions options;
@@ -208,3 +200,21 @@ Outcome runColour(Command const& command, QStringList const& arguments)
     QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }
+
+constexpr Value colourValue {"COLOUR"};
+constexpr Value transformValue {"TRANSFORM", Value::Kind::Assignment,
+    "tint shade comp inv gray alpha alphaOff alphaMod hue hueOff hueMod sat satOff satMod lum "
+    "lumOff lumMod red redOff redMod green greenOff greenMod blue blueOff blueMod gamma invGamma"};
+
+constexpr CommandOption colourOptions[] = {
+    {"", "swatches", {"OUT", Value::Kind::File, "svg png pdf"},
+        "Draw a theme table: the colours across, their tints and shades down."},
+    {"", "compare", {}, "With --swatches: beside each the same mix of the encoded values."},
+    {"", "json", {}, "Print JSON instead of a table."},
+};
+
+} // namespace
+
+constexpr Command colourCommand {"colour", "COLOUR... [TRANSFORM=VALUE...]",
+    "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.", {colourValue, transformValue},
+    "Applies colour transforms in order.", runColour, {colourOptions}};

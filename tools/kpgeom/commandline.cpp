@@ -10,13 +10,24 @@ CommandLine::CommandLine(Command const& command)
     : m_command(command)
 {
     m_parser.setApplicationDescription(QString::fromUtf8(command.summary));
-    m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")},
-        QStringLiteral("Print this help and exit.")});
+    forEachOption(command, [this](CommandOption const& option) { addOption(option); });
     if (*command.syntax != '\0') {
         m_parser.addPositionalArgument(
             QString::fromUtf8(command.syntax).section(QLatin1Char(' '), 0, 0),
             QString::fromUtf8(command.operandHelp));
     }
+}
+
+void CommandLine::addOption(CommandOption const& option)
+{
+    QStringList names {QString::fromUtf8(option.name)};
+    if (*option.letter != '\0')
+        names.prepend(QString::fromUtf8(option.letter));
+    QString description = QString::fromUtf8(option.description);
+    if (option.note)
+        description += QLatin1Char(' ') + QString::fromUtf8(option.note);
+    m_parser.addOption({names, description, QString::fromUtf8(option.value.name),
+        QString::fromUtf8(option.value.byDefault)});
 }
 
 std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
@@ -36,6 +47,11 @@ QStringList CommandLine::operands() const
     for (QString& operand : result)
         operand = localFileName(operand);
     return result;
+}
+
+QStringList CommandLine::suffixes() const
+{
+    return wordsOf(m_command.operands[0]);
 }
 
 QString CommandLine::helpText() const

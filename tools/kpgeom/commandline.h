@@ -17,8 +17,6 @@ class CommandLine
 public:
     explicit CommandLine(Command const& command);
 
-    void addOption(QCommandLineOption const& option) { m_parser.addOption(option); }
-
     /** Reads the arguments. An outcome means that the command ends here: help or misuse. */
     std::optional<Outcome> parse(QStringList const& arguments);
 
@@ -29,11 +27,14 @@ public:
     QString file(QString const& option) const { return localFileName(value(option)); }
     /** Those of them that begin with a colon as files. */
     QStringList operands() const;
+    /** Of the files that the command reads, without a dot; none for any. */
+    QStringList suffixes() const;
 
     /** Tells the user how the command was misused. */
     Outcome misused(Diagnostic const& fault) const;
 
 private:
+    void addOption(CommandOption const& option);
     QString helpText() const;
 
     Command const& m_command;

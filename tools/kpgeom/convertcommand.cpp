@@ -221,14 +221,6 @@ Outcome runPresets(CommandLine const& line)
     return convertPresets({line.file(QStringLiteral("presets")), folder, *adjustments});
 }
 
-/** What pictures are called, beside SVG those of importAny(). */
-QStringList const& pictureSuffixes()
-{
-    static QStringList const all {QStringLiteral("svg"), QStringLiteral("svgz"),
-        QStringLiteral("odg"), QStringLiteral("fodg"), QStringLiteral("shape")};
-    return all;
-}
-
 /** Writes the document of what the options name. */
 Outcome writeDocument(ConvertOptions const& options, QString const& output)
 {
@@ -257,47 +249,9 @@ Outcome convertFile(CommandLine const& line, ConvertOptions options, BatchJob co
     return convertCustomShapes(options.content, options.input, output);
 }
 
-} // namespace
-
 Outcome runConvert(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
-        QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("font"),
-        QStringLiteral("Make outlines of glyphs of the font in <FILE>."), QStringLiteral("FILE")});
-    line.addOption({QStringLiteral("text"), QStringLiteral("The text whose glyphs are taken."),
-        QStringLiteral("TEXT")});
-    line.addOption({QStringLiteral("path"),
-        QStringLiteral("Make an outline of the path data of SVG in <DATA>, or of standard input "
-                       "for \"-\". Its numbers stay unless --scale is given."),
-        QStringLiteral("DATA")});
-    line.addOption({QStringLiteral("size"),
-        QStringLiteral("The box that the --path is drawn for, by default up to its right and lower "
-                       "end."),
-        QStringLiteral("WxH")});
-    line.addOption({QStringLiteral("scale"),
-        QStringLiteral("Outline units an SVG unit. By default as many as make the longer side of "
-                       "the picture %1 units, or %2 where lines would be lost: those of less "
-                       "than one unit are not drawn.")
-            .arg(numberText(defaultPictureSide), numberText(finePictureSide)),
-        QStringLiteral("FACTOR")});
-    line.addOption({QStringLiteral("em"),
-        QStringLiteral("Outline units an em of the font, by default %1.").arg(defaultEmSize),
-        QStringLiteral("UNITS")});
-    line.addOption({QStringLiteral("form"),
-        QStringLiteral("The writer: dom or stream. They differ in the order of attributes only."),
-        QStringLiteral("FORM"), QStringLiteral("stream")});
-    line.addOption({QStringLiteral("presets"),
-        QStringLiteral("Learn the rules of the preset shapes of DrawingML that are defined in "
-                       "<FILE>: OUT is a folder, for a document a shape."),
-        QStringLiteral("FILE")});
-    line.addOption({QStringLiteral("adjust"),
-        QStringLiteral("The value of an adjustment of the preset shapes, instead of the one that "
-                       "is defined; may be repeated."),
-        QStringLiteral("NAME=VALUE")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.isSet(QStringLiteral("presets")))
@@ -312,6 +266,44 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
     if (options.isText || options.isPath)
         return writeDocument(options, output);
     return runBatch(line,
-        {pictureSuffixes(), output, QStringLiteral("xml"), {},
+        {line.suffixes(), output, QStringLiteral("xml"), {},
             [&](BatchJob const& job) { return convertFile(line, options, job); }, true});
 }
+
+/** What is imported by content, whatever it is called. */
+constexpr Value pictureValue {"IN", Value::Kind::File, "svg svgz odg fodg shape"};
+
+static_assert(defaultPictureSide == 10000.0 && finePictureSide == 100000.0, "as --scale says");
+static_assert(defaultEmSize == 2048.0, "as --em says");
+
+constexpr CommandOption convertOptions[] = {
+    {"o", "output", {"OUT", Value::Kind::File}, "Write the document to <OUT>.", manyOutputsHelp},
+    {"", "font", {"FILE", Value::Kind::File, "ttf otf ttc otc pfb woff"},
+        "Make outlines of glyphs of the font in <FILE>."},
+    {"", "text", {"TEXT"}, "The text whose glyphs are taken."},
+    {"", "path", {"DATA"},
+        "Make an outline of the path data of SVG in <DATA>, or of standard input for \"-\". Its "
+        "numbers stay unless --scale is given."},
+    {"", "size", {"WxH"},
+        "The box that the --path is drawn for, by default up to its right and lower end."},
+    {"", "scale", {"FACTOR"},
+        "Outline units an SVG unit. By default as many as make the longer side of the picture "
+        "10000 units, or 100000 where lines would be lost: those of less than one unit are not "
+        "drawn."},
+    {"", "em", {"UNITS"}, "Outline units an em of the font, by default 2048."},
+    {"", "form", {"FORM", Value::Kind::Word, "dom stream", "stream"},
+        "The writer: dom or stream. They differ in the order of attributes only."},
+    {"", "presets", {"FILE", Value::Kind::File, "xml"},
+        "Learn the rules of the preset shapes of DrawingML that are defined in <FILE>: OUT is a "
+        "folder, for a document a shape."},
+    {"", "adjust", {"NAME=VALUE"},
+        "The value of an adjustment of the preset shapes, instead of the one that is defined; may "
+        "be repeated."},
+};
+
+} // namespace
+
+constexpr Command convertCommand {"convert", "IN... -o OUT.xml", fileHelp,
+    {pictureValue, pictureValue},
+    "Makes a document of a picture, a stencil, path data or text in a font.", runConvert,
+    {convertOptions, batchOptions}};

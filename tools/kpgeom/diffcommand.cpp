@@ -85,17 +85,9 @@ std::optional<double> toleranceFromText(QString const& text)
     return numberFromText(text, 0.0, std::numeric_limits<double>::max());
 }
 
-} // namespace
-
 Outcome runDiff(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("tolerance"),
-        QStringLiteral("How far values may be apart, in units; 0 compares them exactly. By "
-                       "default their six digits must be the same."),
-        QStringLiteral("UNITS")});
-    line.addOption({{QStringLiteral("q"), QStringLiteral("quiet")},
-        QStringLiteral("Print nothing; the exit status tells.")});
     if (auto const end = line.parse(arguments))
         return *end;
     QStringList const operands = line.operands();
@@ -116,3 +108,15 @@ Outcome runDiff(Command const& command, QStringList const& arguments)
         return trouble;
     }
 }
+
+constexpr CommandOption diffOptions[] = {
+    {"", "tolerance", {"UNITS"},
+        "How far values may be apart, in units; 0 compares them exactly. By default their six "
+        "digits must be the same."},
+    {"q", "quiet", {}, "Print nothing; the exit status tells."},
+};
+
+} // namespace
+
+constexpr Command diffCommand {"diff", "A B", fileHelp, {documentValue, documentValue},
+    "Says where the outlines of two documents differ in meaning.", runDiff, {diffOptions}};

@@ -230,15 +230,9 @@ Outcome checkLists(QStringList const& lists)
     return tally.malformed > 0 ? Outcome::Warned : Outcome::Done;
 }
 
-} // namespace
-
 Outcome runDigest(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({{QStringLiteral("c"), QStringLiteral("check")},
-        QStringLiteral("Read such lines from the files, and say which of the files that they name "
-                       "are still the same.")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
@@ -251,3 +245,15 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
         return line.misused(*fault);
     return checkLists(line.operands());
 }
+
+constexpr CommandOption digestOptions[] = {
+    {"c", "check", {},
+        "Read such lines from the files, and say which of the files that they name are still the "
+        "same."},
+};
+
+} // namespace
+
+constexpr Command digestCommand {"digest", "FILE...", fileHelp, {fileValue, fileValue},
+    "Prints the application's own digest of files. It is not the published MD5.", runDigest,
+    {digestOptions, batchOptions}};

@@ -102,28 +102,9 @@ QString summaryText(FitResult const& result)
             numberText(result.tolerance));
 }
 
-} // namespace
-
 Outcome runFit(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>."), QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("tolerance"),
-        QStringLiteral("How far a coordinate may be off, in units. By default what the drawings' "
-                       "digits suggest: 0.006 for two decimals."),
-        QStringLiteral("UNITS")});
-    line.addOption({QStringLiteral("scale"),
-        QStringLiteral("Outline units a unit of the drawings, by default 1."),
-        QStringLiteral("FACTOR")});
-    line.addOption({QStringLiteral("keep-curves"),
-        QStringLiteral("Leave four curves that are an ellipse as they are.")});
-    line.addOption({QStringLiteral("strict"),
-        QStringLiteral("Fail, and write no document, unless all is decided and exact.")});
-    line.addOption({QStringLiteral("report"),
-        QStringLiteral("Draw each drawing with the fit over it, as SVG, PNG or PDF."),
-        QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("json"), QStringLiteral("Print what was found as JSON.")});
     if (auto const end = line.parse(arguments))
         return *end;
     FitCommandOptions options;
@@ -161,3 +142,23 @@ Outcome runFit(Command const& command, QStringList const& arguments)
         return Outcome::Failed;
     return diagnostics.isEmpty() ? Outcome::Done : Outcome::Warned;
 }
+
+constexpr CommandOption fitOptions[] = {
+    {"o", "output", {"OUT", Value::Kind::File}, "Write the document to <OUT>."},
+    {"", "tolerance", {"UNITS"},
+        "How far a coordinate may be off, in units. By default what the drawings' digits suggest: "
+        "0.006 for two decimals."},
+    {"", "scale", {"FACTOR"}, "Outline units a unit of the drawings, by default 1."},
+    {"", "keep-curves", {}, "Leave four curves that are an ellipse as they are."},
+    {"", "strict", {}, "Fail, and write no document, unless all is decided and exact."},
+    {"", "report", {"OUT", Value::Kind::File, "svg png pdf"},
+        "Draw each drawing with the fit over it, as SVG, PNG or PDF."},
+    {"", "json", {}, "Print what was found as JSON."},
+};
+
+} // namespace
+
+constexpr Command fitCommand {"fit", "DRAWING[@WxH] DRAWING[@WxH]... -o OUT.xml",
+    "An SVG picture or a document, and the box that it was drawn for.",
+    {drawingValue, drawingValue},
+    "Learns how outlines follow their box from drawings at several sizes.", runFit, {fitOptions}};

@@ -235,19 +235,15 @@ void writeAll(Descriptions const& descriptions, bool isJson, QIODevice& device)
         device.write(isFirst ? "[\n]\n" : "\n]\n");
 }
 
-} // namespace
-
 Outcome runInfo(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of tables.")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
     QStringList operands;
-    if (auto const end = readOperands(line, documentSuffixes(), operands))
+    if (auto const end = readOperands(line, line.suffixes(), operands))
         return *end;
 
     bool const isJson = line.isSet(QStringLiteral("json"));
@@ -259,3 +255,12 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
     Progress::clear();
     return output.commit() ? outcome : Outcome::Failed;
 }
+
+constexpr CommandOption infoOptions[] = {
+    {"", "json", {}, "Print JSON instead of tables."},
+};
+
+} // namespace
+
+constexpr Command infoCommand {"info", "FILE...", fileHelp, {documentValue, documentValue},
+    "Says what outlines the documents hold.", runInfo, {infoOptions, batchOptions}};

@@ -34,16 +34,9 @@ Outcome normalize(QString const& operand, QString const& target)
     return diagnostics.isEmpty() && !result->isSvgPicture ? Outcome::Done : Outcome::Warned;
 }
 
-} // namespace
-
 Outcome runNormalize(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>, by default to standard output. %1")
-            .arg(manyOutputsHelp()),
-        QStringLiteral("OUT"), QStringLiteral("-")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     QString const output = line.file(QStringLiteral("output"));
@@ -54,6 +47,17 @@ Outcome runNormalize(Command const& command, QStringList const& arguments)
         return line.misused(misuse(QStringLiteral("the output file has no name (-o)")));
 
     return runBatch(line,
-        {documentSuffixes(), output, QStringLiteral("xml"), {},
+        {line.suffixes(), output, QStringLiteral("xml"), {},
             [](BatchJob const& job) { return normalize(job.input, job.outputs.first()); }});
 }
+
+constexpr CommandOption normalizeOptions[] = {
+    {"o", "output", {"OUT", Value::Kind::File, "", "-"},
+        "Write the document to <OUT>, by default to standard output.", manyOutputsHelp},
+};
+
+} // namespace
+
+constexpr Command normalizeCommand {"normalize", "FILE...", fileHelp,
+    {documentValue, documentValue}, "Spells a document in the one way that line diffs can compare.",
+    runNormalize, {normalizeOptions, batchOptions}};

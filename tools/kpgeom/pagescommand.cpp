@@ -79,12 +79,9 @@ QString toJsonText()
     return QString::fromUtf8(QJsonDocument(pages).toJson());
 }
 
-} // namespace
-
 Outcome runPages(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of a table.")});
     if (auto const end = line.parse(arguments))
         return *end;
     if (!line.operands().isEmpty())
@@ -93,3 +90,12 @@ Outcome runPages(Command const& command, QStringList const& arguments)
     QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }
+
+constexpr CommandOption pagesOptions[] = {
+    {"", "json", {}, "Print JSON instead of a table."},
+};
+
+} // namespace
+
+constexpr Command pagesCommand {
+    "pages", "", "", {}, "Lists the predefined page sizes.", runPages, {pagesOptions}};

@@ -365,19 +365,9 @@ Outcome run(Action const& action, QString const& directory, RecentOptions const&
     return Outcome::Warned;
 }
 
-} // namespace
-
 Outcome runRecent(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("config"),
-        QStringLiteral("The configuration directory that holds RecentFiles.xml; by default the "
-                       "platform's for this tool."),
-        QStringLiteral("DIR")});
-    line.addOption({QStringLiteral("folders"),
-        QStringLiteral("With pin, unpin and remove: the list of folders, not of files.")});
-    line.addOption(
-        {QStringLiteral("json"), QStringLiteral("With list and folders: print a JSON object.")});
     if (auto const end = line.parse(arguments))
         return *end;
     QString const name = line.operands().value(0);
@@ -402,3 +392,20 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     }
     return run(*action, directory, options);
 }
+
+constexpr Value actionValue {"ACTION", Value::Kind::Word, "list folders add pin unpin remove"};
+
+constexpr CommandOption recentOptions[] = {
+    {"", "config", {"DIR", Value::Kind::Folder},
+        "The configuration directory that holds RecentFiles.xml; by default the platform's for "
+        "this tool."},
+    {"", "folders", {}, "With pin, unpin and remove: the list of folders, not of files."},
+    {"", "json", {}, "With list and folders: print a JSON object."},
+};
+
+} // namespace
+
+constexpr Command recentCommand {"recent", "ACTION [OPERAND...]",
+    "list, folders, add PATH..., pin ROW, unpin INDEX, remove ROW or remove PATH.",
+    {actionValue, fileValue}, "Shows and changes the recent files of a configuration directory.",
+    runRecent, {recentOptions}};

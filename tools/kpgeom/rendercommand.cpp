@@ -203,12 +203,9 @@ QString suffixOf(CommandLine const& line, RenderOptions const& options)
     return format.isEmpty() ? QFileInfo(options.output).suffix() : format.toLower();
 }
 
-} // namespace
-
 Outcome runRender(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addRenderOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
@@ -218,13 +215,18 @@ Outcome runRender(Command const& command, QStringList const& arguments)
         return line.misused(*fault);
     if (options.isEach) {
         return runBatch(line,
-            {documentSuffixes(), options.output, suffixOf(line, options),
+            {line.suffixes(), options.output, suffixOf(line, options),
                 options.isSheet ? QVector<QSizeF>() : options.boxes,
                 [&](BatchJob const& job) { return renderFile(options, job); }, true});
     }
     QStringList operands;
-    if (auto const end = readOperands(line, documentSuffixes(), operands))
+    if (auto const end = readOperands(line, line.suffixes(), operands))
         return *end;
     Rendering rendering(options);
     return rendering.read(operands) && rendering.write() ? Outcome::Done : Outcome::Failed;
 }
+
+} // namespace
+
+constexpr Command renderCommand {"render", "FILE... -o OUT.{svg,png,pdf}", fileHelp,
+    {documentValue, documentValue}, "Draws outlines.", runRender, {renderOptions, batchOptions}};

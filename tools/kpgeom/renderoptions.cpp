@@ -197,55 +197,34 @@ std::optional<Diagnostic> conflictOf(RenderOptions const& options)
 
 } // namespace
 
-void addRenderOptions(CommandLine& line)
-{
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write to <OUT>; its suffix is the format: a picture (svg, png, pdf), a "
-                       "page with a box to drag (html), or DrawingML (custgeom.xml). For a file a "
-                       "picture a folder, \"DIR/\", or a pattern with \"{name}\", \"{path}\" or "
-                       "\"{size}\"."),
-        QStringLiteral("OUT")});
-    line.addOption({QStringLiteral("format"),
-        QStringLiteral("The format: svg, png, pdf, html or custgeom. Needed with -o -."),
-        QStringLiteral("NAME")});
-    line.addOption({QStringLiteral("index"),
-        QStringLiteral("Draw only outline <N> of each file, counting from 1. Repeatable."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("size"),
-        QStringLiteral(
-            "Resize the outlines to this box, a page's at first. Repeatable with --sheet, or for a "
-            "picture a size."),
-        QStringLiteral("WxH")});
-    line.addOption({QStringLiteral("scale"),
-        QStringLiteral("Pixels of 1/96 inch a unit. By default 1, or less for a large drawing."),
-        QStringLiteral("FACTOR")});
-    line.addOption({QStringLiteral("width"),
-        QStringLiteral("Make the picture this wide, in pixels of 1/96 inch."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("height"),
-        QStringLiteral("Make the picture this high. With --width the drawing fits into both."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("margin"),
-        QStringLiteral("Leave <N> pixels around the drawing; with --size around just the box, and "
-                       "what lies beyond is cut off. By default 10, and nothing is cut off."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("dpi"),
-        QStringLiteral("Dots an inch of a PNG file, by default 96."), QStringLiteral("N")});
-    line.addOption({QStringLiteral("background"),
-        QStringLiteral(
-            "The colour behind the drawing, by default white, of a page as the screen is; "
-            "none for no ground."),
-        QStringLiteral("COLOUR")});
-    line.addOption({QStringLiteral("sheet"),
-        QStringLiteral("Draw a contact sheet: a cell for each outline and size, with captions.")});
-    line.addOption({QStringLiteral("whole-files"),
-        QStringLiteral("With --sheet: a cell for each file, its outlines over one another.")});
-    line.addOption({QStringLiteral("points"),
-        QStringLiteral("Show all points, control points and binding rules; a page, at first.")});
-    line.addOption({QStringLiteral("fill-rule"),
-        QStringLiteral("nonzero (the default) or evenodd."), QStringLiteral("RULE")});
-    addBatchOptions(line);
-}
+constexpr CommandOption renderOptions[14] = {
+    {"o", "output", {"OUT", Value::Kind::File},
+        "Write to <OUT>; its suffix is the format: a picture (svg, png, pdf), a page with a box to "
+        "drag (html), or DrawingML (custgeom.xml). For a file a picture a folder, \"DIR/\", or a "
+        "pattern with \"{name}\", \"{path}\" or \"{size}\"."},
+    {"", "format", {"NAME", Value::Kind::Word, "svg png pdf html custgeom"},
+        "The format: svg, png, pdf, html or custgeom. Needed with -o -."},
+    {"", "index", {"N"}, "Draw only outline <N> of each file, counting from 1. Repeatable."},
+    {"", "size", {"WxH"},
+        "Resize the outlines to this box, a page's at first. Repeatable with --sheet, or for a "
+        "picture a size."},
+    {"", "scale", {"FACTOR"},
+        "Pixels of 1/96 inch a unit. By default 1, or less for a large drawing."},
+    {"", "width", {"N"}, "Make the picture this wide, in pixels of 1/96 inch."},
+    {"", "height", {"N"}, "Make the picture this high. With --width the drawing fits into both."},
+    {"", "margin", {"N"},
+        "Leave <N> pixels around the drawing; with --size around just the box, and what lies "
+        "beyond is cut off. By default 10, and nothing is cut off."},
+    {"", "dpi", {"N"}, "Dots an inch of a PNG file, by default 96."},
+    {"", "background", {"COLOUR"},
+        "The colour behind the drawing, by default white, of a page as the screen is; none for no "
+        "ground."},
+    {"", "sheet", {}, "Draw a contact sheet: a cell for each outline and size, with captions."},
+    {"", "whole-files", {}, "With --sheet: a cell for each file, its outlines over one another."},
+    {"", "points", {}, "Show all points, control points and binding rules; a page, at first."},
+    {"", "fill-rule", {"RULE", Value::Kind::Word, "nonzero evenodd"},
+        "nonzero (the default) or evenodd."},
+};
 
 std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptions& options)
 {

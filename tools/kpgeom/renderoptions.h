@@ -28,8 +28,8 @@ struct RenderOptions
     bool isEach = false; ///< an output for each file, and without a sheet for each size
 };
 
-/** Declares the options of `render`. */
-void addRenderOptions(CommandLine& line);
+/** The options of `render`. */
+extern CommandOption const renderOptions[14];
 
 /** Reads them. What is wrong with them, or does not go together; or nothing. */
 std::optional<Diagnostic> readRenderOptions(CommandLine const& line, RenderOptions& options);

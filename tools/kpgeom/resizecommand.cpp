@@ -72,21 +72,9 @@ Outcome resizeDocument(QString const& operand, Boxes const& boxes, QString const
     return isMade && output.commit() ? Outcome::Done : Outcome::Failed;
 }
 
-} // namespace
-
 Outcome runResize(Command const& command, QStringList const& arguments)
 {
-    QString const box = QStringLiteral("WxH");
     CommandLine line(command);
-    line.addOption({QStringLiteral("from"),
-        QStringLiteral("The box that the outlines are drawn for: their rates are taken there."),
-        box});
-    line.addOption({QStringLiteral("to"),
-        QStringLiteral("The box that their values are recomputed for."), box});
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the document to <OUT>. %1").arg(manyOutputsHelp()),
-        QStringLiteral("OUT")});
-    addBatchOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     auto const from = sizeFromText(line.value(QStringLiteral("from")));
@@ -101,7 +89,19 @@ Outcome runResize(Command const& command, QStringList const& arguments)
         return line.misused(misuse(QStringLiteral("no output file given (-o)")));
 
     return runBatch(
-        line, {documentSuffixes(), output, QStringLiteral("xml"), {}, [&](BatchJob const& job) {
+        line, {line.suffixes(), output, QStringLiteral("xml"), {}, [&](BatchJob const& job) {
                    return resizeDocument(job.input, {*from, *to}, job.outputs.first());
                }});
 }
+
+constexpr CommandOption resizeOptions[] = {
+    {"", "from", {"WxH"}, "The box that the outlines are drawn for: their rates are taken there."},
+    {"", "to", {"WxH"}, "The box that their values are recomputed for."},
+    {"o", "output", {"OUT", Value::Kind::File}, "Write the document to <OUT>.", manyOutputsHelp},
+};
+
+} // namespace
+
+constexpr Command resizeCommand {"resize", "FILE... --from WxH --to WxH -o OUT.xml", fileHelp,
+    {documentValue, documentValue}, "Fits the outlines of a document to a box of another size.",
+    runResize, {resizeOptions, batchOptions}};

@@ -19,27 +19,6 @@ struct SvgOptions
     PathDataOptions form;
 };
 
-void addSvgOptions(CommandLine& line)
-{
-    line.addOption({{QStringLiteral("o"), QStringLiteral("output")},
-        QStringLiteral("Write the lines to <OUT> instead of standard output. For a file a file "
-                       "of lines a folder, \"DIR/\", or a pattern with \"{name}\" or \"{path}\"."),
-        QStringLiteral("OUT"), QStringLiteral("-")});
-    line.addOption({QStringLiteral("names"),
-        QStringLiteral("Put the name of each outline, or its number, and a tab before it.")});
-    line.addOption({QStringLiteral("index"),
-        QStringLiteral("Print only outline <N> of each file, counting from 1. Repeatable."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("size"), QStringLiteral("Resize the outlines to this box."),
-        QStringLiteral("WxH")});
-    line.addOption({QStringLiteral("relative"),
-        QStringLiteral("Count each command from where the one before it ends.")});
-    line.addOption({QStringLiteral("precision"),
-        QStringLiteral("Round to <N> decimals, by default to six significant digits."),
-        QStringLiteral("N")});
-    addBatchOptions(line);
-}
-
 /** What is wrong with the options, or nothing. */
 std::optional<Diagnostic> readOptions(CommandLine const& line, SvgOptions& options)
 {
@@ -98,7 +77,7 @@ bool writeLines(QString const& operand, SvgOptions const& options, QIODevice& de
 Outcome writeEach(CommandLine const& line, SvgOptions const& options)
 {
     return runBatch(line,
-        {documentSuffixes(), line.file(QStringLiteral("output")), QStringLiteral("txt"), {},
+        {line.suffixes(), line.file(QStringLiteral("output")), QStringLiteral("txt"), {},
             [&](BatchJob const& job) {
                 Progress progress({job.input});
                 progress.step();
@@ -110,12 +89,9 @@ Outcome writeEach(CommandLine const& line, SvgOptions const& options)
             }});
 }
 
-} // namespace
-
 Outcome runSvg(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    addSvgOptions(line);
     if (auto const end = line.parse(arguments))
         return *end;
     if (line.operands().isEmpty())
@@ -126,7 +102,7 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     if (isBatch(line, line.file(QStringLiteral("output"))))
         return writeEach(line, options);
     QStringList operands;
-    if (auto const end = readOperands(line, documentSuffixes(), operands))
+    if (auto const end = readOperands(line, line.suffixes(), operands))
         return *end;
 
     Output output(line.file(QStringLiteral("output")));
@@ -142,3 +118,19 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     }
     return output.commit() ? Outcome::Done : Outcome::Failed;
 }
+
+constexpr CommandOption svgOptions[] = {
+    {"o", "output", {"OUT", Value::Kind::File, "", "-"},
+        "Write the lines to <OUT> instead of standard output. For a file a file of lines a folder, "
+        "\"DIR/\", or a pattern with \"{name}\" or \"{path}\"."},
+    {"", "names", {}, "Put the name of each outline, or its number, and a tab before it."},
+    {"", "index", {"N"}, "Print only outline <N> of each file, counting from 1. Repeatable."},
+    {"", "size", {"WxH"}, "Resize the outlines to this box."},
+    {"", "relative", {}, "Count each command from where the one before it ends."},
+    {"", "precision", {"N"}, "Round to <N> decimals, by default to six significant digits."},
+};
+
+} // namespace
+
+constexpr Command svgCommand {"svg", "FILE...", fileHelp, {documentValue, documentValue},
+    "Prints outlines as the path data of SVG.", runSvg, {svgOptions, batchOptions}};

@@ -130,16 +130,9 @@ QStringList withNegativeNumber(QStringList arguments)
     return arguments;
 }
 
-} // namespace
-
 Outcome runUnits(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
-    line.addOption({QStringLiteral("dpi"),
-        QStringLiteral("Pixels an inch of the screen, which inch, foot and yard follow; 96 if "
-                       "not given."),
-        QStringLiteral("N")});
-    line.addOption({QStringLiteral("json"), QStringLiteral("Print JSON.")});
     if (auto const end = line.parse(withNegativeNumber(arguments)))
         return *end;
     UnitsOptions options;
@@ -158,3 +151,19 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
     QString const output = line.isSet(QStringLiteral("json")) ? toJson(options) : toText(options);
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }
+
+constexpr Value lengthValue {"VALUE"};
+constexpr Value unitValue {
+    "UNIT", Value::Kind::Word, "px mm cm m km in ft ft-in yd mi pt pc dd cc"};
+
+constexpr CommandOption unitsOptions[] = {
+    {"", "dpi", {"N"},
+        "Pixels an inch of the screen, which inch, foot and yard follow; 96 if not given."},
+    {"", "json", {}, "Print JSON."},
+};
+
+} // namespace
+
+constexpr Command unitsCommand {"units", "VALUE UNIT [UNIT]",
+    "A number; options stand before a negative one.", {lengthValue, unitValue},
+    "Converts a length to another unit, or to all.", runUnits, {unitsOptions}};
