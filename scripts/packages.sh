@@ -2,6 +2,7 @@
 # Sourced by the scripts beside it: the Debian packages that they need.
 
 build_packages=(g++ cmake ninja-build libhwy-dev libqt5svg5-dev qtbase5-dev zlib1g-dev)
+docs_packages=(doxygen python3)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
 # llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
 # scour and rsvg-convert stand for the programs that people draw with, xdotool for a hand.
