@@ -211,6 +211,7 @@ def frame(group, x, y):
 
 
 STYLE = """
+    :root { color-scheme: light dark; }
     .frame { fill: #f2f4f7; stroke: #c3cad4; }
     .room { fill: #ffffff; stroke: #7c899b; }
     .title { fill: #4c5667; font: 600 13px "DejaVu Sans", system-ui, sans-serif; }

@@ -19,7 +19,7 @@ HEADING = re.compile(
 )
 # The search has a style of its own, which knows nothing of the dark.
 SEARCH_STYLE = re.compile(r'<link href="[^"]*search/search\.css"[^>]*>\n?')
-LINK = re.compile(r'\b(href|src)="([^"]*)"')
+LINK = re.compile(r'\b(href|src|data)="([^"]*)"')
 
 
 def name_of(heading, taken):

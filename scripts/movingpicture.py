@@ -69,6 +69,7 @@ def cell(tool, name, caption):
 
 
 STYLE = """
+    :root { color-scheme: light dark; }
     .body { fill: #cfe0f3; stroke: #2f6db5; stroke-width: 1.5; }
     .detail { fill: #ffffff; stroke: #2f6db5; stroke-width: 1.5; }
     .box { fill: none; stroke: #8a94a3; stroke-dasharray: 4 4; }
