@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Finishes the pages that doxygen has made: headings get names that last, links between the guides
-and to files of the source tree lead where they should. Then every link is followed.
+and to files of the source tree lead where they should, code begins at the left. Then every link is
+followed.
 
 usage: scripts/docs.py FOLDER
 """
@@ -17,6 +18,7 @@ SOURCE = pathlib.Path(__file__).resolve().parent.parent
 HEADING = re.compile(
     r'<h([1-6])><a class="anchor" id="(autotoc_md\d+)"></a>\s*(.*?)</h\1>', re.DOTALL
 )
+FRAGMENT = re.compile(r'<div class="fragment">.*?</div><!-- fragment -->', re.DOTALL)
 # The search has a style of its own, which knows nothing of the dark.
 SEARCH_STYLE = re.compile(r'<link href="[^"]*search/search\.css"[^>]*>\n?')
 LINK = re.compile(r'\b(href|src|data)="([^"]*)"')
@@ -46,6 +48,13 @@ def name_headings(pages):
         pages[page] = re.sub(
             r"\bautotoc_md\d+\b", lambda match: names.get(match[0], match[0]), text
         )
+
+
+def outdent(fragment):
+    """Moves a piece of code to the left by what all of its lines begin with."""
+    lines = re.findall(r'<div class="line">( *)(?=[^ ]|$)(?!</div>)', fragment[0])
+    blanks = min(map(len, lines), default=0)
+    return fragment[0].replace('<div class="line">' + " " * blanks, '<div class="line">')
 
 
 class Folder:
@@ -100,6 +109,10 @@ class Folder:
 
             self.pages[page] = LINK.sub(mended, SEARCH_STYLE.sub("", text))
 
+    def outdent_code(self):
+        for page, text in self.pages.items():
+            self.pages[page] = FRAGMENT.sub(outdent, text)
+
     def write(self):
         for page, text in self.pages.items():
             page.write_text(text, encoding="utf-8")
@@ -133,6 +146,7 @@ def main():
     folder = Folder(pathlib.Path(sys.argv[1]))
     name_headings(folder.pages)
     folder.mend_links()
+    folder.outdent_code()
     folder.write()
     folder.check()
     sys.exit("\n".join(folder.faults) or None)
