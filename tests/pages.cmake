@@ -1,7 +1,14 @@
 # SPDX-License-Identifier: MIT
-# The pictures of the guides are what the programs draw: built without sanitizers, which would only
-# make the same pictures later.
+# What the guides say and show is so, or not: sanitizers, which have the tests of all that is behind
+# it, would only say the same later.
 if(NOT KPGEOMETRY_SANITIZERS AND NOT KPGEOMETRY_COVERAGE)
+  kpgeometry_add_test(tst_formatpage ${quick}
+    LIBRARIES KpGeometry::kpgeometry
+    DEFINITIONS KPGEOMETRY_SOURCE="${PROJECT_SOURCE_DIR}")
+
+  add_test(NAME tool_page_names_commands
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/toolpage $<TARGET_FILE:kpgeom>)
+
   add_executable(comparepictures comparepictures.cpp)
   target_link_libraries(comparepictures PRIVATE kpgeometry_settings Qt5::Gui)
   add_test(NAME pictures
