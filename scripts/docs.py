@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Finishes the pages that doxygen has made: headings get names that last, links between the guides
-and to files of the source tree lead where they should, code begins at the left. Then every link is
-followed.
+and to files of the source tree lead where they should, code begins at the left, and long guides have a
+list of their headings. Then every link is followed.
 
 usage: scripts/docs.py FOLDER
 """
@@ -18,9 +18,11 @@ SOURCE = pathlib.Path(__file__).resolve().parent.parent
 HEADING = re.compile(
     r'<h([1-6])><a class="anchor" id="(autotoc_md\d+)"></a>\s*(.*?)</h\1>', re.DOTALL
 )
+TEXT = '<div class="textblock">'
 FRAGMENT = re.compile(r'<div class="fragment">.*?</div><!-- fragment -->', re.DOTALL)
 # The search has a style of its own, which knows nothing of the dark.
 SEARCH_STYLE = re.compile(r'<link href="[^"]*search/search\.css"[^>]*>\n?')
+NAMED_HEADING = re.compile(r'<h([12])><a class="anchor" id="([^"]+)"></a>\s*(.*?)</h\1>')
 LINK = re.compile(r'\b(href|src|data)="([^"]*)"')
 
 
@@ -48,6 +50,18 @@ def name_headings(pages):
         pages[page] = re.sub(
             r"\bautotoc_md\d+\b", lambda match: names.get(match[0], match[0]), text
         )
+
+
+def contents_of(page):
+    """A list of the headings of a guide, that code hosts would show as well."""
+    headings = NAMED_HEADING.findall(page)
+    if len(headings) < 4:
+        return ""
+    rows = "".join(
+        f'<li class="level{level}"><a href="#{name}">{re.sub("</?code>", "", heading)}</a></li>\n'
+        for level, name, heading in headings
+    )
+    return f'<nav class="toc"><ul>\n{rows}</ul></nav>\n'
 
 
 def outdent(fragment):
@@ -109,6 +123,12 @@ class Folder:
 
             self.pages[page] = LINK.sub(mended, SEARCH_STYLE.sub("", text))
 
+    def add_contents(self):
+        for page, text in self.pages.items():
+            if page.name.startswith("md_"):
+                text = text.replace(TEXT, contents_of(text) + TEXT, 1)
+            self.pages[page] = text
+
     def outdent_code(self):
         for page, text in self.pages.items():
             self.pages[page] = FRAGMENT.sub(outdent, text)
@@ -147,6 +167,7 @@ def main():
     name_headings(folder.pages)
     folder.mend_links()
     folder.outdent_code()
+    folder.add_contents()
     folder.write()
     folder.check()
     sys.exit("\n".join(folder.faults) or None)
