@@ -17,9 +17,12 @@ class TestKpgeom : public QObject
 private Q_SLOTS:
     void wrongUsageIsToldInOneLine_data();
     void wrongUsageIsToldInOneLine();
+    void likelyNameIsSuggested_data();
+    void likelyNameIsSuggested();
     void numbersOfOptionsAreBounded_data();
     void numbersOfOptionsAreBounded();
     void helpIsPrinted();
+    void helpIsPrintedWithoutArguments();
     void helpOfCommandIsPrinted_data();
     void helpOfCommandIsPrinted();
     void versionIsPrinted();
@@ -79,11 +82,11 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
         QByteArray const command = QByteArray(arguments).split(' ').first();
         row(arguments, "kpgeom " + command + ": " + fault + " (see kpgeom " + command + " --help)");
     };
-    row("", "kpgeom: no command given (see kpgeom --help)");
     row("''", "kpgeom: no command given (see kpgeom --help)");
     row("draw", "kpgeom: unknown command 'draw' (see kpgeom --help)");
-    row("Info", "kpgeom: unknown command 'Info' (see kpgeom --help)");
     row("--json", "kpgeom: unknown command '--json' (see kpgeom --help)");
+    row("help draw", "kpgeom: unknown command 'draw' (see kpgeom --help)");
+    row("help info svg", "kpgeom: help explains one command (see kpgeom --help)");
 
     rowOf("info", "no file given");
     rowOf("info --nonsense a.xml", "Unknown option 'nonsense'.");
@@ -186,6 +189,60 @@ void TestKpgeom::wrongUsageIsToldInOneLine()
     QCOMPARE(place.entries(), QStringList("a.xml"));
 }
 
+void TestKpgeom::likelyNameIsSuggested_data()
+{
+    QTest::addColumn<QByteArray>("message"); // without where help is
+
+    auto const row = [](char const* arguments, QByteArray const& message) {
+        QTest::newRow(arguments) << message;
+    };
+    row("Info", "kpgeom: unknown command 'Info'; did you mean info?");
+    row("rendr", "kpgeom: unknown command 'rendr'; did you mean render?"); // missing
+    row("color", "kpgeom: unknown command 'color'; did you mean colour?");
+    row("checkk", "kpgeom: unknown command 'checkk'; did you mean check?"); // too many
+    row("normalise", "kpgeom: unknown command 'normalise'; did you mean normalize?"); // wrong
+    row("untis", "kpgeom: unknown command 'untis'; did you mean units?"); // swapped
+    row("ersize", "kpgeom: unknown command 'ersize'; did you mean resize?");
+    row("conv", "kpgeom: unknown command 'conv'; did you mean convert?"); // only the beginning
+    row("res", "kpgeom: unknown command 'res'; did you mean resize?");
+    row("re", "kpgeom: unknown command 're'"); // too short
+    row("dgi", "kpgeom: unknown command 'dgi'");
+    row("untsi", "kpgeom: unknown command 'untsi'"); // two slips in five letters
+    row("rnedre", "kpgeom: unknown command 'rnedre'; did you mean render?");
+    row("normlaiez", "kpgeom: unknown command 'normlaiez'; did you mean normalize?");
+    row("onrmlaiez", "kpgeom: unknown command 'onrmlaiez'"); // three
+    row("--verison", "kpgeom: unknown command '--verison'; did you mean --version?");
+    row("hlep", "kpgeom: unknown command 'hlep'; did you mean help?");
+    row("help rendr", "kpgeom: unknown command 'rendr'; did you mean render?");
+
+    row("render a.xml --szie 1x1", "kpgeom render: Unknown option 'szie'. Did you mean --size?");
+    row("render a.xml --back red",
+        "kpgeom render: Unknown option 'back'. Did you mean --background?");
+    row("fit --keep-curve", "kpgeom fit: Unknown option 'keep-curve'. Did you mean --keep-curves?");
+    row("check --hepl", "kpgeom check: Unknown option 'hepl'. Did you mean --help?");
+    row("check --recursiv", "kpgeom check: Unknown option 'recursiv'. Did you mean --recursive?");
+    row("check --size 1x1", "kpgeom check: Unknown option 'size'.");
+    row("check -x", "kpgeom check: Unknown option 'x'.");
+
+    row("units 5 kmm", "kpgeom units: there is no unit 'kmm'; did you mean mm?");
+    row("units 5 mm ft_in", "kpgeom units: there is no unit 'ft_in'; did you mean ft-in?");
+    row("units 5 xy", "kpgeom units: there is no unit 'xy'");
+    row("colour red tnit=0.5", "kpgeom colour: there is no transform 'tnit'; did you mean tint?");
+    row("colour gren", "kpgeom colour: 'gren' is no colour; did you mean green?");
+    row("render a.xml -o a.svg --background bleu",
+        "kpgeom render: --background takes a colour or none, not 'bleu'; did you mean blue?");
+    row("recent lst", "kpgeom recent: unknown action 'lst'; did you mean list?");
+}
+
+void TestKpgeom::likelyNameIsSuggested()
+{
+    QFETCH(QByteArray, message);
+
+    QByteArray const tool = message.left(message.indexOf(':'));
+    COMPARE_FAILURE(Workplace().run(QString(QTest::currentDataTag()).split(' ')), 2,
+        message + " (see " + tool + " --help)");
+}
+
 void TestKpgeom::numbersOfOptionsAreBounded_data()
 {
     QTest::addColumn<QString>("arguments");
@@ -264,11 +321,32 @@ Commands:
   digest     Prints the application's own digest of files. It is not the published MD5.
   recent     Shows and changes the recent files of a configuration directory.
 
-"kpgeom COMMAND --help" explains a command. "-" is standard input or output.
+Options:
+  -h, --help     Print this help and exit.
+  -V, --version  Print the version and exit.
+
+"kpgeom help COMMAND" or "kpgeom COMMAND --help" explains a command.
+"-" is standard input or output.
 Exit status: 0 done, 1 bad input or a failed operation, 2 wrong usage, 3 done with warnings.
 Of diff: 0 the same, 1 different, 2 anything else.
 )"));
-    QCOMPARE(place.run({"-h"}).out, result.out);
+    for (QStringList const& asked : {QStringList {"-h"}, {"help"}, {"help", "help"}}) {
+        Result const again = place.run(asked);
+        COMPARE_EXIT(again, 0);
+        QCOMPARE(again.out, result.out);
+        QCOMPARE(again.err, QByteArray());
+    }
+}
+
+/** As a message, so that whoever has forgotten a variable in a script does not take it for output. */
+void TestKpgeom::helpIsPrintedWithoutArguments()
+{
+    Workplace const place;
+    Result const result = place.run({});
+    COMPARE_EXIT(result, 2);
+    QCOMPARE(result.out, QByteArray());
+    QCOMPARE(
+        result.err, "kpgeom: no command given (see kpgeom --help)\n\n" + place.run({"--help"}).out);
 }
 
 void TestKpgeom::helpOfCommandIsPrinted_data()
@@ -301,8 +379,10 @@ void TestKpgeom::helpOfCommandIsPrinted()
     QFETCH(QByteArray, usage);
 
     Workplace const place;
-    for (QString const& option : {QString("--help"), QString("-h")}) {
-        Result const result = place.run({QTest::currentDataTag(), option});
+    QString const command = QTest::currentDataTag();
+    for (QStringList const& asked :
+        {QStringList {command, "--help"}, {command, "-h"}, {"help", command}}) {
+        Result const result = place.run(asked);
         COMPARE_EXIT(result, 0);
         QCOMPARE(result.err, QByteArray());
         QCOMPARE(result.out.left(usage.size()), usage);
@@ -312,10 +392,12 @@ void TestKpgeom::helpOfCommandIsPrinted()
 
 void TestKpgeom::versionIsPrinted()
 {
-    Result const result = Workplace().run({"--version"});
-    COMPARE_EXIT(result, 0);
-    QCOMPARE(result.out, QByteArray("kpgeom " KPGEOM_VERSION "\n"));
-    QCOMPARE(result.err, QByteArray());
+    for (QString const& option : {QString("--version"), QString("-V")}) {
+        Result const result = Workplace().run({option});
+        COMPARE_EXIT(result, 0);
+        QCOMPARE(result.out, QByteArray("kpgeom " KPGEOM_VERSION "\n"));
+        QCOMPARE(result.err, QByteArray());
+    }
 }
 
 void TestKpgeom::infoAlignsItsTable()

@@ -161,10 +161,10 @@ void TestKpgeomColour::wrongUsageIsTold_data()
     QTest::newRow("no colour") << QStringList {} << QByteArray("no colour given");
     QTest::newRow("transforms only") << QStringList {"tint=0.5"} << QByteArray("no colour given");
     QTest::newRow("no colour's name")
-        << QStringList {"#4472c4", "blurple"} << QByteArray("'blurple' is no colour");
+        << QStringList {"#4472c4", "mauvish"} << QByteArray("'mauvish' is no colour");
     QTest::newRow("five digits") << QStringList {"#4472c"} << QByteArray("'#4472c' is no colour");
-    QTest::newRow("unknown transform")
-        << QStringList {"red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'");
+    QTest::newRow("unknown transform") << QStringList {
+        "red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'; did you mean tint?");
     QTest::newRow("value that is no number")
         << QStringList {"red", "tint=half"} << QByteArray("'tint=half' does not end in a number");
     for (char const* const value : {"nan", "inf", "-inf", "1e999"}) {
@@ -178,8 +178,8 @@ void TestKpgeomColour::wrongUsageIsTold_data()
         << QStringList {"red", "--compare"} << QByteArray("--compare goes with --swatches");
     QTest::newRow("format of swatches") << QStringList {"red", "--swatches",
         "a.gif"} << QByteArray("the picture's format is none of svg, png and pdf");
-    QTest::newRow("unknown option")
-        << QStringList {"red", "--swatch"} << QByteArray("Unknown option 'swatch'.");
+    QTest::newRow("unknown option") << QStringList {
+        "red", "--swatch"} << QByteArray("Unknown option 'swatch'. Did you mean --swatches?");
 }
 
 void TestKpgeomColour::wrongUsageIsTold()

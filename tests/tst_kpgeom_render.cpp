@@ -645,7 +645,7 @@ void TestKpgeomRender::wrongUsageIsTold_data()
     row("--dpi 96 --format svg", "--dpi goes with PNG: the other formats have no dots");
     row("--dpi 300 --format pdf", "--dpi goes with PNG: the other formats have no dots");
     for (QString const& value :
-        {QString("blurple"), QString("#12"), QString("None"), QString("#12345"), QString()})
+        {QString("mauvish"), QString("#12"), QString("None"), QString("#12345"), QString()})
         row("--background=" + value,
             "--background takes a colour or none, not '" + value.toUtf8() + "'");
 }

@@ -6,6 +6,7 @@
 #include "paint/colourtext.h"
 #include "paint/themetable.h"
 #include "pictureoutput.h"
+#include "suggestion.h"
 #include "texttable.h"
 
 #include <QFileInfo>
@@ -16,6 +17,10 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr Value transformValue {"TRANSFORM", Value::Kind::Assignment,
+    "tint shade comp inv gray alpha alphaOff alphaMod hue hueOff hueMod sat satOff satMod lum "
+    "lumOff lumMod red redOff redMod green greenOff greenMod blue blueOff blueMod gamma invGamma"};
 
 /** A named transform with its value, as given on the command line. */
 struct Step
@@ -41,7 +46,8 @@ std::optional<Diagnostic> appendStep(QString const& text, std::vector<Step>& ste
     QString const name = text.section(QLatin1Char('='), 0, 0);
     ColorUtil::ColorFunc const function = ColorUtil::getColorFunc(name);
     if (!function)
-        return misuse(QStringLiteral("there is no transform '%1'").arg(name));
+        return misuse(withSuggestion(
+            QStringLiteral("there is no transform '%1'").arg(name), name, wordsOf(transformValue)));
     auto const value = numberFromText(text.section(QLatin1Char('='), 1));
     if (!value)
         return misuse(QStringLiteral("'%1' does not end in a number").arg(text));
@@ -60,7 +66,8 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ColourOptions& op
         }
         QColor const colour = colourFromText(operand);
         if (!colour.isValid())
-            return misuse(QStringLiteral("'%1' is no colour").arg(operand));
+            return misuse(withSuggestion(
+                QStringLiteral("'%1' is no colour").arg(operand), operand, QColor::colorNames()));
         options.colours.append(colour);
     }
     if (options.colours.isEmpty())
@@ -202,9 +209,6 @@ Outcome runColour(Command const& command, QStringList const& arguments)
 }
 
 constexpr Value colourValue {"COLOUR"};
-constexpr Value transformValue {"TRANSFORM", Value::Kind::Assignment,
-    "tint shade comp inv gray alpha alphaOff alphaMod hue hueOff hueMod sat satOff satMod lum "
-    "lumOff lumMod red redOff redMod green greenOff greenMod blue blueOff blueMod gamma invGamma"};
 
 constexpr CommandOption colourOptions[] = {
     {"", "swatches", {"OUT", Value::Kind::File, "svg png pdf"},

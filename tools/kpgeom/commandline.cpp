@@ -3,6 +3,7 @@
 
 #include "console.h"
 #include "guiapplication.h"
+#include "suggestion.h"
 
 #include <cmath>
 
@@ -37,7 +38,7 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     if (m_parser.isSet(QStringLiteral("help")))
         return printOut(helpText()) ? Outcome::Done : Outcome::Failed;
     if (!understood)
-        return misused(misuse(m_parser.errorText()));
+        return misused(misuse(parsingFault()));
     return std::nullopt;
 }
 
@@ -64,6 +65,20 @@ QString CommandLine::helpText() const
                .arg(QString::fromUtf8(m_command.name), QString::fromUtf8(m_command.syntax))
                .trimmed()
         + options.mid(options.indexOf(QLatin1Char('\n')));
+}
+
+/** What the parser complains of; of an option that there is not, with the one that is likely meant. */
+QString CommandLine::parsingFault() const
+{
+    QString const fault = m_parser.errorText();
+    QStringList const unknown = m_parser.unknownOptionNames();
+    if (unknown.isEmpty())
+        return fault;
+    QStringList known;
+    forEachOption(m_command,
+        [&known](CommandOption const& option) { known << QString::fromUtf8(option.name); });
+    QString const likely = likelyName(unknown.first(), known);
+    return withSuggestion(fault, likely.isEmpty() ? QString() : QStringLiteral("--") + likely);
 }
 
 Outcome CommandLine::misused(Diagnostic const& fault) const

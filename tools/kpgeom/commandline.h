@@ -36,6 +36,7 @@ public:
 private:
     void addOption(CommandOption const& option);
     QString helpText() const;
+    QString parsingFault() const;
 
     Command const& m_command;
     QCommandLineParser m_parser;

@@ -3,6 +3,7 @@
 #include "common/text.h"
 #include "console.h"
 #include "recentlists.h"
+#include "suggestion.h"
 #include "texttable.h"
 
 #include <QDir>
@@ -315,6 +316,8 @@ std::optional<QString> removeEntry(
                     : removePath(lists.manager(), operand, options, diagnostics);
 }
 
+constexpr Value actionValue {"ACTION", Value::Kind::Word, "list folders add pin unpin remove"};
+
 constexpr Action actions[] = {
     {"list", "", false, false, listAll},
     {"folders", "", false, false, listFolders},
@@ -376,7 +379,8 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     if (action == std::end(actions)) {
         return line.misused(
             misuse(name.isEmpty() ? QStringLiteral("no action given")
-                                  : QStringLiteral("unknown action '%1'").arg(name)));
+                                  : withSuggestion(QStringLiteral("unknown action '%1'").arg(name),
+                                      name, wordsOf(actionValue))));
     }
     RecentOptions const options {line.operands().mid(1), line.isSet(QStringLiteral("json")),
         line.isSet(QStringLiteral("folders"))};
@@ -392,8 +396,6 @@ Outcome runRecent(Command const& command, QStringList const& arguments)
     }
     return run(*action, directory, options);
 }
-
-constexpr Value actionValue {"ACTION", Value::Kind::Word, "list folders add pin unpin remove"};
 
 constexpr CommandOption recentOptions[] = {
     {"", "config", {"DIR", Value::Kind::Folder},

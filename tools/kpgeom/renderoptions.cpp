@@ -6,6 +6,7 @@
 #include "documentinput.h"
 #include "outputname.h"
 #include "paint/colourtext.h"
+#include "suggestion.h"
 
 #include <QFileInfo>
 
@@ -144,8 +145,9 @@ std::optional<Diagnostic> readSettings(
     settings.background =
         background == QLatin1String("none") ? QColor(Qt::transparent) : colourFromText(background);
     if (!settings.background.isValid())
-        return misuse(
-            QStringLiteral("--background takes a colour or none, not '%1'").arg(background));
+        return misuse(withSuggestion(
+            QStringLiteral("--background takes a colour or none, not '%1'").arg(background),
+            background, QColor::colorNames()));
     return std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "console.h"
+#include "suggestion.h"
 #include "unitcode_p.h"
 #include "unitutil.h"
 
@@ -13,6 +14,9 @@
 #include <optional>
 
 namespace {
+
+constexpr Value unitValue {
+    "UNIT", Value::Kind::Word, "px mm cm m km in ft ft-in yd mi pt pc dd cc"};
 
 /** The code of a unit's name, in any letter case. */
 std::optional<unsigned int> unitFromText(QString const& name)
@@ -51,6 +55,12 @@ struct UnitsOptions
     std::optional<unsigned int> target;
 };
 
+Diagnostic unitFault(QString const& name)
+{
+    return misuse(withSuggestion(
+        QStringLiteral("there is no unit '%1'").arg(name), name, wordsOf(unitValue)));
+}
+
 /** What is wrong with the operands, or nothing. */
 std::optional<Diagnostic> readOperands(QStringList const& operands, UnitsOptions& options)
 {
@@ -62,12 +72,12 @@ std::optional<Diagnostic> readOperands(QStringList const& operands, UnitsOptions
     options.length.value = *value;
     auto const unit = unitFromText(operands.at(1));
     if (!unit)
-        return misuse(QStringLiteral("there is no unit '%1'").arg(operands.at(1)));
+        return unitFault(operands.at(1));
     options.length.unit = *unit;
     if (operands.size() == 3) {
         options.target = unitFromText(operands.at(2));
         if (!options.target)
-            return misuse(QStringLiteral("there is no unit '%1'").arg(operands.at(2)));
+            return unitFault(operands.at(2));
     }
     return std::nullopt;
 }
@@ -153,8 +163,6 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
 }
 
 constexpr Value lengthValue {"VALUE"};
-constexpr Value unitValue {
-    "UNIT", Value::Kind::Word, "px mm cm m km in ft ft-in yd mi pt pc dd cc"};
 
 constexpr CommandOption unitsOptions[] = {
     {"", "dpi", {"N"},
