@@ -124,6 +124,10 @@ void TestDrawingInput::findsTheBoxBehindTheFile_data()
                            << "a.svg" << QSizeF(240, 160);
     QTest::newRow("fractions") << "a.svg@0.5x1e2"
                                << "a.svg" << QSizeF(0.5, 100);
+    QTest::newRow("capital letter") << "a.svg@240X160"
+                                    << "a.svg" << QSizeF(240, 160);
+    QTest::newRow("sign of multiplication")
+        << QString::fromUtf8("a.svg@240\u00d7160") << "a.svg" << QSizeF(240, 160);
     QTest::newRow("another @ before it") << "a@2.svg@24x16"
                                          << "a@2.svg" << QSizeF(24, 16);
     QTest::newRow("an @ that is no box") << "icon@2x.svg"

@@ -21,6 +21,8 @@ private Q_SLOTS:
     void likelyNameIsSuggested();
     void numbersOfOptionsAreBounded_data();
     void numbersOfOptionsAreBounded();
+    void valuesHaveOtherSpellings_data();
+    void valuesHaveOtherSpellings();
     void helpIsPrinted();
     void helpIsPrintedWithoutArguments();
     void helpOfCommandIsPrinted_data();
@@ -132,7 +134,8 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     rowOf("render a.xml -o a.svg --whole-files", "--whole-files goes with --sheet");
     rowOf("render a.xml -o a.svg --size 1x1 --size 2x2", "several sizes need --sheet");
     for (QByteArray const size : {"0x0", "1e9x1", "nanxnan", "-1x5", "10", "10x", "x10", "10x10x10",
-             "10X10", "infx1", "1x-0", "\303\2275x5"}) {
+             "infx1", "1x-0", "\303\2275x5", "10mmx10", "10x10ell", "50%x50%", "1x1e9mm",
+             "1000001x1mm", "1000000x1in"}) {
         rowOf("render a.xml -o a.svg --size " + size,
             "--size takes a box like 240x160, not '" + size + "'");
         rowOf("resize a.xml -o a.xml --to 1x1 --from " + size,
@@ -290,6 +293,67 @@ void TestKpgeom::numbersOfOptionsAreBounded()
     QVERIFY2(fault.isEmpty() ? isTaken : result.code == 2, result.err);
     if (!fault.isEmpty())
         QCOMPARE(result.err, command + ": " + fault + " (see " + command + " --help)\n");
+}
+
+void TestKpgeom::valuesHaveOtherSpellings_data()
+{
+    QTest::addColumn<QString>("arguments"); // with a place for the value
+    QTest::addColumn<QString>("spelling");
+    QTest::addColumn<QString>("value");
+    auto const row = [](char const* arguments, char const* spelling, char const* value) {
+        QTest::addRow("%s, %s", arguments, spelling)
+            << QString(arguments) << QString::fromUtf8(spelling) << QString(value);
+    };
+    QString const font = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+    for (char const* const spelling :
+        {"240X96", "240\u00d796", "2.5inx1in", "2.5in X 1in", "2.5x1in", "180ptx72pt", "15x6pc",
+            "240pxx96px", "240x96px", "63.5mm\u00d725.4MM", "2.5\"x1\"", "6.35cmx0'1\""})
+        row("svg a.xml --size %1", spelling, "240x96");
+    row("render a.xml --format svg -o - --size %1", "2.5x1in", "240x96");
+    row("resize a.xml --from %1 --to 240x96 -o -", "1inx0.5in", "96x48");
+    row("resize a.xml --from 240x96 --to %1 -o -", "1inx0.5in", "96x48");
+    row("convert --path M0,0H9V9Z -o - --size %1", "1inx0.5in", "96x48");
+    row("bind a.xml -o - --slices 1,1,1,1 --size %1", "1inx0.5in", "96x48");
+    row("render a.xml --format svg -o - --scale %1", "50%", "0.5");
+    row("convert a.svg -o - --scale %1", "250%", "2.5");
+    row("bind a.svg -o - --slices 1,1,1,1 --scale %1", "250 %", "2.5");
+    row("fit a.svg b.svg -o - --scale %1", "250%", "2.5");
+    row("render a.xml --format svg -o - --width %1", "1in", "96");
+    row("render a.xml --format svg -o - --height %1", "72 pt", "96");
+    row("render a.xml --format svg -o - --margin %1", "0.25in", "24");
+    row("bind a.xml -o - --size 200x200 --slices %1", "0.25in,0,18pt,6px", "24,0,24,6");
+    row("fit a.svg b.svg -o - --tolerance %1", "0.5px", "0.5");
+    row("fit a.svg%1 b.svg -o -", "@96X96", "@96x96");
+    row("fit a.svg%1 b.svg -o -", "@96\u00d796", "@96x96");
+    row("diff a.xml b.xml --tolerance %1", "1in", "96");
+    row(qPrintable("convert -o - --text x --font " + font + " --em %1"), "1in", "96");
+}
+
+void TestKpgeom::valuesHaveOtherSpellings()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, spelling);
+    QFETCH(QString, value);
+    Workplace const place;
+    place.write("a.xml", "<D>" + boxGeometry() + "</D>");
+    place.write("b.xml", "<D>" + boxGeometry().replace("\"100\"", "\"150\"") + "</D>");
+    place.write("a.ppm", "P6 1 1 255\nabc");
+    for (QByteArray const& name : {QByteArray("a"), QByteArray("b")}) {
+        QByteArray const side = name == "a" ? "96" : "192";
+        place.write(name + ".svg",
+            "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 96 " + side
+                + "'><path d='M9 9H80V80Z'/></svg>");
+    }
+    auto const run = [&](QString const& text) {
+        QStringList list = arguments.split(' ');
+        return place.run(list.replaceInStrings("%1", text));
+    };
+    Result const expected = run(value);
+    QVERIFY2(expected.exited && (expected.code == 0 || expected.code == 3), expected.err);
+    Result const result = run(spelling);
+    QVERIFY2(result.exited && result.code == expected.code, result.err);
+    QCOMPARE(result.out, expected.out);
+    QCOMPARE(result.err, expected.err);
 }
 
 void TestKpgeom::helpIsPrinted()

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void everyColourIsTransformed();
     void coloursAreReadInEveryForm_data();
     void coloursAreReadInEveryForm();
+    void valuesMayBePercentages();
     void everyTransformIsKnown_data();
     void everyTransformIsKnown();
     void greyHasNoHue();
@@ -98,6 +99,22 @@ void TestKpgeomColour::coloursAreReadInEveryForm()
     QVERIFY2(result.out.contains("  " + argb + "  "), result.out.constData());
 }
 
+void TestKpgeomColour::valuesMayBePercentages()
+{
+    Workplace const place;
+    Result const fractions = place.run({"colour", "#4472c4", "shade=0.5", "lumOff=-0.125"});
+    Result const percentages = place.run({"colour", "#4472c4", "shade=50%", "lumOff=-12.5 %"});
+    COMPARE_EXIT(fractions, 0);
+    COMPARE_EXIT(percentages, 0);
+    QByteArrayList const expected = fractions.out.split('\n');
+    QByteArrayList const lines = percentages.out.split('\n');
+    QCOMPARE(lines.size(), 5);
+    for (int i = 1; i < 4; ++i)
+        QCOMPARE(lines.at(i).mid(lines.at(i).indexOf("  ")).simplified(),
+            expected.at(i).mid(expected.at(i).indexOf("  ")).simplified());
+    QVERIFY(lines.at(2).startsWith("shade=50%  "));
+}
+
 void TestKpgeomColour::everyTransformIsKnown_data()
 {
     QTest::addColumn<QString>("name");
@@ -167,7 +184,7 @@ void TestKpgeomColour::wrongUsageIsTold_data()
         "red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'; did you mean tint?");
     QTest::newRow("value that is no number")
         << QStringList {"red", "tint=half"} << QByteArray("'tint=half' does not end in a number");
-    for (char const* const value : {"nan", "inf", "-inf", "1e999"}) {
+    for (char const* const value : {"nan", "inf", "-inf", "1e999", "nan%", "%", "5%%", "5mm"}) {
         QTest::addRow("value of %s", value)
             << QStringList {"red", QString("tint=") + value}
             << QByteArray("'tint=") + value + "' does not end in a number";

@@ -15,6 +15,7 @@ class TestKpgeomLengths : public QObject
 private Q_SLOTS:
     void lengthIsConverted_data();
     void lengthIsConverted();
+    void withoutTargetAllUnitsAreTold_data();
     void withoutTargetAllUnitsAreTold();
     void jsonHoldsLengthsByUnit();
     void everyPairGoesThereAndBack();
@@ -54,6 +55,19 @@ void TestKpgeomLengths::lengthIsConverted_data()
     QTest::newRow("negative feet and inches")
         << QStringList {"-30", "in", "ft-in"} << QByteArray("-2'6\"");
     QTest::newRow("exponent") << QStringList {"1e3", "mm", "m"} << QByteArray("1 m");
+    QTest::newRow("length in one word") << QStringList {"5mm", "cm"} << QByteArray("0.5 cm");
+    QTest::newRow("length in one word, with a blank")
+        << QStringList {"2.5 IN", "mm"} << QByteArray("63.5 mm");
+    QTest::newRow("negative length in one word")
+        << QStringList {"-25.4mm", "in"} << QByteArray("-1 in");
+    QTest::newRow("signs of feet and inches") << QStringList {"5'6\"", "in"} << QByteArray("66 in");
+    QTest::newRow("sign of feet") << QStringList {"2'", "ft-in"} << QByteArray("2'");
+    QTest::newRow("negative feet and inches in one word")
+        << QStringList {"-5'6\"", "ft-in"} << QByteArray("-5'6\"");
+    QTest::newRow("typographic signs")
+        << QStringList {QString::fromUtf8("5\u20326\u2033"), "ft"} << QByteArray("5.5 ft");
+    QTest::newRow("inches of a word follow the screen")
+        << QStringList {"--dpi", "144", "1in", "px"} << QByteArray("144 px");
     QTest::newRow("inches follow the screen")
         << QStringList {"--dpi", "144", "1", "in", "px"} << QByteArray("144 px");
     QTest::newRow("millimetres do not")
@@ -71,10 +85,19 @@ void TestKpgeomLengths::lengthIsConverted()
     QCOMPARE(result.err, QByteArray());
 }
 
+void TestKpgeomLengths::withoutTargetAllUnitsAreTold_data()
+{
+    QTest::addColumn<QStringList>("length");
+    QTest::newRow("number and unit") << QStringList {"18", "in"};
+    QTest::newRow("one word") << QStringList {"18in"};
+    QTest::newRow("feet and inches") << QStringList {"1'6\""};
+}
+
 void TestKpgeomLengths::withoutTargetAllUnitsAreTold()
 {
+    QFETCH(QStringList, length);
     Workplace const place;
-    Result const result = place.run({"units", "18", "in"});
+    Result const result = place.run(QStringList {"units"} + length);
     COMPARE_EXIT(result, 0);
     QCOMPARE(result.out,
         QByteArray("1728 px\n"
@@ -141,6 +164,11 @@ void TestKpgeomLengths::wrongUsageOfUnitsIsTold_data()
     QTest::newRow("nothing") << QStringList {} << operands;
     QTest::newRow("no unit") << QStringList {"5"} << operands;
     QTest::newRow("too much") << QStringList {"5", "mm", "in", "ft"} << operands;
+    QTest::newRow("too much behind a length") << QStringList {"5mm", "in", "ft"} << operands;
+    QTest::newRow("unknown target of a length")
+        << QStringList {"5mm", "parsec"} << QByteArray("there is no unit 'parsec'");
+    QTest::newRow("unknown unit in one word")
+        << QStringList {"5ells", "mm"} << QByteArray("'5ells' is no number");
     QTest::newRow("no number") << QStringList {"five", "mm"} << QByteArray("'five' is no number");
     QTest::newRow("infinite") << QStringList {"inf", "mm"} << QByteArray("'inf' is no number");
     QTest::newRow("too large a number")

@@ -627,7 +627,7 @@ void TestKpgeomRender::wrongUsageIsTold_data()
         row("--height=" + value, "--height takes a number greater than 0 and at most 1000000");
     }
     for (QString const& value : {QString("-1"), QString("-1e-9"), QString("nan"), QString("inf"),
-             QString("10px"), QString("1e7"), QString()})
+             QString("10ell"), QString("1e7"), QString()})
         row("--margin=" + value, "--margin takes a number from 0 to 1000000");
     for (QString const& value :
         {QString("0"), QString("0.5"), QString("-96"), QString("nan"), QString("high"), QString()})

@@ -14,6 +14,7 @@
 #include "import/svgimport.h"
 #include "process/messagelog.h"
 #include "progress.h"
+#include "valuetext.h"
 
 #include <cmath>
 
@@ -37,7 +38,7 @@ std::optional<Slices> slicesFromText(QString const& text)
     if (parts.size() != 4)
         return std::nullopt;
     for (int i = 0; i < parts.size(); ++i) {
-        auto const margin = numberFromText(parts.at(i), 0.0, greatestFactor);
+        auto const margin = marginFromText(parts.at(i));
         if (!margin)
             return std::nullopt;
         *margins[i] = *margin;
@@ -110,9 +111,11 @@ std::optional<QSizeF> boxOf(Outline const& outline, BindOptions const& options)
 {
     if (options.box)
         return options.box;
-    auto const box = sizeFromText(outline.width + QLatin1Char('x') + outline.height);
-    if (box)
-        return box;
+    // In a document sides are numbers.
+    auto const width = numberFromText(outline.width, 0.0, greatestFactor);
+    auto const height = numberFromText(outline.height, 0.0, greatestFactor);
+    if (width && height && *width > 0.0 && *height > 0.0)
+        return QSizeF(*width, *height);
     QString const fault = outline.width.isEmpty() || outline.height.isEmpty()
         ? QStringLiteral("has no box: its element has no Width and Height")
         : QStringLiteral("has no box: Width '%1' and Height '%2'")

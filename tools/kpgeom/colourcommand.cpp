@@ -8,6 +8,7 @@
 #include "pictureoutput.h"
 #include "suggestion.h"
 #include "texttable.h"
+#include "valuetext.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -48,7 +49,7 @@ std::optional<Diagnostic> appendStep(QString const& text, std::vector<Step>& ste
     if (!function)
         return misuse(withSuggestion(
             QStringLiteral("there is no transform '%1'").arg(name), name, wordsOf(transformValue)));
-    auto const value = numberFromText(text.section(QLatin1Char('='), 1));
+    auto const value = amountFromText(text.section(QLatin1Char('='), 1));
     if (!value)
         return misuse(QStringLiteral("'%1' does not end in a number").arg(text));
     steps.push_back({text, name, function, *value});
@@ -220,5 +221,6 @@ constexpr CommandOption colourOptions[] = {
 } // namespace
 
 constexpr Command colourCommand {"colour", "COLOUR... [TRANSFORM=VALUE...]",
-    "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.", {colourValue, transformValue},
-    "Applies colour transforms in order.", runColour, {colourOptions}};
+    "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.",
+    {colourValue, transformValue}, "Applies colour transforms in order.", runColour,
+    {colourOptions}, "color"};

@@ -5,8 +5,6 @@
 #include "guiapplication.h"
 #include "suggestion.h"
 
-#include <cmath>
-
 CommandLine::CommandLine(Command const& command)
     : m_command(command)
 {
@@ -93,35 +91,4 @@ Outcome CommandLine::misused(Diagnostic const& fault) const
 Diagnostic misuse(QString const& what)
 {
     return {Diagnostic::Severity::Error, QString(), 0, 0, what};
-}
-
-std::optional<double> numberFromText(QString const& text)
-{
-    bool isNumber = false;
-    double const number = text.toDouble(&isNumber);
-    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
-std::optional<double> numberFromText(QString const& text, double least, double greatest)
-{
-    auto const number = numberFromText(text);
-    return number && *number >= least && *number <= greatest ? number : std::nullopt;
-}
-
-std::optional<double> factorFromText(QString const& text)
-{
-    auto const factor = numberFromText(text, 0.0, greatestFactor);
-    return factor && *factor > 0.0 ? factor : std::nullopt;
-}
-
-std::optional<QSizeF> sizeFromText(QString const& text)
-{
-    QStringList const sides = text.split(QLatin1Char('x'));
-    if (sides.size() != 2)
-        return std::nullopt;
-    auto const width = factorFromText(sides.first());
-    auto const height = factorFromText(sides.last());
-    if (!width || !height)
-        return std::nullopt;
-    return QSizeF(*width, *height);
 }

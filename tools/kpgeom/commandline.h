@@ -7,7 +7,6 @@
 #include "common/localfilename.h"
 
 #include <QCommandLineParser>
-#include <QSizeF>
 
 #include <optional>
 
@@ -44,20 +43,5 @@ private:
 
 /** A wrong use of a command, about no file. */
 Diagnostic misuse(QString const& what);
-
-/** The greatest size, scale, margin or density. */
-constexpr double greatestFactor = 1e6;
-
-/** A number, which is finite. */
-std::optional<double> numberFromText(QString const& text);
-
-/** A number from `least` to `greatest`. */
-std::optional<double> numberFromText(QString const& text, double least, double greatest);
-
-/** "WxH", both greater than 0 and at most a million units. */
-std::optional<QSizeF> sizeFromText(QString const& text);
-
-/** A number greater than 0 and at most greatestFactor. */
-std::optional<double> factorFromText(QString const& text);
 
 #endif // COMMANDLINE_H

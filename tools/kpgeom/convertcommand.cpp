@@ -12,6 +12,7 @@
 #include "import/textimport.h"
 #include "presetconversion.h"
 #include "process/messagelog.h"
+#include "valuetext.h"
 #include "xmltext_p.h"
 
 #include <QDomDocument>
@@ -114,7 +115,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, ConvertOptions& o
         options.scale = *scale;
     }
     if (line.isSet(QStringLiteral("em"))) {
-        auto const emSize = factorFromText(line.value(QStringLiteral("em")));
+        auto const emSize = sideFromText(line.value(QStringLiteral("em")));
         if (!emSize || !isText)
             return misuse(QStringLiteral(
                 "--em takes a number greater than 0 and at most 1000000, and a font"));

@@ -4,6 +4,7 @@
 #include "console.h"
 #include "documentinput.h"
 #include "progress.h"
+#include "valuetext.h"
 
 #include <cmath>
 #include <new>
@@ -82,7 +83,7 @@ Outcome compare(QStringList const& operands, DiffOptions const& options)
 /** Nothing for what is no number of units from 0. */
 std::optional<double> toleranceFromText(QString const& text)
 {
-    return numberFromText(text, 0.0, std::numeric_limits<double>::max());
+    return lengthFromText(text, 0.0, std::numeric_limits<double>::max());
 }
 
 Outcome runDiff(Command const& command, QStringList const& arguments)

@@ -7,6 +7,7 @@
 #include "paint/fitsheet.h"
 #include "pictureoutput.h"
 #include "process/messagelog.h"
+#include "valuetext.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -68,7 +69,7 @@ std::optional<Diagnostic> readOptions(CommandLine const& line, FitCommandOptions
     }
     if (line.isSet(QStringLiteral("tolerance"))) {
         options.tolerance =
-            numberFromText(line.value(QStringLiteral("tolerance")), 0.0, greatestTolerance);
+            lengthFromText(line.value(QStringLiteral("tolerance")), 0.0, greatestTolerance);
         if (!options.tolerance)
             return misuse(QStringLiteral("--tolerance takes a number from 0 to 100000"));
     }

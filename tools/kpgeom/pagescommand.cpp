@@ -86,7 +86,6 @@ Outcome runPages(Command const& command, QStringList const& arguments)
         return *end;
     if (!line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no operand is taken")));
-    UnitUtil::initScreen(96.0, 1.0, QSize(0, 0));
     QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }

@@ -7,6 +7,7 @@
 #include "fit/presetfit.h"
 #include "import/drawingmlimport.h"
 #include "texttable.h"
+#include "valuetext.h"
 
 #include <QDir>
 #include <QSet>

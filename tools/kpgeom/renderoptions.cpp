@@ -7,6 +7,7 @@
 #include "outputname.h"
 #include "paint/colourtext.h"
 #include "suggestion.h"
+#include "valuetext.h"
 
 #include <QFileInfo>
 
@@ -16,7 +17,8 @@ namespace {
 struct Measure
 {
     char const* name;
-    double least;
+    std::optional<double> (*read)(QString const& text);
+    char const* range; ///< of what is read
     std::optional<double>* target;
 };
 
@@ -25,30 +27,22 @@ std::optional<Diagnostic> readMeasures(
     CommandLine const& line, DrawingLayout& layout, std::optional<double>& dotsPerInch)
 {
     Measure const measures[] = {
-        {"scale", 0.0, &layout.scale},
-        {"width", 0.0, &layout.width},
-        {"height", 0.0, &layout.height},
-        {"dpi", 1.0, &dotsPerInch},
+        {"scale", factorFromText, "greater than 0 and at most 1000000", &layout.scale},
+        {"width", sideFromText, "greater than 0 and at most 1000000", &layout.width},
+        {"height", sideFromText, "greater than 0 and at most 1000000", &layout.height},
+        {"dpi", densityFromText, "from 1 to 1000000", &dotsPerInch},
+        {"margin", marginFromText, "from 0 to 1000000", &layout.margin},
     };
     for (Measure const& measure : measures) {
         QString const name = QLatin1String(measure.name);
         if (!line.isSet(name))
             continue;
-        *measure.target = factorFromText(line.value(name));
-        if (!*measure.target || **measure.target < measure.least) {
-            return misuse(measure.least > 0.0
-                    ? QStringLiteral("--%1 takes a number from %2 to 1000000")
-                          .arg(name)
-                          .arg(measure.least)
-                    : QStringLiteral("--%1 takes a number greater than 0 and at most 1000000")
-                          .arg(name));
+        *measure.target = measure.read(line.value(name));
+        if (!*measure.target) {
+            return misuse(
+                QStringLiteral("--%1 takes a number %2").arg(name, QLatin1String(measure.range)));
         }
     }
-    if (!line.isSet(QStringLiteral("margin")))
-        return std::nullopt;
-    layout.margin = numberFromText(line.value(QStringLiteral("margin")), 0.0, greatestFactor);
-    if (!layout.margin)
-        return misuse(QStringLiteral("--margin takes a number from 0 to 1000000"));
     return std::nullopt;
 }
 

@@ -7,6 +7,7 @@
 #include "documentinput.h"
 #include "progress.h"
 #include "segmentkind_p.h"
+#include "valuetext.h"
 
 #include <QFile>
 

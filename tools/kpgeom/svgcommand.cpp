@@ -6,6 +6,7 @@
 #include "documentinput.h"
 #include "export/pathdata.h"
 #include "progress.h"
+#include "valuetext.h"
 
 #include <QIODevice>
 

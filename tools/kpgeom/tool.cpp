@@ -5,6 +5,7 @@
 #include "console.h"
 #include "process/messagelog.h"
 #include "suggestion.h"
+#include "unitutil.h"
 
 #include <algorithm>
 #include <iterator>
@@ -122,6 +123,8 @@ Outcome runTool(QStringList const& arguments)
         return print(QStringLiteral("kpgeom " KPGEOM_VERSION "\n"));
     if (name == helpName)
         return runHelp(arguments.mid(1));
+    // Lengths are those of this screen until a command says otherwise.
+    UnitUtil::initScreen(96.0, 1.0, QSize(0, 0));
     Command const* const command = findCommand(name);
     return command ? command->run(*command, arguments.mid(1)) : Outcome::Misused;
 }

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "console.h"
+#include "document/length.h"
 #include "suggestion.h"
 #include "unitcode_p.h"
 #include "unitutil.h"
+#include "valuetext.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -18,36 +20,14 @@ namespace {
 constexpr Value unitValue {
     "UNIT", Value::Kind::Word, "px mm cm m km in ft ft-in yd mi pt pc dd cc"};
 
-/** The code of a unit's name, in any letter case. */
-std::optional<unsigned int> unitFromText(QString const& name)
+/** "8.267716535 in", or "0'8.26772\"" in feet and inches. */
+QString textIn(unsigned int unit, Length const& length)
 {
-    for (unsigned int unit = 0; unit < unitCount; ++unit) {
-        if (name.compare(UnitUtil::unitStr(unit), Qt::CaseInsensitive) == 0)
-            return unit;
-    }
-    return std::nullopt;
+    if (unit == UnitFeetAndInches)
+        return UnitUtil::feetValtoFeetIncheStr(length.in(unit));
+    return QStringLiteral("%1 %2").arg(
+        QString::number(length.in(unit), 'g', 10), UnitUtil::unitStr(unit));
 }
-
-struct Length
-{
-    double value;
-    unsigned int unit;
-
-    double in(unsigned int other) const
-    {
-        return other == unit ? value
-                             : UnitUtil::pixelToUnit(UnitUtil::unitToPixel(value, unit), other);
-    }
-
-    /** "8.267716535 in", or "0'8.26772\"" in feet and inches. */
-    QString text(unsigned int other) const
-    {
-        if (other == UnitFeetAndInches)
-            return UnitUtil::feetValtoFeetIncheStr(in(other));
-        return QStringLiteral("%1 %2").arg(
-            QString::number(in(other), 'g', 10), UnitUtil::unitStr(other));
-    }
-};
 
 struct UnitsOptions
 {
@@ -55,31 +35,37 @@ struct UnitsOptions
     std::optional<unsigned int> target;
 };
 
-Diagnostic unitFault(QString const& name)
+/** What is wrong with the name of a unit, or nothing. */
+std::optional<Diagnostic> readUnit(QString const& name, unsigned int& unit)
 {
-    return misuse(withSuggestion(
-        QStringLiteral("there is no unit '%1'").arg(name), name, wordsOf(unitValue)));
+    auto const known = unitFromText(name);
+    if (!known)
+        return misuse(withSuggestion(
+            QStringLiteral("there is no unit '%1'").arg(name), name, wordsOf(unitValue)));
+    unit = *known;
+    return std::nullopt;
 }
 
 /** What is wrong with the operands, or nothing. */
 std::optional<Diagnostic> readOperands(QStringList const& operands, UnitsOptions& options)
 {
-    if (operands.size() < 2 || operands.size() > 3)
+    auto const length = lengthWithUnit(operands.value(0));
+    int const needed = length ? 1 : 2;
+    if (operands.size() < needed || operands.size() > needed + 1)
         return misuse(QStringLiteral("a number, its unit and perhaps another unit are needed"));
-    auto const value = numberFromText(operands.at(0));
-    if (!value)
-        return misuse(QStringLiteral("'%1' is no number").arg(operands.at(0)));
-    options.length.value = *value;
-    auto const unit = unitFromText(operands.at(1));
-    if (!unit)
-        return unitFault(operands.at(1));
-    options.length.unit = *unit;
-    if (operands.size() == 3) {
-        options.target = unitFromText(operands.at(2));
-        if (!options.target)
-            return unitFault(operands.at(2));
+    if (length) {
+        options.length = *length;
+    } else {
+        auto const value = numberFromText(operands.at(0));
+        if (!value)
+            return misuse(QStringLiteral("'%1' is no number").arg(operands.at(0)));
+        options.length.value = *value;
+        if (auto fault = readUnit(operands.at(1), options.length.unit))
+            return fault;
     }
-    return std::nullopt;
+    if (operands.size() == needed)
+        return std::nullopt;
+    return readUnit(operands.at(needed), options.target.emplace());
 }
 
 QVector<unsigned int> targets(UnitsOptions const& options)
@@ -98,7 +84,7 @@ std::optional<Diagnostic> lengthFault(UnitsOptions const& options)
         if (!std::isfinite(options.length.in(unit))) {
             return misuse(
                 QStringLiteral("%1 is too large to be told in %2")
-                    .arg(options.length.text(options.length.unit), UnitUtil::unitStr(unit)));
+                    .arg(textIn(options.length.unit, options.length), UnitUtil::unitStr(unit)));
         }
     }
     return std::nullopt;
@@ -109,7 +95,7 @@ QString toJson(UnitsOptions const& options)
     QJsonObject lengths;
     for (unsigned int const unit : targets(options)) {
         lengths.insert(UnitUtil::unitStr(unit),
-            unit == UnitFeetAndInches ? QJsonValue(options.length.text(unit))
+            unit == UnitFeetAndInches ? QJsonValue(textIn(unit, options.length))
                                       : QJsonValue(options.length.in(unit)));
     }
     return QString::fromUtf8(QJsonDocument(lengths).toJson());
@@ -119,11 +105,11 @@ QString toText(UnitsOptions const& options)
 {
     QString text;
     for (unsigned int const unit : targets(options))
-        text += options.length.text(unit) + QLatin1Char('\n');
+        text += textIn(unit, options.length) + QLatin1Char('\n');
     return text;
 }
 
-/** With "--" before a negative number, which would be taken for an option. */
+/** With "--" before a negative number or length, which would be taken for an option. */
 QStringList withNegativeNumber(QStringList arguments)
 {
     if (arguments.contains(QStringLiteral("--")))
@@ -131,7 +117,7 @@ QStringList withNegativeNumber(QStringList arguments)
     auto const isNegative = [](QString const& argument) {
         bool isNumber = false;
         argument.toDouble(&isNumber);
-        return isNumber && argument.startsWith(QLatin1Char('-'));
+        return (isNumber || lengthWithUnit(argument)) && argument.startsWith(QLatin1Char('-'));
     };
     int const place = static_cast<int>(
         std::find_if(arguments.cbegin(), arguments.cend(), isNegative) - arguments.cbegin());
@@ -150,7 +136,7 @@ Outcome runUnits(Command const& command, QStringList const& arguments)
         return line.misused(*fault);
     double dpi = 96.0;
     if (line.isSet(QStringLiteral("dpi"))) {
-        auto const given = numberFromText(line.value(QStringLiteral("dpi")), 1.0, greatestFactor);
+        auto const given = densityFromText(line.value(QStringLiteral("dpi")));
         if (!given)
             return line.misused(misuse(QStringLiteral("--dpi takes a number from 1 to 1000000")));
         dpi = *given;
@@ -173,5 +159,6 @@ constexpr CommandOption unitsOptions[] = {
 } // namespace
 
 constexpr Command unitsCommand {"units", "VALUE UNIT [UNIT]",
-    "A number; options stand before a negative one.", {lengthValue, unitValue},
-    "Converts a length to another unit, or to all.", runUnits, {unitsOptions}};
+    "A number, or a length in one word, like 5mm; options stand before a negative one.",
+    {lengthValue, unitValue}, "Converts a length to another unit, or to all.", runUnits,
+    {unitsOptions}};

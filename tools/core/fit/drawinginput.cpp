@@ -9,6 +9,8 @@
 #include "import/svgimport.h"
 #include "segmentkind_p.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -67,7 +69,8 @@ std::optional<SizedDrawing> drawingOf(QByteArray const& content, DrawingSource c
 DrawingSource drawingSource(QString const& text)
 {
     int const at = text.lastIndexOf(QLatin1Char('@'));
-    QStringList const sides = text.mid(at + 1).split(QLatin1Char('x'));
+    static QRegularExpression const separator(QStringLiteral("[xX\u00d7]"));
+    QStringList const sides = text.mid(at + 1).split(separator);
     bool isWidth = false;
     bool isHeight = false;
     QSizeF const box(sides.first().toDouble(&isWidth), sides.last().toDouble(&isHeight));

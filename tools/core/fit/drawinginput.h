@@ -20,8 +20,8 @@ struct DrawingSource
 };
 
 /**
- * What "FILE@WxH" names: the file, and the box if what follows the last @ is one. Sides may be any
- * numbers: whether a box can be drawn for shows later.
+ * What "FILE@WxH" names: the file, and the box if what follows the last @ is one, be it with a capital
+ * X or the sign of multiplication. Sides may be any numbers: whether a box can be drawn for shows later.
  */
 DrawingSource drawingSource(QString const& text);
 
