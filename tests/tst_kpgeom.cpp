@@ -327,6 +327,8 @@ void TestKpgeom::valuesHaveOtherSpellings_data()
     row("fit a.svg%1 b.svg -o -", "@96\u00d796", "@96x96");
     row("diff a.xml b.xml --tolerance %1", "1in", "96");
     row(qPrintable("convert -o - --text x --font " + font + " --em %1"), "1in", "96");
+    row("render a.xml --format svg -o - --background %1", "rgb(0,0,255)", "blue");
+    row("blur a.ppm --format ppm -o - -r 1 --shadow 4,4,%1", "rgba(0,0,0,50%)", "#80000000");
 }
 
 void TestKpgeom::valuesHaveOtherSpellings()

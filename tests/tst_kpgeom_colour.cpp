@@ -85,6 +85,14 @@ void TestKpgeomColour::coloursAreReadInEveryForm_data()
     QTest::newRow("six digits") << "#4472c4" << QByteArray("#FF4472C4");
     QTest::newRow("six digits without the sign") << "4472C4" << QByteArray("#FF4472C4");
     QTest::newRow("alpha first") << "#804472c4" << QByteArray("#804472C4");
+    QTest::newRow("levels") << "rgb(68,114,196)" << QByteArray("#FF4472C4");
+    QTest::newRow("levels with alpha") << "rgba(68, 114, 196, 0.5)" << QByteArray("#804472C4");
+    QTest::newRow("alpha as a percentage") << "rgba(68,114,196,50%)" << QByteArray("#804472C4");
+    QTest::newRow("percentages") << "rgb(10%,20%,100%)" << QByteArray("#FF1A33FF");
+    QTest::newRow("the same function by both names") << "rgb(1,2,3,0)" << QByteArray("#00010203");
+    QTest::newRow("no alpha") << "rgba(1,2,3)" << QByteArray("#FF010203");
+    QTest::newRow("capitals and blanks") << " RGB( 1 , 2 , 3 ) " << QByteArray("#FF010203");
+    QTest::newRow("ends of the levels") << "rgba(0,255,0%,1)" << QByteArray("#FF00FF00");
     QTest::newRow("name") << "steelblue" << QByteArray("#FF4682B4");
     QTest::newRow("name of six letters") << "orange" << QByteArray("#FFFFA500");
 }
@@ -180,6 +188,12 @@ void TestKpgeomColour::wrongUsageIsTold_data()
     QTest::newRow("no colour's name")
         << QStringList {"#4472c4", "mauvish"} << QByteArray("'mauvish' is no colour");
     QTest::newRow("five digits") << QStringList {"#4472c"} << QByteArray("'#4472c' is no colour");
+    for (char const* const colour : {"rgb()", "rgb(1,2)", "rgb(1,2,3,0.5,0.5)", "rgb(256,0,0)",
+             "rgb(-1,0,0)", "rgb(101%,0,0)", "rgb(1,2,nan)", "rgb(1,2,3,1.1)", "rgb(1,2,)",
+             "rgb(1,2,3", "rgb 1,2,3", "rgb(1;2;3)", "rgb(1,2,%)", "rgb((1,2,3))", "hsl(1,2,3)"}) {
+        QTest::newRow(colour) << QStringList {colour}
+                              << QByteArray("'") + colour + "' is no colour";
+    }
     QTest::newRow("unknown transform") << QStringList {
         "red", "Tint=0.5"} << QByteArray("there is no transform 'Tint'; did you mean tint?");
     QTest::newRow("value that is no number")

@@ -28,13 +28,12 @@ struct BlurOptions
 /** "DX,DY,COLOUR" */
 std::optional<DropShadow> shadowFromText(QString const& text)
 {
-    QStringList const parts = text.split(QLatin1Char(','));
-    if (parts.size() != 3)
-        return std::nullopt;
+    QString const comma = QStringLiteral(",");
     bool isNumber[2] = {};
-    DropShadow const shadow {
-        QPoint(parts.at(0).toInt(&isNumber[0]), parts.at(1).toInt(&isNumber[1])),
-        colourFromText(parts.at(2))};
+    // A colour may have commas of its own.
+    DropShadow const shadow {QPoint(text.section(comma, 0, 0).toInt(&isNumber[0]),
+                                 text.section(comma, 1, 1).toInt(&isNumber[1])),
+        colourFromText(text.section(comma, 2))};
     bool const isNear =
         qAbs(shadow.offset.x()) <= greatestOffset && qAbs(shadow.offset.y()) <= greatestOffset;
     if (!isNumber[0] || !isNumber[1] || !isNear || !shadow.colour.isValid())

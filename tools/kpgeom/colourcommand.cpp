@@ -221,6 +221,6 @@ constexpr CommandOption colourOptions[] = {
 } // namespace
 
 constexpr Command colourCommand {"colour", "COLOUR... [TRANSFORM=VALUE...]",
-    "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", or a name.",
+    "\"#RRGGBB\", also without the sign, \"#AARRGGBB\", \"rgb(R,G,B)\", or a name.",
     {colourValue, transformValue}, "Applies colour transforms in order.", runColour,
     {colourOptions}, "color"};
