@@ -201,7 +201,7 @@ void TestKpgeom::likelyNameIsSuggested_data()
     };
     row("Info", "kpgeom: unknown command 'Info'; did you mean info?");
     row("rendr", "kpgeom: unknown command 'rendr'; did you mean render?"); // missing
-    row("color", "kpgeom: unknown command 'color'; did you mean colour?");
+    row("colors", "kpgeom: unknown command 'colors'; did you mean colour?");
     row("checkk", "kpgeom: unknown command 'checkk'; did you mean check?"); // too many
     row("normalise", "kpgeom: unknown command 'normalise'; did you mean normalize?"); // wrong
     row("untis", "kpgeom: unknown command 'untis'; did you mean units?"); // swapped
@@ -380,7 +380,7 @@ Commands:
   check      Says what reading, saving and undo change in outlines.
   diff       Says where the outlines of two documents differ in meaning.
   normalize  Spells a document in the one way that line diffs can compare.
-  colour     Applies colour transforms in order.
+  colour     Applies colour transforms in order. Also "color".
   units      Converts a length to another unit, or to all.
   pages      Lists the predefined page sizes.
   blur       Blurs a picture, or puts a blurred shadow under it.

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void coloursAreReadInEveryForm_data();
     void coloursAreReadInEveryForm();
     void valuesMayBePercentages();
+    void commandHasAnotherName();
     void everyTransformIsKnown_data();
     void everyTransformIsKnown();
     void greyHasNoHue();
@@ -121,6 +122,17 @@ void TestKpgeomColour::valuesMayBePercentages()
         QCOMPARE(lines.at(i).mid(lines.at(i).indexOf("  ")).simplified(),
             expected.at(i).mid(expected.at(i).indexOf("  ")).simplified());
     QVERIFY(lines.at(2).startsWith("shade=50%  "));
+}
+
+void TestKpgeomColour::commandHasAnotherName()
+{
+    Workplace const place;
+    Result const result = place.run({"color", "#4472c4", "shade=0.5"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out, place.run({"colour", "#4472c4", "shade=0.5"}).out);
+    QCOMPARE(place.run({"color", "--help"}).out, place.run({"colour", "--help"}).out);
+    COMPARE_FAILURE(
+        place.run({"color"}), 2, "kpgeom colour: no colour given (see kpgeom colour --help)");
 }
 
 void TestKpgeomColour::everyTransformIsKnown_data()

@@ -91,6 +91,7 @@ struct Command
     /** @param arguments those after the subcommand's name */
     Outcome (*run)(Command const& command, QStringList const& arguments);
     Options options[2]; ///< in the order of the help: its own, and those that it shares
+    char const* alias = nullptr; ///< another name of it; null for none
 };
 
 /** Calls `visit` with each option of the command, in the order of its help. */

@@ -25,6 +25,21 @@ constexpr CommandOption toolOptions[2] = {helpOption, versionOption};
 
 namespace {
 
+/** By its name or its alias. */
+bool isNamed(Command const& command, QString const& name)
+{
+    return name == QLatin1String(command.name)
+        || (command.alias && name == QLatin1String(command.alias));
+}
+
+QString summaryOf(Command const& command)
+{
+    QString const summary = QString::fromUtf8(command.summary);
+    return command.alias
+        ? QStringLiteral("%1 Also \"%2\".").arg(summary, QString::fromUtf8(command.alias))
+        : summary;
+}
+
 QString helpText()
 {
     QString text = QStringLiteral(
@@ -35,7 +50,7 @@ QString helpText()
     for (Command const* const command : commands) {
         text += QStringLiteral("  %1  %2\n")
                     .arg(QLatin1String(command->name), -9)
-                    .arg(QLatin1String(command->summary));
+                    .arg(summaryOf(*command));
     }
     text += QLatin1String("\nOptions:\n");
     for (CommandOption const& option : toolOptions) {
@@ -88,7 +103,7 @@ QStringList knownNames()
 Command const* findCommand(QString const& name)
 {
     auto const* const found = std::find_if(std::begin(commands), std::end(commands),
-        [&name](Command const* command) { return name == QLatin1String(command->name); });
+        [&name](Command const* command) { return isNamed(*command, name); });
     if (found != std::end(commands))
         return *found;
     misused(withSuggestion(QStringLiteral("unknown command '%1'").arg(name), name, knownNames()));
