@@ -434,7 +434,7 @@ void TestKpgeom::helpOfCommandIsPrinted_data()
     QTest::newRow("colour") << QByteArray(
         "Usage: kpgeom colour [options] COLOUR... [TRANSFORM=VALUE...]\n");
     QTest::newRow("units") << QByteArray("Usage: kpgeom units [options] VALUE UNIT [UNIT]\n");
-    QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options]\n");
+    QTest::newRow("pages") << QByteArray("Usage: kpgeom pages [options] [NAME...]\n");
     QTest::newRow("blur") << QByteArray("Usage: kpgeom blur [options] IN... -o OUT -r RADIUS\n");
     QTest::newRow("digest") << QByteArray("Usage: kpgeom digest [options] FILE...\n");
     QTest::newRow("recent") << QByteArray("Usage: kpgeom recent [options] ACTION [OPERAND...]\n");

@@ -24,7 +24,11 @@ private Q_SLOTS:
 
     void pagesAreListed();
     void pagesAsJson();
-    void pagesTakeNoOperand();
+    void pagesAreChosenByName_data();
+    void pagesAreChosenByName();
+    void chosenPagesAsJson();
+    void unknownPagesAreTold_data();
+    void unknownPagesAreTold();
 };
 
 void TestKpgeomLengths::lengthIsConverted_data()
@@ -238,11 +242,58 @@ void TestKpgeomLengths::pagesAsJson()
     QCOMPARE(tabloid.value("name").toString(), QString("Tabloid / ANSI B"));
 }
 
-void TestKpgeomLengths::pagesTakeNoOperand()
+void TestKpgeomLengths::pagesAreChosenByName_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QByteArrayList>("indices");
+    QTest::newRow("name") << QStringList {"A5"} << QByteArrayList {"14"};
+    QTest::newRow("name of two pages") << QStringList {"A4"} << QByteArrayList {"13", "23"};
+    QTest::newRow("any letter case") << QStringList {"a5"} << QByteArrayList {"14"};
+    QTest::newRow("one of two names") << QStringList {"tabloid"} << QByteArrayList {"7"};
+    QTest::newRow("the other one") << QStringList {"ansi b"} << QByteArrayList {"7"};
+    QTest::newRow("both") << QStringList {"Tabloid / ANSI B"} << QByteArrayList {"7"};
+    QTest::newRow("several, in their order")
+        << QStringList {"tabloid", "A3", "a5"} << QByteArrayList {"7", "12", "14"};
+}
+
+void TestKpgeomLengths::pagesAreChosenByName()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QByteArrayList, indices);
+    Workplace const place;
+    QByteArrayList const all = place.run({"pages"}).out.split('\n');
+    Result const result = place.run(QStringList {"pages"} + names);
+    COMPARE_EXIT(result, 0);
+    QByteArrayList lines = result.out.split('\n');
+    QCOMPARE(lines.takeLast(), QByteArray());
+    QCOMPARE(lines.takeFirst().simplified(), all.first().simplified());
+    QCOMPARE(lines.size(), indices.size());
+    for (int i = 0; i < lines.size(); ++i)
+        QCOMPARE(lines.at(i).simplified(), all.at(1 + indices.at(i).toInt()).simplified());
+}
+
+void TestKpgeomLengths::chosenPagesAsJson()
 {
     Workplace const place;
-    COMPARE_FAILURE(place.run({"pages", "13"}), 2,
-        "kpgeom pages: no operand is taken (see kpgeom pages --help)");
+    QJsonArray const all = QJsonDocument::fromJson(place.run({"pages", "--json"}).out).array();
+    Result const result = place.run({"pages", "--json", "letter"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(QJsonDocument::fromJson(result.out).array(), (QJsonArray {all.at(0), all.at(8)}));
+}
+
+void TestKpgeomLengths::unknownPagesAreTold_data()
+{
+    QTest::addColumn<QString>("name");
+    for (char const* const name : {"13", "A", "-", "", "A4 ", "Custom"})
+        QTest::addRow("'%s'", name) << QString(name);
+}
+
+void TestKpgeomLengths::unknownPagesAreTold()
+{
+    QFETCH(QString, name);
+    Workplace const place;
+    COMPARE_FAILURE(place.run({"pages", "A4", name}), 2,
+        "kpgeom pages: there is no page '" + name.toUtf8() + "' (see kpgeom pages --help)");
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomLengths)

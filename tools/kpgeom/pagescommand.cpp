@@ -10,6 +10,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPageSize>
+#include <QVector>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -20,7 +24,7 @@ struct PredefinedPage
     QSizeF pixels;
     QSizeF size; ///< in its unit
 
-    explicit PredefinedPage(int number)
+    explicit PredefinedPage(int number = 0)
         : index(number)
         , unit(UnitPixel)
     {
@@ -49,34 +53,66 @@ QJsonObject toJson(QSizeF const& size)
     return {{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}};
 }
 
-QString toText()
+using Pages = QVector<PredefinedPage>;
+
+Pages allPages()
+{
+    Pages pages;
+    for (int index = 0; index < predefinedPageCount; ++index)
+        pages << PredefinedPage(index);
+    return pages;
+}
+
+/** Whether a page has the name, in any letter case; of "Letter / ANSI A" each part is one, too. */
+bool isNamed(PredefinedPage const& page, QString const& name)
+{
+    QString const own = page.name();
+    QStringList const names = own.split(QStringLiteral(" / ")) << own;
+    return !own.isEmpty() && names.contains(name, Qt::CaseInsensitive);
+}
+
+/** Of the pages those that the operands name, in their order; what is wrong with a name, or nothing. */
+std::optional<Diagnostic> choosePages(QStringList const& operands, Pages& pages)
+{
+    Pages const all = allPages();
+    if (operands.isEmpty())
+        pages = all;
+    for (QString const& name : operands) {
+        int const before = pages.size();
+        std::copy_if(all.begin(), all.end(), std::back_inserter(pages),
+            [&name](PredefinedPage const& page) { return isNamed(page, name); });
+        if (pages.size() == before)
+            return misuse(QStringLiteral("there is no page '%1'").arg(name));
+    }
+    return std::nullopt;
+}
+
+QString toText(Pages const& pages)
 {
     TextTable table({QStringLiteral(">index"), QStringLiteral(">mm"), QStringLiteral(">in"),
         QStringLiteral(">px"), QStringLiteral("unit"), QStringLiteral("name")});
-    for (int index = 0; index < predefinedPageCount; ++index) {
-        PredefinedPage const page(index);
+    for (PredefinedPage const& page : pages) {
         QString const name = page.name();
-        table.addRow({QString::number(index), sizeText(page.in(UnitMillimetre)),
+        table.addRow({QString::number(page.index), sizeText(page.in(UnitMillimetre)),
             sizeText(page.in(UnitInch)), sizeText(page.pixels), UnitUtil::unitStr(page.unit),
             name.isEmpty() ? QStringLiteral("-") : name});
     }
     return table.toText();
 }
 
-QString toJsonText()
+QString toJsonText(Pages const& pages)
 {
-    QJsonArray pages;
-    for (int index = 0; index < predefinedPageCount; ++index) {
-        PredefinedPage const page(index);
+    QJsonArray array;
+    for (PredefinedPage const& page : pages) {
         QString const name = page.name();
-        pages.append(QJsonObject {{QStringLiteral("index"), index},
+        array.append(QJsonObject {{QStringLiteral("index"), page.index},
             {QStringLiteral("unit"), UnitUtil::unitStr(page.unit)},
             {QStringLiteral("mm"), toJson(page.in(UnitMillimetre))},
             {QStringLiteral("in"), toJson(page.in(UnitInch))},
             {QStringLiteral("px"), toJson(page.pixels)},
             {QStringLiteral("name"), name.isEmpty() ? QJsonValue() : QJsonValue(name)}});
     }
-    return QString::fromUtf8(QJsonDocument(pages).toJson());
+    return QString::fromUtf8(QJsonDocument(array).toJson());
 }
 
 Outcome runPages(Command const& command, QStringList const& arguments)
@@ -84,11 +120,14 @@ Outcome runPages(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
-    if (!line.operands().isEmpty())
-        return line.misused(misuse(QStringLiteral("no operand is taken")));
-    QString const output = line.isSet(QStringLiteral("json")) ? toJsonText() : toText();
+    Pages pages;
+    if (auto const fault = choosePages(line.operands(), pages))
+        return line.misused(*fault);
+    QString const output = line.isSet(QStringLiteral("json")) ? toJsonText(pages) : toText(pages);
     return printOut(output) ? Outcome::Done : Outcome::Failed;
 }
+
+constexpr Value pageValue {"NAME"};
 
 constexpr CommandOption pagesOptions[] = {
     {"", "json", {}, "Print JSON instead of a table."},
@@ -96,5 +135,6 @@ constexpr CommandOption pagesOptions[] = {
 
 } // namespace
 
-constexpr Command pagesCommand {
-    "pages", "", "", {}, "Lists the predefined page sizes.", runPages, {pagesOptions}};
+constexpr Command pagesCommand {"pages", "[NAME...]",
+    "A page like A4, in any letter case; all if none is named.", {pageValue},
+    "Lists the predefined page sizes.", runPages, {pagesOptions}};
