@@ -109,6 +109,7 @@ private Q_SLOTS:
 
     void unreadableFilesAreToldAndKept_data();
     void unreadableFilesAreToldAndKept();
+    void missingFileIsAnEmptyList();
     void missingFileIsTold();
     void missingDirectoryIsTold();
     void noNameIsTold();
@@ -448,9 +449,25 @@ void TestKpgeomRecent::unreadableFilesAreToldAndKept()
     }
 }
 
+void TestKpgeomRecent::missingFileIsAnEmptyList()
+{
+    RecentWorkplace const place("");
+    Result const list = place.recent({"list"});
+    COMPARE_EXIT(list, 0);
+    QVERIFY2(list.out.endsWith("\n\nfiles: none\n\nfolders: none\n"), list.out);
+    QCOMPARE(list.err, QByteArray());
+    Result const folders = place.recent({"folders"});
+    COMPARE_EXIT(folders, 0);
+    QCOMPARE(folders.out, QByteArray("folders: none\n"));
+    QCOMPARE(place.json().value("files").toArray(), QJsonArray());
+    QCOMPARE(place.json("folders").value("folders").toArray(), QJsonArray());
+    QVERIFY(!place.json().value("fileFolder").toString().isEmpty());
+    QCOMPARE(QDir(place.path("cfg")).entryList(QDir::Files), QStringList());
+}
+
 void TestKpgeomRecent::missingFileIsTold()
 {
-    for (QStringList const& action : {QStringList {"list"}, {"folders"}, {"pin", "0"}}) {
+    for (QStringList const& action : {QStringList {"unpin", "0"}, {"remove", "0"}, {"pin", "0"}}) {
         COMPARE_FAILURE(RecentWorkplace("").recent(action), 1,
             "cfg/RecentFiles.xml: No such file or directory");
     }
@@ -625,7 +642,10 @@ void TestKpgeomRecent::defaultIsThePlatformsDirectory()
     COMPARE_EXIT(place.run({"recent", "add", "/a/a.x"}, start), 0);
     QVERIFY(place.read(".config/kpgeom/RecentFiles.xml").contains("V=\"/a/a.x\""));
     start.variables.insert("XDG_CONFIG_HOME", place.path("elsewhere"));
-    COMPARE_EXIT(place.run({"recent", "list"}, start), 1);
+    Result const list = place.run({"recent", "list"}, start);
+    COMPARE_EXIT(list, 0);
+    QVERIFY(!list.out.contains("/a/a.x"));
+    QVERIFY(!QFileInfo::exists(place.path("elsewhere")));
     COMPARE_EXIT(place.run({"recent", "add", "/b/b.x"}, start), 0);
     QVERIFY(place.read("elsewhere/kpgeom/RecentFiles.xml").contains("V=\"/b/b.x\""));
 }

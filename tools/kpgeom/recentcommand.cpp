@@ -33,6 +33,7 @@ struct Action
     char const* operandText; ///< of the operand that it needs, empty if it takes none
     bool takesMore;
     bool changes;
+    RecentLists::Missing missing; ///< what it is that there is no file yet
     /** The text to print; nothing, with a diagnostic, on failure. */
     std::optional<QString> (*run)(
         RecentLists& lists, RecentOptions const& options, Diagnostics& diagnostics);
@@ -319,12 +320,12 @@ std::optional<QString> removeEntry(
 constexpr Value actionValue {"ACTION", Value::Kind::Word, "list folders add pin unpin remove"};
 
 constexpr Action actions[] = {
-    {"list", "", false, false, listAll},
-    {"folders", "", false, false, listFolders},
-    {"add", "PATH...", true, true, addFiles},
-    {"pin", "ROW", false, true, pinEntry},
-    {"unpin", "INDEX", false, true, unpinEntry},
-    {"remove", "ROW or PATH", false, true, removeEntry},
+    {"list", "", false, false, RecentLists::Missing::IsEmpty, listAll},
+    {"folders", "", false, false, RecentLists::Missing::IsEmpty, listFolders},
+    {"add", "PATH...", true, true, RecentLists::Missing::IsEmpty, addFiles},
+    {"pin", "ROW", false, true, RecentLists::Missing::IsError, pinEntry},
+    {"unpin", "INDEX", false, true, RecentLists::Missing::IsError, unpinEntry},
+    {"remove", "ROW or PATH", false, true, RecentLists::Missing::IsError, removeEntry},
 };
 
 /** What is wrong with the number of operands, or nothing. */
@@ -354,10 +355,8 @@ std::optional<QString> perform(Action const& action, RecentLists& lists,
 
 Outcome run(Action const& action, QString const& directory, RecentOptions const& options)
 {
-    bool const mayBeMissing = action.run == addFiles;
     Diagnostics diagnostics;
-    auto lists = RecentLists::load(directory,
-        mayBeMissing ? RecentLists::Missing::IsEmpty : RecentLists::Missing::IsError, diagnostics);
+    auto lists = RecentLists::load(directory, action.missing, diagnostics);
     auto const text = lists ? perform(action, *lists, options, diagnostics) : std::nullopt;
     report(diagnostics);
     if (!text || !printOut(*text))
