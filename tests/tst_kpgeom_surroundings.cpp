@@ -8,6 +8,7 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,6 +67,42 @@ struct NarrowPipe
     {
         if (pipe2(ends, O_CLOEXEC) != 0 || fcntl(ends[1], F_SETPIPE_SZ, 4096) < 0)
             qFatal("there is no pipe");
+    }
+};
+
+/** A row for each command that reads a file, without its name. */
+void addReaderRows()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("input");
+    for (QStringList const& arguments :
+        {QStringList {"info"}, QStringList {"render", "--format", "svg", "-o", "-"},
+            QStringList {"resize", "--from", "100x60", "--to", "10x60", "-o", "-"},
+            QStringList {"bind", "--slices", "5,5,5,5", "--size", "100x60", "-o", "-"},
+            QStringList {"svg"}, QStringList {"check"}, QStringList {"normalize"},
+            QStringList {"digest"}})
+        QTest::newRow(qPrintable(arguments.first())) << arguments << boxGeometry();
+    QTest::newRow("convert") << QStringList {"convert", "-o", "-"} << picture;
+    QTest::newRow("blur") << QStringList {"blur", "--format", "ppm", "-r", "1", "-o", "-"}
+                          << QByteArray("P6 1 1 255\nabc");
+}
+
+/** Puts a file in the place of standard input. */
+std::function<void()> standardInputFrom(QString const& file)
+{
+    return [name = QFile::encodeName(file)] {
+        dup2(open(name.constData(), O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    };
+}
+
+struct SocketPair
+{
+    int ends[2] = {-1, -1};
+
+    SocketPair()
+    {
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+            qFatal("there is no pair of sockets");
     }
 };
 
@@ -165,6 +202,98 @@ private Q_SLOTS:
         QVERIFY(tool.waitForFinished());
         QCOMPARE(tool.exitCode(), 0);
         QCOMPARE(tool.readAllStandardOutput(), usual.out);
+    }
+
+    void standardInputIsTakenWhereNoFileIsNamed_data() { addReaderRows(); }
+
+    void standardInputIsTakenWhereNoFileIsNamed()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, input);
+        Workplace const place;
+        place.write("input", input);
+        Workplace::Start start;
+        start.input = input;
+        Result const expected = place.run(arguments + QStringList("-"), start);
+        COMPARE_EXIT(expected, 0);
+        Result const fromPipe = place.run(arguments, start);
+        start.setUp = standardInputFrom(place.path("input"));
+        Result const fromFile = place.run(arguments, start);
+        SocketPair const sockets;
+        QCOMPARE(::write(sockets.ends[1], input.constData(), std::size_t(input.size())),
+            ssize_t(input.size()));
+        close(sockets.ends[1]);
+        start.setUp = [&sockets] { dup2(sockets.ends[0], STDIN_FILENO); };
+        Result const fromSocket = place.run(arguments, start);
+        for (Result const& result : {fromPipe, fromFile, fromSocket}) {
+            COMPARE_EXIT(result, 0);
+            QCOMPARE(result.out, expected.out);
+            QCOMPARE(result.err, expected.err);
+        }
+    }
+
+    void noFileIsWrongUsageWhereNothingIsPut_data() { addReaderRows(); }
+
+    void noFileIsWrongUsageWhereNothingIsPut()
+    {
+        QFETCH(QStringList, arguments);
+        Workplace const place;
+        place.write("empty", QByteArray());
+        Terminal const terminal;
+        SocketPair const sockets;
+        close(sockets.ends[1]);
+        QByteArray const command = "kpgeom " + arguments.first().toUtf8();
+        for (auto const& setUp :
+            std::vector<std::function<void()>> {{}, terminal.replacing(STDIN_FILENO),
+                standardInputFrom("/dev/null"), standardInputFrom("/dev/zero"),
+                standardInputFrom(place.path("empty")), standardInputFrom("."),
+                [&] { dup2(sockets.ends[0], STDIN_FILENO); }, [] { close(STDIN_FILENO); }}) {
+            Workplace::Start start;
+            start.setUp = setUp;
+            Result const result = place.run(arguments, start);
+            COMPARE_EXIT(result, 2);
+            QVERIFY2(result.err.startsWith(command + ": ")
+                    && result.err.endsWith(" (see " + command + " --help)\n"),
+                result.err.constData());
+            QCOMPARE(result.out, QByteArray());
+        }
+    }
+
+    void commandsWithoutFilesLeaveStandardInput_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::newRow("a named file") << QStringList {"digest", "in"} << 0;
+        QTest::newRow("path data")
+            << QStringList {"convert", "--path", "M0,0H9V9Z", "-o", "-"} << 0;
+        QTest::newRow("text without a font")
+            << QStringList {"convert", "--text", "x", "-o", "-"} << 2;
+        QTest::newRow("pages") << QStringList {"pages"} << 0;
+        QTest::newRow("units") << QStringList {"units"} << 2;
+        QTest::newRow("colour") << QStringList {"colour"} << 2;
+        QTest::newRow("recent") << QStringList {"recent"} << 2;
+        QTest::newRow("diff") << QStringList {"diff", "in"} << 2;
+        QTest::newRow("fit") << QStringList {"fit", "in", "-o", "-"} << 2;
+    }
+
+    void commandsWithoutFilesLeaveStandardInput()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, code);
+        Workplace const place;
+        place.write("in", "<Geometry/>");
+        int ends[2] = {-1, -1};
+        QCOMPARE(pipe2(ends, O_CLOEXEC), 0);
+        QCOMPARE(::write(ends[1], "abc", 3), ssize_t(3));
+        Workplace::Start start;
+        start.setUp = [&ends] { dup2(ends[0], STDIN_FILENO); };
+        // What would wait for the end of the pipe would never end: it stays open.
+        Result const result = place.run(arguments, start);
+        COMPARE_EXIT(result, code);
+        char left[4] = {};
+        QCOMPARE(::read(ends[0], left, 4), ssize_t(3));
+        close(ends[0]);
+        close(ends[1]);
     }
 
     void hugeFilesAreRefusedAtOnce_data()

@@ -246,6 +246,7 @@ Outcome runBind(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     BindOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);

@@ -138,6 +138,7 @@ Outcome runBlur(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     BlurOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);

@@ -52,6 +52,7 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
 

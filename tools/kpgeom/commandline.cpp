@@ -3,6 +3,7 @@
 
 #include "console.h"
 #include "guiapplication.h"
+#include "process/standardinput.h"
 #include "suggestion.h"
 
 CommandLine::CommandLine(Command const& command)
@@ -40,8 +41,15 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     return std::nullopt;
 }
 
+void CommandLine::fallBackOnStandardInput()
+{
+    m_takesStandardInput = m_parser.positionalArguments().isEmpty() && hasStandardInput();
+}
+
 QStringList CommandLine::operands() const
 {
+    if (m_takesStandardInput)
+        return {QStringLiteral("-")};
     QStringList result = m_parser.positionalArguments();
     for (QString& operand : result)
         operand = localFileName(operand);

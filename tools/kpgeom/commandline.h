@@ -24,6 +24,12 @@ public:
     QStringList values(QString const& option) const { return m_parser.values(option); }
     /** The file that an option names. */
     QString file(QString const& option) const { return localFileName(value(option)); }
+    /**
+     * From here on standard input is the only operand if none is given and something waits there, as
+     * hasStandardInput() tells. For commands whose operands are files, and one is enough.
+     */
+    void fallBackOnStandardInput();
+
     /** Those of them that begin with a colon as files. */
     QStringList operands() const;
     /** Of the files that the command reads, without a dot; none for any. */
@@ -39,6 +45,7 @@ private:
 
     Command const& m_command;
     QCommandLineParser m_parser;
+    bool m_takesStandardInput = false; ///< as its only operand
 };
 
 /** A wrong use of a command, about no file. */

@@ -74,6 +74,13 @@ std::optional<Diagnostic> readPathOptions(CommandLine const& line, ConvertOption
                       .arg(line.value(QStringLiteral("size"))));
 }
 
+/** Whether an option gives what is converted, not a file. */
+bool takesOtherInput(CommandLine const& line)
+{
+    return line.isSet(QStringLiteral("font")) || line.isSet(QStringLiteral("text"))
+        || line.isSet(QStringLiteral("path"));
+}
+
 /** What is wrong with the number of input files, or nothing. */
 std::optional<Diagnostic> readInputs(CommandLine const& line, ConvertOptions const& options)
 {
@@ -257,6 +264,8 @@ Outcome runConvert(Command const& command, QStringList const& arguments)
         return *end;
     if (line.isSet(QStringLiteral("presets")))
         return runPresets(line);
+    if (!takesOtherInput(line))
+        line.fallBackOnStandardInput();
     ConvertOptions options;
     if (auto const fault = readOptions(line, options))
         return line.misused(*fault);

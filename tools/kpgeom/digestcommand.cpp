@@ -235,6 +235,7 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
     if (!line.isSet(QStringLiteral("check"))) {

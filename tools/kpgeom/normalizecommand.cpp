@@ -39,6 +39,7 @@ Outcome runNormalize(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     QString const output = line.file(QStringLiteral("output"));
     int const count = line.operands().size();
     if (count == 0 || (count > 1 && !isBatch(line, output)))

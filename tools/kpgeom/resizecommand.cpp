@@ -78,6 +78,7 @@ Outcome runResize(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     auto const from = sizeFromText(line.value(QStringLiteral("from")));
     auto const to = sizeFromText(line.value(QStringLiteral("to")));
     if (!from || !to)

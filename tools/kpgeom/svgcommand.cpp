@@ -95,6 +95,7 @@ Outcome runSvg(Command const& command, QStringList const& arguments)
     CommandLine line(command);
     if (auto const end = line.parse(arguments))
         return *end;
+    line.fallBackOnStandardInput();
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
     SvgOptions options;
