@@ -23,6 +23,8 @@ private Q_SLOTS:
     void numbersOfOptionsAreBounded();
     void valuesHaveOtherSpellings_data();
     void valuesHaveOtherSpellings();
+    void quietLeavesOutNotes_data();
+    void quietLeavesOutNotes();
     void helpIsPrinted();
     void helpIsPrintedWithoutArguments();
     void helpOfCommandIsPrinted_data();
@@ -356,6 +358,70 @@ void TestKpgeom::valuesHaveOtherSpellings()
     QVERIFY2(result.exited && result.code == expected.code, result.err);
     QCOMPARE(result.out, expected.out);
     QCOMPARE(result.err, expected.err);
+}
+
+void TestKpgeom::quietLeavesOutNotes_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("errors"); // that are told all the same
+    auto const row = [](char const* arguments, int code, char const* errors = "") {
+        QTest::newRow(arguments) << QString(arguments) << code << QByteArray(errors);
+    };
+    char const* const noDocument = "a.svg: an SVG picture: kpgeom convert makes a document of it\n";
+    row("info a.svg", 0);
+    row("info a.svg missing", 1, "missing: No such file or directory\n");
+    row("check a.svg", 0);
+    row("check odd.xml", 3);
+    row("check -R empty", 3);
+    row("check a.svg missing -j 2", 1, "missing: No such file or directory\n");
+    row("normalize odd.xml", 3);
+    row("render a.xml -o out.svg --size 0.5x0.5", 0);
+    row("resize a.xml -o - --from 100x60 --to 0.5x0.5", 0);
+    row("convert a.svg -o -", 0);
+    row("bind a.svg -o - --slices 1,1,1,2", 3);
+    row("fit a.svg b.svg -o -", 3);
+    row("recent list --config cfg", 3);
+    // What else would fail without a word.
+    row("svg a.svg", 1, noDocument);
+    row("render a.svg -o out.svg", 1, noDocument);
+    row("render a.svg -o out.svg --sheet", 1, noDocument);
+    row("svg -R empty", 1, "empty: no file in it to be taken\n");
+    row("fit a.svg b.svg -o - --strict", 1,
+        "not written: not all coordinates are decided and exact\n");
+    row("normalize missing", 1, "missing: No such file or directory\n");
+    row("digest -c list", 3, "list:2:1: no line with a digest\n");
+}
+
+void TestKpgeom::quietLeavesOutNotes()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, code);
+    QFETCH(QByteArray, errors);
+    Workplace const place;
+    QDir(place.path()).mkdir("cfg");
+    QDir(place.path()).mkdir("empty");
+    place.write("cfg/RecentFiles.xml", "<RecentFiles><Other/></RecentFiles>");
+    place.write("a.xml", "<D>" + boxGeometry() + "</D>");
+    place.write("odd.xml", "<D>" + boxGeometry().replace("\"60\"", "\"six\"") + "</D>");
+    for (QByteArray const& name : {QByteArray("a"), QByteArray("b")}) {
+        place.write(name + ".svg",
+            QByteArray("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 ")
+                + (name == "a" ? "9" : "18") + "'><path fill='red' d='M2 1H8V8Z'/></svg>");
+    }
+    place.write("list", place.run({"digest", "a.xml"}).out + "no digest\n");
+    QStringList const list = arguments.split(' ');
+    Result const loud = place.run(list);
+    COMPARE_EXIT(loud, code);
+    QVERIFY2(errors.isEmpty() ? !loud.err.isEmpty() || list.first() == "check"
+                              : loud.err.contains(errors),
+        loud.err.constData());
+    for (QString const& option : {QString("-q"), QString("--quiet")}) {
+        Result const quiet = place.run(list + QStringList(option));
+        COMPARE_EXIT(quiet, code);
+        QCOMPARE(quiet.out, loud.out);
+        QCOMPARE(quiet.err, errors);
+    }
 }
 
 void TestKpgeom::helpIsPrinted()

@@ -241,6 +241,7 @@ private Q_SLOTS:
     void progressFitsNarrowTerminals();
     void messagesStandBesideTheProgress();
     void fewFilesShowNoProgress();
+    void quietShowsNoProgress();
     void noProgressElsewhere();
     void noProgressBesideMessagesElsewhere();
 };
@@ -1403,6 +1404,16 @@ void TestKpgeomFiles::fewFilesShowNoProgress()
     place.write("a", boxGeometry());
     QCOMPARE(shownOnTerminal(place, QStringList {"info"} + QVector<QString>(9, "a").toList(), 0),
         QByteArray());
+}
+
+void TestKpgeomFiles::quietShowsNoProgress()
+{
+    Workplace const place;
+    place.write("a", boxGeometry());
+    QStringList files = QVector<QString>(12, "a").toList();
+    files[4] = "missing";
+    QCOMPARE(shownOnTerminal(place, QStringList {"info", "--quiet"} + files, 1),
+        QByteArray("missing: No such file or directory\r\n"));
 }
 
 void TestKpgeomFiles::noProgressElsewhere()

@@ -316,11 +316,12 @@ private:
 
 } // namespace
 
-constexpr CommandOption batchOptions[3] = {
+constexpr CommandOption batchOptions[4] = {
     {"R", "recursive", {},
         "Take all files below folders that the command reads, by their suffixes."},
     {"j", "jobs", {"N"}, "Work on <N> files at a time, by default one a processor."},
     {"", "watch", {}, "Go on, and do again what changes, until interrupted."},
+    quietOption,
 };
 
 std::optional<Diagnostic> batchOptionFault(CommandLine const& line, QString const& what)
@@ -360,9 +361,13 @@ std::optional<Outcome> readOperands(
         return line.misused(misuse(QStringLiteral("--watch needs an output a file")));
     InputFiles const inputs =
         inputFiles(line.operands(), {options.isRecursive, suffixes, QString()});
-    report(inputs.diagnostics);
     for (InputFile const& file : inputs.files)
         operands << file.operand;
+    // One thing is made of all, or none: what is a warning elsewhere is the reason here.
+    for (Diagnostic diagnostic : inputs.diagnostics) {
+        diagnostic.severity = Diagnostic::Severity::Error;
+        report(diagnostic);
+    }
     if (!inputs.diagnostics.isEmpty() || operands.isEmpty())
         return Outcome::Failed;
     return std::nullopt;

@@ -28,7 +28,7 @@ struct BatchTask
 };
 
 /** The options that all commands of many files have: --recursive, --jobs and --watch. */
-extern CommandOption const batchOptions[3];
+extern CommandOption const batchOptions[4];
 
 /** What the help on an output says of many files. */
 inline constexpr char manyOutputsHelp[] =

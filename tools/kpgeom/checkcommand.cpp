@@ -36,7 +36,7 @@ Outcome check(QString const& operand, ProgressFunction const& progress)
     if (!result)
         return Outcome::Failed;
     if (result->isSvgPicture)
-        reportSvgPicture(operand);
+        reportSvgPicture(operand, Diagnostic::Severity::Warning);
     output.device().write(
         QStringLiteral("%1: outlines: %2, warnings: %3\n")
             .arg(displayName(operand), QString::number(result->outlines), QString::number(findings))

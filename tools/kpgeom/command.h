@@ -80,6 +80,10 @@ private:
 /** What every command takes beside its own options. */
 inline constexpr CommandOption helpOption {"h", "help", {}, "Print this help and exit."};
 
+/** What commands take that print notes. */
+inline constexpr CommandOption quietOption {"q", "quiet", {},
+    "Print no notes and show no progress: errors only. The exit status is the same."};
+
 /** A subcommand: all of it that help, parsing and shells need to know. */
 struct Command
 {

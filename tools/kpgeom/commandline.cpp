@@ -38,6 +38,10 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
         return printOut(helpText()) ? Outcome::Done : Outcome::Failed;
     if (!understood)
         return misused(misuse(parsingFault()));
+    QStringList const given = m_parser.optionNames();
+    if (given.contains(QLatin1String(quietOption.name))
+        || given.contains(QLatin1String(quietOption.letter)))
+        beQuiet();
     return std::nullopt;
 }
 

@@ -19,6 +19,8 @@ namespace {
 
 QString const standardStream = QStringLiteral("-");
 
+bool quiet = false; ///< set before there is another thread
+
 bool writeStandardOutput(QByteArray const& content)
 {
     if (HeldOutput* const held = HeldOutput::ofThread()) {
@@ -88,8 +90,20 @@ QString displayName(QString const& operand)
     return operand == standardStream ? QStringLiteral("<stdin>") : printable(operand);
 }
 
+void beQuiet()
+{
+    quiet = true;
+}
+
+bool isQuiet()
+{
+    return quiet;
+}
+
 void report(Diagnostic const& diagnostic)
 {
+    if (quiet && diagnostic.severity == Diagnostic::Severity::Warning)
+        return;
     QByteArray const text = printable(lineOf(diagnostic)).toUtf8() + '\n';
     if (HeldOutput* const held = HeldOutput::ofThread()) {
         held->add({HeldOutput::Stream::Error, text});

@@ -61,6 +61,10 @@ bool printHeld(HeldOutput::Pieces const& pieces);
 /** The name of an operand in messages, printable: "-" is standard input, none is "". */
 QString displayName(QString const& operand);
 
+/** From here on warnings are not reported, and no progress is shown; errors are reported. */
+void beQuiet();
+bool isQuiet();
+
 /**
  * Prints on standard error, a line each: FILE:LINE:COLUMN: what, as far as these are known.
  *

@@ -19,13 +19,13 @@ std::optional<OutlineDocument> loadDocument(
         document = OutlineDocument::read(input, operand, diagnostics, progress);
     report(diagnostics);
     if (document && document->isSvgPicture())
-        reportSvgPicture(operand);
+        reportSvgPicture(operand, Diagnostic::Severity::Error);
     return document;
 }
 
-void reportSvgPicture(QString const& operand)
+void reportSvgPicture(QString const& operand, Diagnostic::Severity severity)
 {
-    report({Diagnostic::Severity::Warning, operand, 0, 0,
+    report({severity, operand, 0, 0,
         QStringLiteral("an SVG picture: kpgeom convert makes a document of it")});
 }
 
@@ -97,7 +97,7 @@ bool forEachOutline(QString const& operand, QVector<int> const& indices,
         return false;
     }
     if (reader.isSvgPicture())
-        reportSvgPicture(operand);
+        reportSvgPicture(operand, Diagnostic::Severity::Error);
     return hasAll(operand, reader.count(), reader.isSvgPicture(), indices);
 }
 

@@ -15,8 +15,12 @@
 std::optional<OutlineDocument> loadDocument(
     QString const& operand, ProgressFunction const& progress);
 
-/** Says what to do with an SVG picture, which is no document of outlines. */
-void reportSvgPicture(QString const& operand);
+/**
+ * Says what to do with an SVG picture, which is no document of outlines.
+ *
+ * @param severity an error where nothing was done with it
+ */
+void reportSvgPicture(QString const& operand, Diagnostic::Severity severity);
 
 /** Reads the values of --index; says what is wrong with them, or nothing. */
 std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices);

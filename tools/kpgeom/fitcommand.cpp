@@ -155,6 +155,7 @@ constexpr CommandOption fitOptions[] = {
     {"", "report", {"OUT", Value::Kind::File, "svg png pdf"},
         "Draw each drawing with the fit over it, as SVG, PNG or PDF."},
     {"", "json", {}, "Print what was found as JSON."},
+    quietOption,
 };
 
 } // namespace

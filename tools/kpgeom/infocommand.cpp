@@ -184,7 +184,7 @@ bool describe(
         else
             diagnostics.add(*reader.fault());
         if (isRead && reader.isSvgPicture())
-            reportSvgPicture(operand);
+            reportSvgPicture(operand, Diagnostic::Severity::Warning);
     }
     report(diagnostics);
     return isRead;

@@ -24,7 +24,7 @@ Outcome normalize(QString const& operand, QString const& target)
             progress.ofStep());
     }
     if (result && result->isSvgPicture)
-        reportSvgPicture(operand);
+        reportSvgPicture(operand, Diagnostic::Severity::Warning);
     bool const isMade =
         result && output.open() && normalizeDocument(*input, operand, output.device(), diagnostics);
     report(diagnostics);

@@ -19,10 +19,10 @@ constexpr int widestBar = 40;
 /** From this size on, reading a file takes a time that is noticed. */
 constexpr qint64 largeFile = 4 << 20;
 
-/** Whether standard error is a terminal, and this thread's to print on. */
+/** Whether standard error is a terminal to show progress on, and this thread's to print on. */
 bool isTerminal()
 {
-    return !HeldOutput::ofThread() && isatty(STDERR_FILENO) != 0;
+    return !isQuiet() && !HeldOutput::ofThread() && isatty(STDERR_FILENO) != 0;
 }
 
 bool isAnyLarge(QStringList const& files)

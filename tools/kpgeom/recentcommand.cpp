@@ -402,6 +402,7 @@ constexpr CommandOption recentOptions[] = {
         "this tool."},
     {"", "folders", {}, "With pin, unpin and remove: the list of folders, not of files."},
     {"", "json", {}, "With list and folders: print a JSON object."},
+    quietOption,
 };
 
 } // namespace
