@@ -6,9 +6,9 @@ docs_packages=(doxygen python3)
 input_packages=(fonts-dejavu-core breeze-icon-theme)
 # llvm-14 has the symbolizer, without which the sanitizers do not know what to suppress.
 # scour and rsvg-convert stand for the programs that people draw with, xdotool for a hand.
-test_packages=(abigail-tools binutils chromium chromium-driver clang clang-format-14 clang-tidy-14
-    doxygen git libclang-rt-14-dev librsvg2-bin libxml2-utils lld llvm-14 man-db pkg-config reuse
-    scour valgrind xdotool xvfb)
+test_packages=(abigail-tools bash-completion binutils chromium chromium-driver clang
+    clang-format-14 clang-tidy-14 doxygen fish git libclang-rt-14-dev librsvg2-bin libxml2-utils
+    lld llvm-14 man-db pkg-config reuse scour valgrind xdotool xvfb zsh)
 # What scripts/package works with.
 package_packages=(debhelper doxygen dpkg-dev fakeroot lintian)
 # What holds the definitions of preset shapes, and where within one of its archives.

@@ -2,7 +2,12 @@
 # The command-line tool as its users start it.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Xml)
 
-foreach(part IN ITEMS "" _appearance _batch _bind _render _export _documents _check _files _colour _lengths _names _pictures _presets _digest _recent _fit _diff _edges _normalize _start _stencils _surroundings)
+set(parts "" _appearance _batch _bind _render _export _documents _check _files _colour _lengths _names _pictures _presets _digest _recent _fit _diff _edges _normalize _start _stencils _surroundings)
+# The scripts for shells are the same in any build.
+if(NOT KPGEOMETRY_SANITIZERS)
+  list(APPEND parts _completion)
+endif()
+foreach(part IN LISTS parts)
   kpgeometry_add_test(tst_kpgeom${part} UNOPTIMIZED
     LIBRARIES Qt5::Gui Qt5::Svg Qt5::Xml KpGeometry::kpgeometry kpgeometry_private util
     DEFINITIONS
@@ -18,6 +23,12 @@ foreach(part IN ITEMS "" _appearance _batch _bind _render _export _documents _ch
     set_property(TEST tst_kpgeom${part} APPEND PROPERTY ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
   endif()
 endforeach()
+if(TARGET tst_kpgeom_completion)
+  target_compile_definitions(tst_kpgeom_completion PRIVATE
+    KPGEOM_COMPLETIONS="$<TARGET_FILE_DIR:kpgeom>"
+    KPGEOM_COMPLETION_TESTS="${CMAKE_CURRENT_SOURCE_DIR}/completion")
+  add_dependencies(tst_kpgeom_completion kpgeom_bash kpgeom_fish kpgeom_zsh)
+endif()
 if(KPGEOMETRY_COVERAGE)
   target_sources(kpgeom PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/writecounts.cpp)
   target_link_options(kpgeom PRIVATE -Wl,--wrap=_exit)

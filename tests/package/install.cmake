@@ -38,6 +38,9 @@ foreach(file IN ITEMS
     bin/kpshapes
     share/applications/kpshapes.desktop
     share/icons/hicolor/scalable/apps/kpshapes.svg
+    share/bash-completion/completions/kpgeom
+    share/fish/vendor_completions.d/kpgeom.fish
+    share/zsh/site-functions/_kpgeom
     share/man/man1/kpgeom.1
     share/man/man1/kpshapes.1)
   if(NOT EXISTS ${PREFIX}/${file})

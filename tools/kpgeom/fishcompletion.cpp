@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "shellcompletion.h"
+#include "shelltext.h"
+#include "tool.h"
+
+namespace {
+
+/** How a value is completed; nothing if it cannot be. */
+QString action(Value const& value)
+{
+    QString words = QString::fromUtf8(value.words);
+    switch (value.kind) {
+    case Value::Kind::File:
+        if (words.isEmpty())
+            return QStringLiteral(" -F");
+        words = QStringLiteral("(__kpgeom_files %1)").arg(words);
+        break;
+    case Value::Kind::Folder:
+        words = QStringLiteral("(__fish_complete_directories)");
+        break;
+    case Value::Kind::Assignment:
+        words = words.replace(QLatin1Char(' '), QLatin1String("= ")) + QLatin1Char('=');
+        break;
+    case Value::Kind::Word:
+        break;
+    case Value::Kind::Text:
+        return QString();
+    }
+    return QStringLiteral(" -a ") + ShellText::quoted(words);
+}
+
+/** A rule that holds under a condition. */
+QString rule(QString const& condition, QString const& what)
+{
+    return QStringLiteral("complete -c kpgeom -n %1%2\n").arg(ShellText::quoted(condition), what);
+}
+
+QString descriptionOf(char const* text)
+{
+    return QStringLiteral(" -d ") + ShellText::quoted(ShellText::firstSentence(text));
+}
+
+QString optionRule(QString const& condition, CommandOption const& option)
+{
+    QString what;
+    if (*option.letter != '\0')
+        what += QStringLiteral(" -s ") + QString::fromUtf8(option.letter);
+    what += QStringLiteral(" -l ") + QString::fromUtf8(option.name);
+    if (option.value.name)
+        what += QStringLiteral(" -r") + action(option.value);
+    if (option.value.name && !what.endsWith(QLatin1String("-F")))
+        what += QLatin1String(" -f");
+    return rule(condition, what + descriptionOf(option.description));
+}
+
+QString operandRule(Command const& command, char const* place, QString const& action)
+{
+    QStringList const words = QStringList {QStringLiteral("__kpgeom_operand"),
+                                  QString::fromUtf8(command.name), QString::fromUtf8(place)}
+        + ShellText::valuedOptions(command);
+    return action.isEmpty() ? QString() : rule(words.join(QLatin1Char(' ')), action);
+}
+
+QString commandRules(Command const& command)
+{
+    QString const condition = QStringLiteral("__kpgeom_is ") + QString::fromUtf8(command.name);
+    QString rules;
+    forEachOption(
+        command, [&](CommandOption const& option) { rules += optionRule(condition, option); });
+    QString const first = action(command.operands[0]);
+    QString const further = action(command.operands[1]);
+    if (first == further)
+        return first.isEmpty() ? rules : rules + rule(condition, first);
+    return rules + operandRule(command, "first", first) + operandRule(command, "further", further);
+}
+
+} // namespace
+
+QString fishCompletion(QString const& form)
+{
+    QString const bare = QStringLiteral("__kpgeom_bare");
+    QString rules;
+    auto const addName = [&](QString const& name, char const* summary) {
+        rules += rule(bare, QStringLiteral(" -a ") + name + descriptionOf(summary));
+    };
+    for (Command const* const command : commands)
+        addName(QString::fromUtf8(command->name), command->summary);
+    addName(QStringLiteral("help"), "Explains a command.");
+    for (CommandOption const& option : toolOptions)
+        rules += optionRule(bare, option);
+    rules += rule(QStringLiteral("__kpgeom_operand help first"),
+        QStringLiteral(" -a ")
+            + ShellText::quoted(ShellText::commandNames().join(QLatin1Char(' '))));
+    for (Command const* const command : commands)
+        rules += commandRules(*command);
+    return ShellText::filled(form, {{QStringLiteral("rules"), rules}});
+}
