@@ -28,6 +28,7 @@ if(KPGEOMETRY_COMPANIONS)
 endif()
 
 find_program(KPGEOMETRY_PKG_CONFIG pkg-config)
+find_program(KPGEOMETRY_GDB gdb)
 find_program(KPGEOMETRY_GCC g++)
 find_program(KPGEOMETRY_CLANG clang++)
 
@@ -54,6 +55,7 @@ function(kpgeometry_add_package_test name script)
     -DHARDENING=${KPGEOMETRY_HARDENING}
     -DPRECOMPILED_HEADERS=${KPGEOMETRY_PRECOMPILED_HEADERS}
     -DPKG_CONFIG=$<$<BOOL:${KPGEOMETRY_PKG_CONFIG}>:${KPGEOMETRY_PKG_CONFIG}>
+    -DGDB=$<$<BOOL:${KPGEOMETRY_GDB}>:${KPGEOMETRY_GDB}>
     -DNM=${CMAKE_NM}
     -DOBJDUMP=${CMAKE_OBJDUMP}
     -DREADELF=${CMAKE_READELF}
@@ -78,6 +80,12 @@ kpgeometry_add_package_test(package_wrongqt wrongqt)
 kpgeometry_add_package_test(package_debian debian)
 set(package_tests
   package_findpackage package_pkgconfig package_foreigncompanions package_wrongqt package_debian)
+if(TARGET kpgeometry_types)
+  kpgeometry_add_package_test(package_gdb gdb)
+  set_tests_properties(package_gdb PROPERTIES
+    SKIP_REGULAR_EXPRESSION "skipped: gdb may not trace programs here")
+  list(APPEND package_tests package_gdb)
+endif()
 if(KPGEOMETRY_HARDENING)
   kpgeometry_add_package_test(package_hardening hardening)
   list(APPEND package_tests package_hardening)
