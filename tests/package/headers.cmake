@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
-# Each installed header compiles with CXX alone, included twice, as C++11 without a warning;
-# and the installed headers are the public ones of the source tree SOURCE. Comparisons of colours
-# mean the same from C++11 to C++20, which looks for operators the other way round, too.
+# Each installed header compiles with CXX alone, included twice, as C++11 without a warning; all of
+# them together do so as later standards, in either order and however little a client lets Qt and the
+# compiler do; and the installed headers are the public ones of the source tree SOURCE. Comparisons of
+# colours mean the same from C++11 to C++20, which looks for operators the other way round, too.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(include_dir ${PREFIX}/include/kpgeometry)
@@ -24,12 +25,29 @@ list(TRANSFORM cflags REPLACE "^-I(.*/qt5.*)$" "-isystem\\1")
 cmake_path(GET CXX FILENAME compiler)
 set(directory ${WORK}/headers-${compiler})
 file(MAKE_DIRECTORY ${directory})
-foreach(header IN LISTS installed)
-  set(unit ${directory}/${header}.cpp)
-  file(WRITE ${unit} "#include <${header}>\n#include <${header}>\n")
-  kp_run("${header}" COMMAND ${CXX} -std=c++11 -Wall -Wextra -Wpedantic -Werror
+
+# kp_expect_silent(<name> <standard> <source> <option>...): no warning as C++<standard>.
+function(kp_expect_silent name standard source)
+  set(unit ${directory}/${name}.cpp)
+  file(WRITE ${unit} "${source}")
+  kp_run("${name} as C++${standard}" COMMAND ${CXX} -std=c++${standard}
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror ${ARGN}
     -fsyntax-only ${cflags} ${unit})
+endfunction()
+
+set(forwards "")
+set(backwards "")
+foreach(header IN LISTS installed)
+  set(include "#include <${header}>\n")
+  kp_expect_silent(${header} 11 "${include}${include}")
+  string(APPEND forwards "${include}")
+  string(PREPEND backwards "${include}")
 endforeach()
+kp_expect_silent(forwards 14 "${forwards}")
+kp_expect_silent(backwards 17 "${backwards}" -fno-exceptions -fno-rtti
+  -DQT_NO_KEYWORDS -DQT_NO_FOREACH -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII
+  -DQT_NO_CAST_FROM_BYTEARRAY -DQT_NO_URL_CAST_FROM_STRING -DQT_STRICT_ITERATORS)
+kp_expect_silent(forwards 20 "${forwards}")
 
 kp_pkg_config(libs ${PREFIX} --libs)
 foreach(standard IN ITEMS 11 17 20)
