@@ -6,6 +6,8 @@ if(NOT KPGEOMETRY_SANITIZERS AND NOT KPGEOMETRY_COVERAGE)
     LIBRARIES KpGeometry::kpgeometry
     DEFINITIONS KPGEOMETRY_SOURCE="${PROJECT_SOURCE_DIR}")
 
+  add_test(NAME pages_are_finished COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/docstest.py)
+
   add_test(NAME tool_page_names_commands
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/toolpage $<TARGET_FILE:kpgeom>)
 
