@@ -13,7 +13,8 @@ file(GLOB lists ${SOURCE}/debian/*.install)
 foreach(list IN LISTS lists)
   file(STRINGS ${list} patterns)
   # What is built by another script is not installed by CMake.
-  list(FILTER patterns INCLUDE REGEX "^usr/[^ ]*$")
+  list(FILTER patterns INCLUDE REGEX "^usr/")
+  list(TRANSFORM patterns REPLACE " .*" "") # where the package has it
   foreach(pattern IN LISTS patterns)
     string(REGEX REPLACE "^usr/" "" inside "${pattern}")
     string(REPLACE "lib/*/" "${LIBDIR}/" inside "${inside}")
