@@ -115,7 +115,8 @@ def number_of(enumerator):
 
 
 def read(address, size):
-    return gdb.selected_inferior().read_memory(address, size).tobytes()
+    # A sum with a damaged offset may be negative.
+    return gdb.selected_inferior().read_memory(address % 2**64, size).tobytes()
 
 
 def array_of(data):

@@ -18,7 +18,7 @@ namespace {
 using RecFile = KpRecentFileManager::RecFile;
 
 KpReal reals[220];
-/** As long as the longest type; the words of the first row are 0, those of the second ~0. */
+/** As long as the longest type; see fillGarbage(). */
 std::uint64_t garbage[40][21];
 
 template <class Value> void say(QString const& expression, Value const& value)
@@ -81,11 +81,26 @@ void fillReals(std::mt19937_64& random)
         say(QStringLiteral("reals[%1]").arg(i), reals[i]);
 }
 
-/** What may be counts, places, flags and numbers. */
+/** The row is a pointer to a Qt array of two elements at `offset`. */
+void fillArray(std::uint64_t (&row)[21], std::int64_t offset)
+{
+    row[0] = reinterpret_cast<std::uintptr_t>(row + 1);
+    row[1] = std::uint64_t(2) << 32;
+    row[2] = 2;
+    row[3] = static_cast<std::uint64_t>(offset);
+}
+
+/**
+ * Rows of zeros, of ones, and of arrays that are nowhere; in all others words that may be counts,
+ * places, flags and numbers.
+ */
 void fillGarbage(std::mt19937_64& random, void const* object)
 {
     std::memset(garbage[1], 0xff, sizeof garbage[1]);
-    for (auto* row = garbage + 2; row != std::end(garbage); ++row) {
+    fillArray(garbage[2], std::numeric_limits<std::int64_t>::min());
+    fillArray(garbage[3], -0x7fffffffffff);
+    fillArray(garbage[4], std::numeric_limits<std::int64_t>::max());
+    for (auto* row = garbage + 5; row != std::end(garbage); ++row) {
         for (std::uint64_t& word : *row) {
             std::uint64_t const choices[] = {0, random(), random() % 10,
                 random() & 0x0000000f0000000fU, reinterpret_cast<std::uintptr_t>(object),
