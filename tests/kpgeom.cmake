@@ -14,9 +14,11 @@ foreach(part IN LISTS parts)
       KPGEOM_EXECUTABLE="$<TARGET_FILE:kpgeom>"
       KPGEOM_VERSION="${PROJECT_VERSION}"
       KPGEOMETRY_EXAMPLES="${PROJECT_SOURCE_DIR}/examples/documents"
-      KPGEOM_MANUAL="${PROJECT_SOURCE_DIR}/tools/kpgeom/kpgeom.1"
+      KPGEOM_TABLES="$<TARGET_FILE:kpgeomtables>"
+      KPGEOM_MANUAL_FORM="${PROJECT_SOURCE_DIR}/tools/kpgeom/kpgeom.1.in"
+      KPGEOM_MANUAL="$<TARGET_FILE_DIR:kpgeom>/kpgeom.1"
     TIMEOUT 600)
-  add_dependencies(tst_kpgeom${part} kpgeom)
+  add_dependencies(tst_kpgeom${part} kpgeom kpgeom_manual)
   # To look for leaks takes half of the time of a process, and these start thousands. Some of
   # them, which start each command, look all the same.
   if(KPGEOMETRY_SANITIZERS MATCHES address AND NOT part MATCHES "^(|_edges|_colour|_lengths|_recent)$")

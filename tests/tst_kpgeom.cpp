@@ -43,6 +43,8 @@ private Q_SLOTS:
     void manualIsFreeOfWarnings();
     void manualNamesEveryOption_data();
     void manualNamesEveryOption();
+    void manualIsMadeOfWholeFormAlone_data();
+    void manualIsMadeOfWholeFormAlone();
 };
 
 namespace {
@@ -745,6 +747,66 @@ void TestKpgeom::manualNamesEveryOption()
         QVERIFY2(section.contains(word), qPrintable(name));
     }
     QVERIFY(count > 0);
+}
+
+void TestKpgeom::manualIsMadeOfWholeFormAlone_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QByteArray>("fault"); // nothing if it is made
+
+    auto const row = [](char const* name, QByteArray const& before, QByteArray const& after,
+                         QByteArray const& fault) {
+        QTest::newRow(name) << before << after << fault;
+    };
+    row("as it is", "", "", "");
+    row("other prose", "Draw a contact sheet", "Draw a sheet", "");
+    row("last option left out", "@--fill-rule@\n", "", "--fill-rule is not explained");
+    row("option left out", "@--dpi@\n", "", "@--background@ is not the next option");
+    row("option that there is not", "@--dpi@\n", "@--dots@\n", "@--dots@ is not the next option");
+    row("option of no command", ".SH EXAMPLES\n", ".SH EXAMPLES\n@--dpi@\n",
+        "@--dpi@ is not the next option");
+    row("order of options", "@--from@\n", "@--to@\n@--from@\n", "@--to@ is not the next option");
+    row("shared option left out", "@--watch@\n", "", "--watch is not explained");
+    row("section of shared options left out", ".SH MANY FILES\n", ".SH OTHERS\n",
+        "there is no .SH MANY FILES");
+    row("option of the tool left out", "@--version@\n", "", "--version is not explained");
+    row("command left out", ".SS svg\n", ".PP\n", "check is not the next command");
+    row("last command left out", ".SS recent\n", ".PP\n", "the command recent has no section");
+    row("command that there is not", ".SS svg\n", ".SS path\n", "path is not the next command");
+    row("no version", "@version@", "1", "there is no @version@");
+}
+
+void TestKpgeom::manualIsMadeOfWholeFormAlone()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QFETCH(QByteArray, fault);
+
+    QFile file(KPGEOM_MANUAL_FORM);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray form = file.readAll();
+    QVERIFY(form.contains(before));
+    if (!before.isEmpty())
+        form.replace(form.indexOf(before), before.size(), after);
+    Workplace const place;
+    place.write("form", form);
+    Workplace::Start start;
+    start.program = KPGEOM_TABLES;
+    Result const result = place.run({"manual", "form", "made"}, start);
+    if (fault.isEmpty()) {
+        COMPARE_EXIT(result, 0);
+        QByteArray const made = place.read("made");
+        QVERIFY(made.contains(".TP\n.BR \\-o \", \" \\-\\-output \" \\fIOUT\\fR\"\n"));
+        QVERIFY(made.contains(".TP\n.BR \\-\\-size \" \\fIW\\fRx\\fIH\\fR\"\n"));
+        QVERIFY(made.contains(".TP\n.BR \\-\\-whole\\-files\n"));
+        QVERIFY(!made.contains('@' + QByteArray("--")));
+    } else {
+        QCOMPARE(result.code, 1);
+        QVERIFY2(result.err.startsWith("form:"), result.err.constData());
+        QVERIFY2(result.err.contains(": " + fault + "\n"), result.err.constData());
+        QVERIFY(!place.entries().contains("made"));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKpgeom)

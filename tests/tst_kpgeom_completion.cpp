@@ -101,7 +101,7 @@ constexpr Row rows[] = {
     {"kpgeom render --f", "--fill-rule --format"},
     {"kpgeom render --watch --rec", "--recursive"},
     {"kpgeom pages -", "--help --json -h"},
-    {"kpgeom pages ", "", "--help --json -h"},
+    {"kpgeom pages ", ""},
     {"kpgeom render --format ", "custgeom html pdf png svg"},
     {"kpgeom render --format p", "pdf png"},
     {"kpgeom render --size ", ""},

@@ -5,11 +5,28 @@
 
 namespace {
 
+/** What the script calls a kind. */
+QString kindText(Value::Kind kind)
+{
+    switch (kind) {
+    case Value::Kind::File:
+        return QStringLiteral("file");
+    case Value::Kind::Folder:
+        return QStringLiteral("folder");
+    case Value::Kind::Word:
+        return QStringLiteral("word");
+    case Value::Kind::Assignment:
+        return QStringLiteral("assignment");
+    case Value::Kind::Text:
+        break;
+    }
+    return QStringLiteral("text");
+}
+
 QString valueText(Value const& value)
 {
-    static constexpr char const* const kinds[] = {"text", "file", "folder", "word", "assignment"};
-    QString const kind = QString::fromUtf8(kinds[static_cast<int>(value.kind)]);
-    return ShellText::quoted((kind + QLatin1Char(' ') + QString::fromUtf8(value.words)).trimmed());
+    return ShellText::quoted(
+        (kindText(value.kind) + QLatin1Char(' ') + QString::fromUtf8(value.words)).trimmed());
 }
 
 QString valueCase(CommandOption const& option)
@@ -40,7 +57,7 @@ QString commandCase(Command const& command)
 
 } // namespace
 
-QString bashCompletion(QString const& form)
+void fillBashCompletion(Form& form, Diagnostics& diagnostics)
 {
     QStringList options;
     for (CommandOption const& option : toolOptions)
@@ -48,8 +65,8 @@ QString bashCompletion(QString const& form)
     QString cases;
     for (Command const* const command : commands)
         cases += commandCase(*command);
-    return ShellText::filled(form,
-        {{QStringLiteral("commands"), ShellText::commandNames().join(QLatin1Char(' '))},
-            {QStringLiteral("options"), options.join(QLatin1Char(' '))},
-            {QStringLiteral("cases"), cases}});
+    form.fill(
+        QStringLiteral("commands"), ShellText::commandNames().join(QLatin1Char(' ')), diagnostics);
+    form.fill(QStringLiteral("options"), options.join(QLatin1Char(' ')), diagnostics);
+    form.fill(QStringLiteral("cases"), cases, diagnostics);
 }

@@ -76,7 +76,7 @@ QString commandRules(Command const& command)
 
 } // namespace
 
-QString fishCompletion(QString const& form)
+void fillFishCompletion(Form& form, Diagnostics& diagnostics)
 {
     QString const bare = QStringLiteral("__kpgeom_bare");
     QString rules;
@@ -93,5 +93,5 @@ QString fishCompletion(QString const& form)
             + ShellText::quoted(ShellText::commandNames().join(QLatin1Char(' '))));
     for (Command const* const command : commands)
         rules += commandRules(*command);
-    return ShellText::filled(form, {{QStringLiteral("rules"), rules}});
+    form.fill(QStringLiteral("rules"), rules, diagnostics);
 }

@@ -2,19 +2,15 @@
 #ifndef SHELLCOMPLETION_H
 #define SHELLCOMPLETION_H
 
-#include <QString>
+#include "form.h"
 
-/**
- * A script by which bash completes the arguments of the tool, with the package bash-completion.
- *
- * @param form the script with names between at signs for what the tables of the commands give
- */
-QString bashCompletion(QString const& form);
+/** Fills a script by which bash completes the arguments of the tool, with its bash-completion. */
+void fillBashCompletion(Form& form, Diagnostics& diagnostics);
 
 /** Likewise a function for zsh. */
-QString zshCompletion(QString const& form);
+void fillZshCompletion(Form& form, Diagnostics& diagnostics);
 
 /** Likewise a script for fish. */
-QString fishCompletion(QString const& form);
+void fillFishCompletion(Form& form, Diagnostics& diagnostics);
 
 #endif // SHELLCOMPLETION_H

@@ -5,17 +5,6 @@
 
 namespace ShellText {
 
-QString filled(QString form, QVector<QPair<QString, QString>> const& texts)
-{
-    for (auto const& [name, text] : texts) {
-        QString const mark = QLatin1Char('@') + name + QLatin1Char('@');
-        // Lines that take the place of one end like it.
-        bool const areLines = text.endsWith(QLatin1Char('\n'));
-        form.replace(areLines ? mark + QLatin1Char('\n') : mark, text);
-    }
-    return form;
-}
-
 QStringList spellings(CommandOption const& option)
 {
     QStringList result;

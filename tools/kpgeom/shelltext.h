@@ -4,14 +4,8 @@
 
 #include "command.h"
 
-#include <QPair>
-#include <QVector>
-
 /** What the scripts for all shells have in common. */
 namespace ShellText {
-
-/** The form with texts in the place of their names between at signs. */
-QString filled(QString form, QVector<QPair<QString, QString>> const& texts);
 
 /** The option as it is typed: with its letter first, if it has one. */
 QStringList spellings(CommandOption const& option);

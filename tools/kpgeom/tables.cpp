@@ -1,52 +1,47 @@
 // SPDX-License-Identifier: MIT
+#include "console.h"
+#include "manualpage.h"
 #include "shellcompletion.h"
 
 #include <QFile>
-#include <QStringList>
-
-#include <cstdio>
 
 namespace {
 
-struct Text
+struct Kind
 {
     char const* name;
-    QString (*make)(QString const& form);
+    void (*fill)(Form& form, Diagnostics& diagnostics);
 };
 
-constexpr Text texts[] = {
-    {"bash", bashCompletion},
-    {"zsh", zshCompletion},
-    {"fish", fishCompletion},
+constexpr Kind kinds[] = {
+    {"bash", fillBashCompletion},
+    {"zsh", fillZshCompletion},
+    {"fish", fillFishCompletion},
+    {"manual", fillManual},
 };
 
-int failed(QString const& what)
+/** False, after a message, if the form cannot be read or filled, or the file cannot be written. */
+bool write(Kind const& kind, QString const& formFile, QString const& file)
 {
-    std::fprintf(stderr, "%s\n", qPrintable(what));
-    return 1;
-}
-
-/** Makes a text of the form in a file. */
-int write(Text const& text, QString const& formFile, QString const& file)
-{
-    QFile form(formFile);
-    QFile output(file);
-    if (!form.open(QIODevice::ReadOnly))
-        return failed(formFile + QStringLiteral(": ") + form.errorString());
-    QByteArray const bytes = text.make(QString::fromUtf8(form.readAll())).toUtf8();
-    bool const isWritten = output.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        && output.write(bytes) == bytes.size() && output.flush();
-    return isWritten ? 0 : failed(file + QStringLiteral(": ") + output.errorString());
+    Diagnostics diagnostics;
+    auto const text = readInput(formFile, diagnostics);
+    Form form {formFile, QString::fromUtf8(text.value_or(QByteArray()))};
+    if (text)
+        kind.fill(form, diagnostics);
+    report(diagnostics);
+    return diagnostics.isEmpty() && writeOutput(file, form.text.toUtf8());
 }
 
 } // namespace
 
-/** Writes what the tables of the commands are used for beside running them: KIND FORM FILE */
+/** Writes what reads the tables of the commands without running the tool: KIND FORM FILE */
 int main(int argc, char** argv)
 {
-    for (Text const& text : texts) {
-        if (argc == 4 && qstrcmp(text.name, argv[1]) == 0)
-            return write(text, QFile::decodeName(argv[2]), QFile::decodeName(argv[3]));
+    for (Kind const& kind : kinds) {
+        if (argc == 4 && qstrcmp(kind.name, argv[1]) == 0)
+            return write(kind, QFile::decodeName(argv[2]), QFile::decodeName(argv[3])) ? 0 : 1;
     }
-    return failed(QStringLiteral("usage: kpgeomtables bash|zsh|fish FORM FILE"));
+    report({Diagnostic::Severity::Error, QString(), 0, 0,
+        QStringLiteral("usage: kpgeomtables bash|zsh|fish|manual FORM FILE")});
+    return 2;
 }

@@ -104,7 +104,7 @@ QString commandCase(Command const& command)
 
 } // namespace
 
-QString zshCompletion(QString const& form)
+void fillZshCompletion(Form& form, Diagnostics& diagnostics)
 {
     QString names;
     auto const addName = [&names](QString const& name, QString const& summary) {
@@ -120,7 +120,7 @@ QString zshCompletion(QString const& form)
     QString options;
     for (CommandOption const& option : toolOptions)
         options += optionLine(QString(8, QLatin1Char(' ')), option);
-    return ShellText::filled(form,
-        {{QStringLiteral("commands"), names}, {QStringLiteral("options"), options},
-            {QStringLiteral("cases"), cases}});
+    form.fill(QStringLiteral("commands"), names, diagnostics);
+    form.fill(QStringLiteral("options"), options, diagnostics);
+    form.fill(QStringLiteral("cases"), cases, diagnostics);
 }
