@@ -118,6 +118,8 @@ constexpr Row rows[] = {
     {"kpgeom units 5 f", "ft ft-in"},
     {"kpgeom units --dpi 90 5 mm c", "cc cm"},
     {"kpgeom colour red lumM", "lumMod"},
+    {"kpgeom color red lumM", "lumMod"},
+    {"kpgeom color --comp", "--compare"},
     {"kpgeom recent ", "add folders list pin remove unpin"},
     {"kpgeom recent --config ", "folder"},
     {"kpgeom recent --config folder p", "pin"},

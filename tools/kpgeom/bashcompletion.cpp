@@ -50,7 +50,7 @@ QString commandCase(Command const& command)
                           "            options='%2'\n"
                           "            valued='@(%3)' first=%4 others=%5\n"
                           "%6            ;;\n")
-        .arg(QString::fromUtf8(command.name), options.join(QLatin1Char(' ')),
+        .arg(ShellText::names(command).join(QLatin1Char('|')), options.join(QLatin1Char(' ')),
             ShellText::valuedOptions(command).join(QLatin1Char('|')),
             valueText(command.operands[0]), valueText(command.operands[1]), values);
 }

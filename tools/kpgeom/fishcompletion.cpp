@@ -53,25 +53,25 @@ QString optionRule(QString const& condition, CommandOption const& option)
     return rule(condition, what + descriptionOf(option.description));
 }
 
-QString operandRule(Command const& command, char const* place, QString const& action)
-{
-    QStringList const words = QStringList {QStringLiteral("__kpgeom_operand"),
-                                  QString::fromUtf8(command.name), QString::fromUtf8(place)}
-        + ShellText::valuedOptions(command);
-    return action.isEmpty() ? QString() : rule(words.join(QLatin1Char(' ')), action);
-}
-
 QString commandRules(Command const& command)
 {
-    QString const condition = QStringLiteral("__kpgeom_is ") + QString::fromUtf8(command.name);
+    QString const condition =
+        QStringLiteral("__kpgeom_is ") + ShellText::names(command).join(QLatin1Char(' '));
     QString rules;
     forEachOption(
         command, [&](CommandOption const& option) { rules += optionRule(condition, option); });
-    QString const first = action(command.operands[0]);
-    QString const further = action(command.operands[1]);
-    if (first == further)
-        return first.isEmpty() ? rules : rules + rule(condition, first);
-    return rules + operandRule(command, "first", first) + operandRule(command, "further", further);
+    auto const addOperands = [&](QString const& place, QString const& action) {
+        QString const valued = ShellText::valuedOptions(command).join(QLatin1Char(' '));
+        if (!action.isEmpty()) {
+            rules += rule(QStringLiteral("%1; and __kpgeom_operand %2 %3")
+                              .arg(condition, place, valued)
+                              .trimmed(),
+                action);
+        }
+    };
+    addOperands(QStringLiteral("first"), action(command.operands[0]));
+    addOperands(QStringLiteral("further"), action(command.operands[1]));
+    return rules;
 }
 
 } // namespace
@@ -88,7 +88,7 @@ void fillFishCompletion(Form& form, Diagnostics& diagnostics)
     addName(QStringLiteral("help"), "Explains a command.");
     for (CommandOption const& option : toolOptions)
         rules += optionRule(bare, option);
-    rules += rule(QStringLiteral("__kpgeom_operand help first"),
+    rules += rule(QStringLiteral("__kpgeom_is help; and __kpgeom_operand first"),
         QStringLiteral(" -a ")
             + ShellText::quoted(ShellText::commandNames().join(QLatin1Char(' '))));
     for (Command const* const command : commands)

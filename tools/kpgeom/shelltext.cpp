@@ -5,6 +5,14 @@
 
 namespace ShellText {
 
+QStringList names(Command const& command)
+{
+    QStringList result {QString::fromUtf8(command.name)};
+    if (command.alias)
+        result << QString::fromUtf8(command.alias);
+    return result;
+}
+
 QStringList spellings(CommandOption const& option)
 {
     QStringList result;

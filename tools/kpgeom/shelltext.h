@@ -7,6 +7,9 @@
 /** What the scripts for all shells have in common. */
 namespace ShellText {
 
+/** The names by which the command is called: its own first. */
+QStringList names(Command const& command);
+
 /** The option as it is typed: with its letter first, if it has one. */
 QStringList spellings(CommandOption const& option);
 

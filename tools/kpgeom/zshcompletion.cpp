@@ -99,7 +99,7 @@ QString commandCase(Command const& command)
                           "            _arguments -s -S \\\n"
                           "%2\n"
                           "            ;;\n")
-        .arg(QString::fromUtf8(command.name), arguments);
+        .arg(ShellText::names(command).join(QLatin1Char('|')), arguments);
 }
 
 } // namespace
