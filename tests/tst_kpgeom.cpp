@@ -107,7 +107,7 @@ void TestKpgeom::wrongUsageIsToldInOneLine_data()
     }
     rowOf("svg a.xml -o ''", "no output file given (-o)");
     rowOf("check", "no file given");
-    rowOf("check --json a.xml", "Unknown option 'json'.");
+    rowOf("svg --json a.xml", "Unknown option 'json'.");
 
     rowOf("render -o a.svg", "no file given");
     rowOf("render a.xml", "no output file given (-o)");

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void worstFileDecidesTheExitCode_data();
     void worstFileDecidesTheExitCode();
     void standardInputIsChecked();
+    void jsonHoldsTheFindings();
+    void jsonLeavesOutUnreadableFiles();
 };
 
 namespace {
@@ -382,6 +384,52 @@ void TestKpgeomCheck::standardInputIsChecked()
     QCOMPARE(result.out,
         QByteArray("<stdin>:2:22: outline 1: Closed=\"2\" reads as false\n"
                    "<stdin>: outlines: 1, warnings: 1\n"));
+}
+
+void TestKpgeomCheck::jsonHoldsTheFindings()
+{
+    Workplace const place;
+    place.write("clean", clean);
+    place.write("warned", warned);
+    Result const result = place.run({"check", "--json", "clean", "warned"});
+    COMPARE_EXIT(result, 3);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.out, QByteArray(R"([
+    {
+        "file": "clean",
+        "outlines": 1,
+        "warnings": [
+        ]
+    },
+    {
+        "file": "warned",
+        "outlines": 1,
+        "warnings": [
+            {
+                "column": 22,
+                "line": 1,
+                "text": "outline 1: Closed=\"2\" reads as false"
+            }
+        ]
+    }
+]
+)"));
+}
+
+void TestKpgeomCheck::jsonLeavesOutUnreadableFiles()
+{
+    Workplace const place;
+    place.write("clean", clean);
+    place.write("malformed", malformed);
+    Result const result = place.run({"check", "malformed", "clean", "missing", "--json"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err,
+        QByteArray("malformed:2:1: Premature end of document.\n"
+                   "missing: No such file or directory\n"));
+    QVERIFY2(result.out.count("\"file\"") == 1 && result.out.contains("\"clean\""), result.out);
+    Result const none = place.run({"check", "missing", "--json"});
+    COMPARE_EXIT(none, 1);
+    QCOMPARE(none.out, QByteArray("[\n]\n"));
 }
 
 QTEST_GUILESS_MAIN(TestKpgeomCheck)

@@ -12,6 +12,9 @@ private Q_SLOTS:
     void sameDocumentsPrintNothing();
     void differencesArePrinted();
     void quietPrintsNothing();
+    void jsonHoldsTheDifferences();
+    void jsonOfTheSame();
+    void troubleIsNoJson();
     void toleranceIsTaken();
     void oneSideMayBeStandardInput();
     void troubleIsNoDifference_data();
@@ -74,6 +77,64 @@ void TestKpgeomDiff::quietPrintsNothing()
         QCOMPARE(different.out + different.err, QByteArray());
         COMPARE_EXIT(place.run({"diff", option, "a.xml", "a.xml"}), 0);
     }
+}
+
+void TestKpgeomDiff::jsonHoldsTheDifferences()
+{
+    Workplace const place;
+    place.write("a.xml", box);
+    place.write(
+        "b.xml", wider().replace("</D>", "<S Name=\"new\"><Geometry Closed=\"1\"/></S></D>"));
+    Result const result = place.run({"diff", "--json", "a.xml", "b.xml"});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.out, QByteArray(R"({
+    "after": "b.xml",
+    "before": "a.xml",
+    "same": false,
+    "differences": [
+        {
+            "coordinate": "X",
+            "kind": "LineTo",
+            "name": "door",
+            "outline": 1,
+            "segment": 3,
+            "side": "before",
+            "what": "rule width -> right, rate 1 -> 10, value 100 -> 90"
+        },
+        {
+            "coordinate": null,
+            "kind": null,
+            "name": "new",
+            "outline": 2,
+            "segment": null,
+            "side": "after",
+            "what": "only here"
+        }
+    ]
+}
+)"));
+}
+
+void TestKpgeomDiff::jsonOfTheSame()
+{
+    Workplace const place;
+    place.write("a.xml", box);
+    Result const result = place.run({"diff", "--json", "a.xml", "a.xml"});
+    COMPARE_EXIT(result, 0);
+    QCOMPARE(result.out,
+        QByteArray("{\n    \"after\": \"a.xml\",\n    \"before\": \"a.xml\",\n"
+                   "    \"same\": true,\n    \"differences\": [\n    ]\n}\n"));
+}
+
+void TestKpgeomDiff::troubleIsNoJson()
+{
+    Workplace const place;
+    place.write("a.xml", box);
+    COMPARE_FAILURE(
+        place.run({"diff", "--json", "a.xml", "none"}), 2, "none: No such file or directory");
+    COMPARE_FAILURE(place.run({"diff", "--json", "-q", "a.xml", "a.xml"}), 2,
+        "kpgeom diff: --quiet prints nothing, --json what differs (see kpgeom diff --help)");
 }
 
 void TestKpgeomDiff::toleranceIsTaken()

@@ -2,6 +2,10 @@
 #include "kpgeomtesting.h"
 #include "testing.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <sys/resource.h>
 
 using namespace KpgeomTesting;
@@ -47,6 +51,8 @@ private Q_SLOTS:
     void listsWithoutDigestsAreTold();
     void whatIsNoListIsToldInOneLine_data();
     void whatIsNoListIsToldInOneLine();
+    void jsonHoldsDigests();
+    void jsonHoldsWhatHasChanged();
     void wrongUsageIsTold();
 };
 
@@ -230,6 +236,44 @@ void TestKpgeomDigest::whatIsNoListIsToldInOneLine()
     DigestWorkplace const place;
     place.write("list", content);
     COMPARE_FAILURE(place.digest({"-c", "list"}), 1, line);
+}
+
+void TestKpgeomDigest::jsonHoldsDigests()
+{
+    DigestWorkplace const place;
+    QString const odd = QFile::decodeName("a\"\\\xff\n");
+    place.write("empty", "");
+    QFile file(place.path(odd));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    Result const result = place.digest({"--json", "abc", "none", "empty", odd});
+    COMPARE_EXIT(result, 1);
+    QCOMPARE(result.err, QByteArray("none: No such file or directory\n"));
+    QJsonObject const first {{"digest", QString(ofAbc)}, {"file", "abc"}};
+    QJsonObject const second {{"digest", QString(ofNothing)}, {"file", "empty"}};
+    QJsonObject const third {
+        {"digest", QString(ofNothing)}, {"file", QString("a\"\\") + QChar(0xfffd) + "\n"}};
+    QCOMPARE(QJsonDocument::fromJson(result.out).array(), (QJsonArray {first, second, third}));
+}
+
+void TestKpgeomDigest::jsonHoldsWhatHasChanged()
+{
+    DigestWorkplace const place;
+    place.write("changed", "def");
+    place.write(
+        "list", ofAbc + "  abc\n" + ofNothing + "  none\nno digest\n" + ofAbc + "  changed\n");
+    Result const result = place.digest({"--check", "--json", "list"});
+    COMPARE_EXIT(result, 1);
+    QVERIFY2(result.err.contains("list:3:1: no line with a digest\n"), result.err);
+    auto const entry = [](QByteArray const& digest, char const* file, char const* status) {
+        return QJsonObject {
+            {"digest", QString(digest)}, {"file", file}, {"list", "list"}, {"status", status}};
+    };
+    QCOMPARE(QJsonDocument::fromJson(result.out).array(),
+        (QJsonArray {entry(ofAbc, "abc", "same"), entry(ofNothing, "none", "unreadable"),
+            entry(ofAbc, "changed", "different")}));
+    Result const noList = place.digest({"--check", "--json", "none"});
+    COMPARE_EXIT(noList, 1);
+    QCOMPARE(noList.out, QByteArray("[\n]\n"));
 }
 
 void TestKpgeomDigest::wrongUsageIsTold()

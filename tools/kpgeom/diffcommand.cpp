@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "check/outlinediff.h"
 #include "commandline.h"
+#include "common/text.h"
 #include "console.h"
 #include "documentinput.h"
+#include "longjson.h"
 #include "progress.h"
 #include "valuetext.h"
+
+#include <QIODevice>
+#include <QJsonObject>
 
 #include <cmath>
 #include <new>
@@ -45,6 +50,7 @@ struct DiffOptions
 {
     std::optional<double> tolerance;
     bool isQuiet = false;
+    bool isJson = false;
 };
 
 /** The document, if it is one of outlines. */
@@ -57,6 +63,65 @@ std::optional<OutlineDocument> loadOutlines(QString const& operand, Progress& pr
     return document;
 }
 
+Outcome printLines(
+    OutlineDocument const& before, OutlineDocument const& after, DiffOptions const& options)
+{
+    Outcome outcome = same;
+    LinePrinter printer;
+    bool isPrinted = true;
+    reportDifferences(before, after, options.tolerance, [&](OutlineDifference const& difference) {
+        outcome = different;
+        if (options.isQuiet)
+            return false;
+        bool const isBefore = difference.side == OutlineDifference::Side::Before;
+        QString const file = isBefore ? before.file() : after.file();
+        isPrinted = printer.print(
+            QStringLiteral("%1: ").arg(displayName(file)) + differenceText(difference));
+        return isPrinted;
+    });
+    return printer.flush() && isPrinted ? outcome : trouble;
+}
+
+QJsonObject toJson(OutlineDifference const& difference)
+{
+    auto const orNull = [](QString const& text) {
+        return text.isEmpty() ? QJsonValue() : QJsonValue(wellFormed(text));
+    };
+    bool const isBefore = difference.side == OutlineDifference::Side::Before;
+    return {{QStringLiteral("side"), isBefore ? QStringLiteral("before") : QStringLiteral("after")},
+        {QStringLiteral("outline"), difference.outline},
+        {QStringLiteral("name"), wellFormed(difference.name)},
+        {QStringLiteral("segment"),
+            difference.segment > 0 ? QJsonValue(difference.segment) : QJsonValue()},
+        {QStringLiteral("kind"), orNull(difference.kind)},
+        {QStringLiteral("coordinate"), orNull(difference.letter)},
+        {QStringLiteral("what"), wellFormed(difference.what)}};
+}
+
+Outcome printJson(
+    OutlineDocument const& before, OutlineDocument const& after, DiffOptions const& options)
+{
+    LongJson json("differences", 0);
+    bool areSame = true;
+    reportDifferences(before, after, options.tolerance, [&](OutlineDifference const& difference) {
+        areSame = false;
+        json.add(toJson(difference));
+        return true;
+    });
+    Progress::clear();
+    Output output(QStringLiteral("-"));
+    if (!output.open())
+        return trouble;
+    json.writeTo(output.device(),
+        {{QStringLiteral("before"), wellFormed(before.file())},
+            {QStringLiteral("after"), wellFormed(after.file())},
+            {QStringLiteral("same"), areSame}});
+    output.device().write("\n");
+    if (!output.commit())
+        return trouble;
+    return areSame ? same : different;
+}
+
 Outcome compare(QStringList const& operands, DiffOptions const& options)
 {
     Progress progress(operands);
@@ -64,20 +129,8 @@ Outcome compare(QStringList const& operands, DiffOptions const& options)
     auto const after = loadOutlines(operands.last(), progress);
     if (!before || !after)
         return trouble;
-    Outcome outcome = same;
-    LinePrinter printer;
-    bool isPrinted = true;
-    reportDifferences(*before, *after, options.tolerance, [&](OutlineDifference const& difference) {
-        outcome = different;
-        if (options.isQuiet)
-            return false;
-        bool const isBefore = difference.side == OutlineDifference::Side::Before;
-        QString const file = isBefore ? before->file() : after->file();
-        isPrinted = printer.print(
-            QStringLiteral("%1: ").arg(displayName(file)) + differenceText(difference));
-        return isPrinted;
-    });
-    return printer.flush() && isPrinted ? outcome : trouble;
+    return options.isJson ? printJson(*before, *after, options)
+                          : printLines(*before, *after, options);
 }
 
 /** Nothing for what is no number of units from 0. */
@@ -96,7 +149,10 @@ Outcome runDiff(Command const& command, QStringList const& arguments)
         return line.misused(misuse(QStringLiteral("exactly two files are needed")));
     if (operands.first() == operands.last() && operands.first() == QLatin1String("-"))
         return line.misused(misuse(QStringLiteral("only one of the files can be standard input")));
-    DiffOptions options {std::nullopt, line.isSet(QStringLiteral("quiet"))};
+    DiffOptions options {
+        std::nullopt, line.isSet(QStringLiteral("quiet")), line.isSet(QStringLiteral("json"))};
+    if (options.isQuiet && options.isJson)
+        return line.misused(misuse(QStringLiteral("--quiet prints nothing, --json what differs")));
     if (line.isSet(QStringLiteral("tolerance"))) {
         options.tolerance = toleranceFromText(line.value(QStringLiteral("tolerance")));
         if (!options.tolerance)
@@ -114,6 +170,7 @@ constexpr CommandOption diffOptions[] = {
     {"", "tolerance", {"UNITS"},
         "How far values may be apart, in units; 0 compares them exactly. By default their six "
         "digits must be the same."},
+    {"", "json", {}, "Print JSON instead of lines."},
     {"q", "quiet", {}, "Print nothing; the exit status tells."},
 };
 

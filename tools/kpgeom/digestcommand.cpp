@@ -4,11 +4,16 @@
 #include "common/text.h"
 #include "console.h"
 #include "document/contentkind.h"
+#include "filereports.h"
+#include "longjson.h"
 #include "md5.h"
 #include "progress.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 
@@ -32,8 +37,12 @@ int stepsOf(QStringList const& files)
     return steps;
 }
 
-/** The digest of all that the file holds; nothing, after an error message, on failure. */
-std::optional<QString> digestOf(QString const& file, Progress& progress)
+/**
+ * The digest of all that the file holds; nothing, after an error message, on failure.
+ *
+ * @param step called for each of its steps
+ */
+std::optional<QString> digestOf(QString const& file, std::function<void()> const& step)
 {
     QFile input;
     Diagnostics diagnostics;
@@ -43,7 +52,7 @@ std::optional<QString> digestOf(QString const& file, Progress& progress)
         return std::nullopt;
     MD5 md5;
     QByteArray chunk(chunkSize, '\0');
-    progress.step();
+    step();
     for (qint64 read = 0, total = 0; (read = input.read(chunk.data(), chunkSize)) != 0;) {
         if (read < 0) {
             report({Diagnostic::Severity::Error, file, 0, 0, input.errorString()});
@@ -52,7 +61,7 @@ std::optional<QString> digestOf(QString const& file, Progress& progress)
         md5.update(chunk.constData(), static_cast<std::size_t>(read));
         total += read;
         if (total % bytesAStep == 0 && total / bytesAStep > 1)
-            progress.step();
+            step();
     }
     return QString::fromStdString(md5.toString());
 }
@@ -123,34 +132,80 @@ Outcome printDigest(QString const& file)
     std::optional<QString> digest;
     {
         Progress progress(stepsOf(file));
-        digest = digestOf(file, progress);
+        digest = digestOf(file, [&progress] { progress.step(); });
     }
     return digest && printOut(lineOf({*digest, file})) ? Outcome::Done : Outcome::Failed;
 }
 
+QJsonObject toJson(Entry const& entry)
+{
+    return {
+        {QStringLiteral("file"), wellFormed(entry.file)}, {QStringLiteral("digest"), entry.digest}};
+}
+
+Outcome writeJson(QString const& file, QIODevice& device, ProgressFunction const& progress)
+{
+    int const steps = stepsOf(file);
+    int step = 0;
+    auto const digest = digestOf(file, [&] {
+        if (progress)
+            progress(static_cast<double>(step++) / steps);
+    });
+    if (!digest)
+        return Outcome::Failed;
+    device.write(indentedJson(toJson({*digest, file}), jsonOfFileIndentation));
+    return Outcome::Done;
+}
+
+/** Whether a file is still as a list says. */
+struct Verdict
+{
+    char const* text; ///< as the digest tools of the system put it
+    char const* key; ///< in JSON
+};
+
+constexpr Verdict isSame {"OK", "same"};
+constexpr Verdict isDifferent {"FAILED", "different"};
+constexpr Verdict isUnreadable {"FAILED open or read", "unreadable"};
+
 /** What checking the lines of lists came to. */
 struct Tally
 {
+    bool isJson = false;
+    QJsonArray verdicts; ///< to be printed when all is done
     int malformed = 0;
     int unreadable = 0;
     int different = 0;
     bool isPrinted = true;
 };
 
-void checkEntry(Entry const& entry, Progress& progress, Tally& tally)
+Verdict verdictOn(Entry const& entry, Progress& progress, Tally& tally)
 {
-    auto const digest = digestOf(entry.file, progress);
+    auto const digest = digestOf(entry.file, [&progress] { progress.step(); });
     Progress::clear();
-    QString verdict = QStringLiteral("OK");
     if (!digest) {
         ++tally.unreadable;
-        verdict = QStringLiteral("FAILED open or read");
-    } else if (*digest != entry.digest) {
-        ++tally.different;
-        verdict = QStringLiteral("FAILED");
+        return isUnreadable;
     }
-    tally.isPrinted =
-        tally.isPrinted && printOut(QStringLiteral("%1: %2\n").arg(printable(entry.file), verdict));
+    if (*digest == entry.digest)
+        return isSame;
+    ++tally.different;
+    return isDifferent;
+}
+
+void checkEntry(QString const& list, Entry const& entry, Progress& progress, Tally& tally)
+{
+    Verdict const verdict = verdictOn(entry, progress, tally);
+    if (tally.isJson) {
+        QJsonObject object = toJson(entry);
+        object.insert(QStringLiteral("list"), wellFormed(list));
+        object.insert(QStringLiteral("status"), QLatin1String(verdict.key));
+        tally.verdicts.append(object);
+        return;
+    }
+    tally.isPrinted = tally.isPrinted
+        && printOut(
+            QStringLiteral("%1: %2\n").arg(printable(entry.file), QLatin1String(verdict.text)));
 }
 
 bool isBinary(QByteArray const& content)
@@ -204,7 +259,7 @@ bool checkList(QString const& list, Tally& tally)
     tally.malformed += malformed.size();
     Progress progress(stepsOf(files));
     for (Entry const& entry : qAsConst(entries))
-        checkEntry(entry, progress, tally);
+        checkEntry(list, entry, progress, tally);
     return true;
 }
 
@@ -214,12 +269,15 @@ void reportTotal(char const* what, int count)
         QStringLiteral("kpgeom digest: %1: %2").arg(QLatin1String(what)).arg(count)});
 }
 
-Outcome checkLists(QStringList const& lists)
+Outcome checkLists(QStringList const& lists, bool isJson)
 {
     Tally tally;
+    tally.isJson = isJson;
     bool areRead = true;
     for (QString const& list : lists)
         areRead = checkList(list, tally) && areRead;
+    if (isJson)
+        tally.isPrinted = printOut(QJsonDocument(tally.verdicts).toJson());
     if (tally.unreadable > 0) {
         reportTotal("files that cannot be read", tally.unreadable);
     }
@@ -238,19 +296,23 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
     line.fallBackOnStandardInput();
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
+    bool const isJson = line.isSet(QStringLiteral("json"));
     if (!line.isSet(QStringLiteral("check"))) {
+        if (isJson)
+            return tellOfEach(line, ReportForm::Json, writeJson);
         return runBatch(
             line, {{}, {}, {}, {}, [](BatchJob const& job) { return printDigest(job.input); }});
     }
     if (auto const fault = batchOptionFault(line, QStringLiteral("--check")))
         return line.misused(*fault);
-    return checkLists(line.operands());
+    return checkLists(line.operands(), isJson);
 }
 
 constexpr CommandOption digestOptions[] = {
     {"c", "check", {},
         "Read such lines from the files, and say which of the files that they name are still the "
         "same."},
+    {"", "json", {}, "Print JSON instead of lines."},
 };
 
 } // namespace

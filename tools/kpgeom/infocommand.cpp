@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "batch.h"
 #include "commandline.h"
-#include "common/filecontent.h"
-#include "common/spool.h"
 #include "common/text.h"
 #include "console.h"
 #include "document/outlinesummary.h"
 #include "documentinput.h"
-#include "orderedjobs.h"
-#include "progress.h"
+#include "filereports.h"
+#include "longjson.h"
 #include "texttable.h"
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
@@ -103,18 +99,6 @@ void addRow(Outline const& outline, TextTable& table)
         rulesText(facts.rules)});
 }
 
-/** One JSON text in another: without its line feed, each line moved to the right. */
-QByteArray indented(QByteArray const& json, int blanks)
-{
-    QByteArray const indentation(blanks, ' ');
-    return indentation + json.trimmed().replace('\n', '\n' + indentation);
-}
-
-QByteArray jsonString(QString const& text)
-{
-    return QJsonDocument(QJsonArray {text}).toJson(QJsonDocument::Compact).chopped(1).mid(1);
-}
-
 /** What stands before, between and behind the outlines of a document. */
 class Description
 {
@@ -132,19 +116,14 @@ public:
             addRow(outline, m_table);
             return;
         }
-        m_outlines.write(m_isEmpty ? "\n" : ",\n");
-        m_isEmpty = false;
-        m_outlines.write(indented(QJsonDocument(toJson(outline)).toJson(), 12));
+        m_outlines.add(toJson(outline));
     }
 
     /** Writes all. @param count how many outlines there were */
     void write(int count)
     {
         if (m_isJson) {
-            m_device.write("    {\n        \"file\": " + jsonString(wellFormed(m_operand))
-                + ",\n        \"outlines\": [");
-            copyAll(m_outlines.content(), m_device);
-            m_device.write("\n        ]\n    }");
+            m_outlines.writeTo(m_device, {{QStringLiteral("file"), wellFormed(m_operand)}});
             return;
         }
         m_device.write(QStringLiteral("%1: %2\n")
@@ -159,8 +138,7 @@ private:
     bool const m_isJson;
     QIODevice& m_device;
     TextTable m_table = emptyTable();
-    Spool m_outlines; ///< the JSON of those so far
-    bool m_isEmpty = true;
+    LongJson m_outlines {"outlines", jsonOfFileIndentation};
 };
 
 /** Writes what is told of a document; false, after a message, if it cannot be read. */
@@ -190,51 +168,6 @@ bool describe(
     return isRead;
 }
 
-/** What is told of each file, or null for one that cannot be read. */
-using Descriptions = std::vector<std::unique_ptr<Spool>>;
-
-/** Describes all of the files; the worst outcome. */
-Outcome describeAll(QStringList const& operands, bool isJson, int limit, Descriptions& descriptions)
-{
-    descriptions.resize(static_cast<std::size_t>(operands.size()));
-    auto const describeOne = [&](int index, ProgressFunction const& progress) {
-        auto description = std::make_unique<Spool>();
-        if (!describe(operands.at(index), isJson, *description, progress))
-            return Outcome::Failed;
-        descriptions[static_cast<std::size_t>(index)] = std::move(description);
-        return Outcome::Done;
-    };
-    if (limit > 1 && operands.size() > 1) {
-        return runInOrder(
-            {operands.size(), limit, [&operands](int index) { return operands.at(index); },
-                [&describeOne](int index) { return describeOne(index, {}); }});
-    }
-    Outcome outcome = Outcome::Done;
-    Progress progress(operands);
-    for (int index = 0; index < operands.size(); ++index) {
-        progress.step();
-        outcome = worse(outcome, describeOne(index, progress.ofStep()));
-    }
-    return outcome;
-}
-
-void writeAll(Descriptions const& descriptions, bool isJson, QIODevice& device)
-{
-    bool isFirst = true;
-    for (auto const& description : descriptions) {
-        if (!description)
-            continue;
-        if (isJson)
-            device.write(isFirst ? "[\n" : ",\n");
-        else if (!isFirst)
-            device.write("\n");
-        isFirst = false;
-        copyAll(description->content(), device);
-    }
-    if (isJson)
-        device.write(isFirst ? "[\n]\n" : "\n]\n");
-}
-
 Outcome runInfo(Command const& command, QStringList const& arguments)
 {
     CommandLine line(command);
@@ -243,18 +176,11 @@ Outcome runInfo(Command const& command, QStringList const& arguments)
     line.fallBackOnStandardInput();
     if (line.operands().isEmpty())
         return line.misused(misuse(QStringLiteral("no file given")));
-    QStringList operands;
-    if (auto const end = readOperands(line, line.suffixes(), operands))
-        return *end;
-
     bool const isJson = line.isSet(QStringLiteral("json"));
-    Descriptions descriptions;
-    Outcome const outcome = describeAll(operands, isJson, jobLimit(line), descriptions);
-    Output output(QStringLiteral("-"));
-    output.open();
-    writeAll(descriptions, isJson, output.device());
-    Progress::clear();
-    return output.commit() ? outcome : Outcome::Failed;
+    return tellOfEach(line, isJson ? ReportForm::Json : ReportForm::Text,
+        [isJson](QString const& operand, QIODevice& device, ProgressFunction const& progress) {
+            return describe(operand, isJson, device, progress) ? Outcome::Done : Outcome::Failed;
+        });
 }
 
 constexpr CommandOption infoOptions[] = {
