@@ -72,7 +72,10 @@ public:
     /** Takes over all but m_isModified, which stays as it is: deliberate, it is the caller's. */
     KpRecentFileManager& operator=(KpRecentFileManager const& other);
 
-    /** Remembers the folder part of a file's path: "/a/b" of "/a/b/c.x", "." of a bare name. */
+    /**
+     * Remembers the folder part of a file's path: "/a/b" of "/a/b/c.x", "." of a bare name, and
+     * nothing of an empty path.
+     */
     void setSymbolFolder(QString const& filePath);
     /** As setSymbolFolder(), for a library. */
     void setLibraryFolder(QString const& filePath);
