@@ -37,3 +37,14 @@ kpgeometry_link_fast(kpvectors)
 kpgeometry_add_test(tst_vectors ${quick}
   LIBRARIES kpvectors_themes
   DEFINITIONS KPGEOMETRY_VECTORS="${PROJECT_SOURCE_DIR}/vectors")
+
+# Computed anew by a program that knows the formulas alone, and which notices each changed value.
+find_program(KPGEOMETRY_PYTHON python3)
+if(KPGEOMETRY_PYTHON)
+  set(check ${KPGEOMETRY_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/vectors/recompute/check.py
+    ${PROJECT_SOURCE_DIR}/vectors)
+  add_test(NAME vectors_are_recomputed COMMAND ${check})
+  add_test(NAME vectors_changes_are_noticed COMMAND ${check} --change)
+else()
+  message(STATUS "No python3 found: the vectors are not computed anew")
+endif()
