@@ -33,7 +33,11 @@ foreach(schema IN ITEMS geometry.rng shapes.rng)
     message(FATAL_ERROR "the schema ${schema} is not installed")
   endif()
 endforeach()
+file(GLOB vectors RELATIVE ${SOURCE}/vectors ${SOURCE}/vectors/*.json*)
+list(TRANSFORM vectors PREPEND share/kpgeometry/vectors/)
 foreach(file IN ITEMS
+    ${vectors}
+    share/kpgeometry/vectors/manifest.json
     bin/kpgeom
     bin/kpshapes
     share/applications/kpshapes.desktop
