@@ -231,7 +231,9 @@ void addReading(Vectors::Theme& theme)
             "<Color V=\"no colour\"/>", "<Color ThemeColor=\"70000\" V=\"#ff010203\"/>",
             "<Color ThemeColor=\"\" Tint=\"500\" Ref=\"#445566\"/>",
             "<Color Shade=\"-20\" V=\"#ff778899\" Ref=\"#abc\"/>", "<Color other=\"1\"/>",
-            "<Color V=\"#ffd9e2f3\" Tint=\"80\"/>"}) {
+            "<Color V=\"#ffd9e2f3\" Tint=\"80\"/>", "<Color V=\"Steel Blue\" Ref=\"RED\"/>",
+            "<Color V=\"transparent\" Ref=\"#12g\"/>", "<Color V=\"#+12345\" ThemeColor=\"-5\"/>",
+            "<Color V=\"#ff010203\" Tint=\"\u22125\"/>"}) {
         Vectors::Fields const inputs {{"colour", before}, {"xml", xml}};
         KpColor fromTree = before;
         QDomDocument const document = Vectors::treeOf(xml);

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """A QColor: channels of 16 bits in red, green and blue or in hue, saturation and lightness."""
+import re
 from fractions import Fraction
 
 from reals import rounded
@@ -141,10 +142,17 @@ class Colour:
         return self.kind, self.parts, self.alpha16
 
 
+# Of the names of colours that SVG has, those in the vectors.
+NAMES = {"red": (255, 0, 0), "steelblue": (70, 130, 180), "transparent": (0, 0, 0, 0)}
+
+
 def named(text):
-    """The colour that QColor takes from "#rgb" and longer forms; an invalid one from others."""
+    """The colour of "#rgb" and its longer forms, or of a name; an invalid one for other texts."""
+    name = text.replace(" ", "").lower()
+    if name in NAMES:
+        return Colour.of_bytes(*NAMES[name])
     digits = {4: 1, 7: 2, 9: 2, 10: 3, 13: 4}.get(len(text))
-    if not text.startswith("#") or not digits:
+    if not re.fullmatch("#[0-9A-Fa-f]+", text) or not digits:
         return Colour.invalid()
     numbers = [int(text[i:i + digits], 16) for i in range(1, len(text), digits)]
     full = 16**digits - 1

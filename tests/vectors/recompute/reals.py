@@ -10,7 +10,7 @@ INT_MAX = 2**31 - 1
 INT_MIN = -2**31
 
 _HEX = re.compile(r"-?(0x[01](\.[0-9a-f]+)?p[+-]\d+|inf)|nan")
-_DECIMAL = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)(e[+-]?\d+)?", re.IGNORECASE)
+_DECIMAL = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)(e[+-]?\d+)?", re.ASCII | re.IGNORECASE)
 
 
 def decoded(value):
@@ -96,9 +96,14 @@ def six_digits(number):
     return ("-" if sign else "") + text
 
 
+def trimmed(text):
+    """Without white space around it, and with the usual sign for a minus sign of typography."""
+    return text.strip().replace("\u2212", "-")
+
+
 def to_real(text):
     """What a text reads as; 0 if it is no number."""
-    text = text.strip()
+    text = trimmed(text)
     if text.lower() in ("inf", "+inf", "-inf", "nan"):
         return float(text)
     return float(text) if _DECIMAL.fullmatch(text) else 0.0
@@ -106,7 +111,7 @@ def to_real(text):
 
 def to_int(text):
     """What a text reads as in decimal; 0 if it is no int of 32 bits."""
-    text = text.strip()
+    text = trimmed(text)
     if not re.fullmatch(r"[+-]?\d+", text, re.ASCII):
         return 0
     return int(text) if INT_MIN <= int(text) <= INT_MAX else 0
