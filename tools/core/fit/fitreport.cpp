@@ -180,7 +180,7 @@ QJsonObject fitJson(FitResult const& result, std::vector<SizedDrawing> const& dr
     QJsonArray sources;
     for (SizedDrawing const& drawing : drawings) {
         QJsonObject source = toJson(drawing.box);
-        source.insert(QStringLiteral("file"), drawing.file);
+        source.insert(QStringLiteral("file"), wellFormed(drawing.file));
         sources.append(source);
     }
     QJsonArray boxes;
