@@ -8,7 +8,8 @@ input_packages=(fonts-dejavu-core breeze-icon-theme)
 # scour and rsvg-convert stand for the programs that people draw with, xdotool for a hand.
 test_packages=(abigail-tools bash-completion binutils chromium chromium-driver clang
     clang-format-14 clang-tidy-14 doxygen fish gdb git libclang-rt-14-dev librsvg2-bin libxml2-utils
-    lld llvm-14 man-db pkg-config reuse scour valgrind xdotool xvfb zsh)
+    lld llvm-14 man-db pkg-config python3-jsonschema reuse scour valgrind
+    xdotool xvfb zsh)
 # What scripts/package works with.
 package_packages=(debhelper doxygen dpkg-dev fakeroot lintian)
 # What holds the definitions of preset shapes, and where within one of its archives.

@@ -3,9 +3,9 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Xml)
 
 set(parts "" _appearance _batch _bind _render _export _documents _check _files _colour _lengths _names _pictures _presets _digest _recent _fit _diff _edges _normalize _start _stencils _surroundings)
-# The scripts for shells are the same in any build.
+# The scripts for shells are the same in any build, and so is what is printed.
 if(NOT KPGEOMETRY_SANITIZERS)
-  list(APPEND parts _completion)
+  list(APPEND parts _completion _json)
 endif()
 foreach(part IN LISTS parts)
   kpgeometry_add_test(tst_kpgeom${part} UNOPTIMIZED
@@ -17,6 +17,8 @@ foreach(part IN LISTS parts)
       KPGEOM_TABLES="$<TARGET_FILE:kpgeomtables>"
       KPGEOM_MANUAL_FORM="${PROJECT_SOURCE_DIR}/tools/kpgeom/kpgeom.1.in"
       KPGEOM_MANUAL="$<TARGET_FILE_DIR:kpgeom>/kpgeom.1"
+      KPGEOM_VALIDATOR="${CMAKE_CURRENT_SOURCE_DIR}/validatejson.py"
+      KPGEOMETRY_SCHEMA="${PROJECT_SOURCE_DIR}/schema"
     TIMEOUT 600)
   add_dependencies(tst_kpgeom${part} kpgeom kpgeom_manual)
   # To look for leaks takes half of the time of a process, and these start thousands. Some of

@@ -28,7 +28,9 @@ kp_expect_match("${output}" "nothing is known to be installed" "uninstalling twi
 
 file(REMOVE_RECURSE ${PREFIX})
 kp_run("installing the build again" ${install})
-foreach(schema IN ITEMS geometry.rng shapes.rng)
+foreach(schema IN ITEMS geometry.rng shapes.rng check.schema.json colour.schema.json
+    diff.schema.json digest.schema.json fit.schema.json info.schema.json pages.schema.json
+    recent.schema.json units.schema.json)
   if(NOT EXISTS ${PREFIX}/share/kpgeometry/${schema})
     message(FATAL_ERROR "the schema ${schema} is not installed")
   endif()
