@@ -167,6 +167,9 @@ private Q_SLOTS:
 
     void svgPicturesAreSentToConvert_data();
     void svgPicturesAreSentToConvert();
+    void stencilsAreSentToConvert_data();
+    void stencilsAreSentToConvert();
+    void outlinesAreSentToRender();
     void whatIsNoTextIsToldByItsKind_data();
     void whatIsNoTextIsToldByItsKind();
     void textIsNotMistakenForAnotherKind_data();
@@ -563,6 +566,51 @@ void TestKpgeomDocuments::svgPicturesAreSentToConvert()
         QCOMPARE(result.out, out.isEmpty() ? out : name + out);
     }
     QCOMPARE(place.entries(), (QStringList {"in.svg", "prefixed.svg"}));
+}
+
+void TestKpgeomDocuments::stencilsAreSentToConvert_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("fault"); // of a command that draws
+    QTest::addColumn<bool>("isAdvised");
+
+    QByteArray const packed = "\x1f\x8b\x08";
+    QByteArray const noXml = "a compressed file (gzip), not an XML document";
+    QTest::newRow("packed picture") << "in.svgz" << packed << noXml << true;
+    QTest::newRow("in capitals") << "in.SVGZ" << packed << noXml << true;
+    QTest::newRow("shape file") << "in.shape" << QByteArray("<shape/>")
+                                << QByteArray("no outline to draw") << true;
+    QTest::newRow("packed document") << "in.xml" << packed << noXml << false;
+    QTest::newRow("packed, and called like a picture that is not")
+        << "in.svg" << packed << noXml << false;
+}
+
+void TestKpgeomDocuments::stencilsAreSentToConvert()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, fault);
+    QFETCH(bool, isAdvised);
+
+    Workplace const place;
+    place.write(file, content);
+    QByteArray const name = file.toUtf8() + ": ";
+    QByteArray const advice =
+        isAdvised ? "\n" + name + "kpgeom convert makes a document of it" : QByteArray();
+    COMPARE_FAILURE(place.run({"render", file, "-o", "out.svg"}), 1, name + fault + advice);
+    COMPARE_FAILURE(place.run({"svg", file}), 1, name + fault + advice);
+    if (fault.startsWith("a compressed"))
+        COMPARE_FAILURE(place.run({"info", file}), 1, name + fault + advice);
+    COMPARE_FAILURE(place.run({"svg", "none.svgz"}), 1, "none.svgz: No such file or directory");
+}
+
+void TestKpgeomDocuments::outlinesAreSentToRender()
+{
+    Workplace const place;
+    place.write("a.xml", "<D>" + boxGeometry() + "</D>");
+    COMPARE_FAILURE(place.run({"convert", "a.xml", "-o", "b.xml"}), 1,
+        "a.xml: not an SVG picture\na.xml: a document of outlines: kpgeom render draws it");
 }
 
 void TestKpgeomDocuments::whatIsNoTextIsToldByItsKind_data()

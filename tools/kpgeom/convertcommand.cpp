@@ -175,6 +175,18 @@ std::optional<ImportedPictures> import(ConvertOptions const& options, Diagnostic
     return importAny(options.content, {options.input, options.scale, takeMessages}, diagnostics);
 }
 
+/** Says what to do with a whole document of outlines, which is no picture. */
+void reportOutlines(ConvertOptions const& options)
+{
+    auto const device = repeatableInput(options.content)();
+    OutlineReader reader(*device, options.input);
+    while (!reader.next().empty()) { }
+    if (reader.count() > 0 && !reader.fault()) {
+        report({Diagnostic::Severity::Warning, options.input, 0, 0,
+            QStringLiteral("a document of outlines: kpgeom render draws it")});
+    }
+}
+
 /** Empty, after a message, if there is no outline to be had. */
 Shapes importedShapes(ConvertOptions const& options)
 {
@@ -189,6 +201,8 @@ Shapes importedShapes(ConvertOptions const& options)
         }
     }
     report(diagnostics);
+    if (!options.isText && !options.isPath && !pictures)
+        reportOutlines(options);
     return shapes;
 }
 

@@ -6,6 +6,7 @@
 #include "console.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -15,11 +16,14 @@ std::optional<OutlineDocument> loadDocument(
     Diagnostics diagnostics;
     std::optional<OutlineDocument> document;
     QFile input;
-    if (openInput(input, operand, diagnostics))
+    bool const isOpen = openInput(input, operand, diagnostics);
+    if (isOpen)
         document = OutlineDocument::read(input, operand, diagnostics, progress);
     report(diagnostics);
     if (document && document->isSvgPicture())
         reportSvgPicture(operand, Diagnostic::Severity::Error);
+    if (isOpen && !document)
+        reportStencil(operand);
     return document;
 }
 
@@ -27,6 +31,17 @@ void reportSvgPicture(QString const& operand, Diagnostic::Severity severity)
 {
     report({severity, operand, 0, 0,
         QStringLiteral("an SVG picture: kpgeom convert makes a document of it")});
+}
+
+void reportStencil(QString const& operand)
+{
+    QStringList suffixes = wordsOf(convertCommand.operands[0]);
+    // Such a picture would have been seen.
+    suffixes.removeAll(QStringLiteral("svg"));
+    if (suffixes.contains(QFileInfo(operand).suffix(), Qt::CaseInsensitive)) {
+        report({Diagnostic::Severity::Warning, operand, 0, 0,
+            QStringLiteral("kpgeom convert makes a document of it")});
+    }
 }
 
 std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices)
@@ -57,6 +72,8 @@ bool hasAll(QString const& operand, int count, bool isSvgPicture, QVector<int> c
         }
     }
     report(diagnostics);
+    if (count == 0)
+        reportStencil(operand);
     return count > 0 && diagnostics.isEmpty();
 }
 
@@ -94,6 +111,7 @@ bool forEachOutline(QString const& operand, QVector<int> const& indices,
     }
     if (reader.fault()) {
         report(*reader.fault());
+        reportStencil(operand);
         return false;
     }
     if (reader.isSvgPicture())

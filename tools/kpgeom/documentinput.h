@@ -22,6 +22,9 @@ std::optional<OutlineDocument> loadDocument(
  */
 void reportSvgPicture(QString const& operand, Diagnostic::Severity severity);
 
+/** Likewise with a file without outlines that is called like a picture, packed, or a stencil. */
+void reportStencil(QString const& operand);
+
 /** Reads the values of --index; says what is wrong with them, or nothing. */
 std::optional<Diagnostic> readIndices(QStringList const& texts, QVector<int>& indices);
 

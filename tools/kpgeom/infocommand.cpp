@@ -165,6 +165,8 @@ bool describe(
             reportSvgPicture(operand, Diagnostic::Severity::Warning);
     }
     report(diagnostics);
+    if (input.isOpen() && !isRead)
+        reportStencil(operand);
     return isRead;
 }
 
