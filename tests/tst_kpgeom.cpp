@@ -234,6 +234,9 @@ void TestKpgeom::likelyNameIsSuggested_data()
     row("units 5 kmm", "kpgeom units: there is no unit 'kmm'; did you mean mm?");
     row("units 5 mm ft_in", "kpgeom units: there is no unit 'ft_in'; did you mean ft-in?");
     row("units 5 xy", "kpgeom units: there is no unit 'xy'");
+    row("pages tablod", "kpgeom pages: there is no page 'tablod'; did you mean Tabloid?");
+    row("pages A4x", "kpgeom pages: there is no page 'A4x'; did you mean A4?");
+    row("pages leter", "kpgeom pages: there is no page 'leter'; did you mean Letter?");
     row("colour red tnit=0.5", "kpgeom colour: there is no transform 'tnit'; did you mean tint?");
     row("colour gren", "kpgeom colour: 'gren' is no colour; did you mean green?");
     row("render a.xml -o a.svg --background bleu",

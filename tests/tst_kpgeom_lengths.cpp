@@ -284,7 +284,7 @@ void TestKpgeomLengths::chosenPagesAsJson()
 void TestKpgeomLengths::unknownPagesAreTold_data()
 {
     QTest::addColumn<QString>("name");
-    for (char const* const name : {"13", "A", "-", "", "A4 ", "Custom"})
+    for (char const* const name : {"13", "A", "-", "", "A 4 ", "Custom"})
         QTest::addRow("'%s'", name) << QString(name);
 }
 

@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "common/text.h"
 #include "console.h"
+#include "suggestion.h"
 #include "texttable.h"
 #include "unitcode_p.h"
 #include "unitutil.h"
@@ -63,12 +64,27 @@ Pages allPages()
     return pages;
 }
 
-/** Whether a page has the name, in any letter case; of "Letter / ANSI A" each part is one, too. */
-bool isNamed(PredefinedPage const& page, QString const& name)
+/** The names of a page: of "Letter / ANSI A" each part is one, too. */
+QStringList namesOf(PredefinedPage const& page)
 {
     QString const own = page.name();
-    QStringList const names = own.split(QStringLiteral(" / ")) << own;
-    return !own.isEmpty() && names.contains(name, Qt::CaseInsensitive);
+    return own.isEmpty() ? QStringList() : own.split(QStringLiteral(" / ")) << own;
+}
+
+/** In any letter case. */
+bool isNamed(PredefinedPage const& page, QString const& name)
+{
+    return namesOf(page).contains(name, Qt::CaseInsensitive);
+}
+
+/** What is wrong with a name that no page has. */
+Diagnostic unknownName(QString const& name, Pages const& pages)
+{
+    QStringList names;
+    for (PredefinedPage const& page : pages)
+        names << namesOf(page);
+    names.removeDuplicates();
+    return misuse(withSuggestion(QStringLiteral("there is no page '%1'").arg(name), name, names));
 }
 
 /** Of the pages those that the operands name, in their order; what is wrong with a name, or nothing. */
@@ -82,7 +98,7 @@ std::optional<Diagnostic> choosePages(QStringList const& operands, Pages& pages)
         std::copy_if(all.begin(), all.end(), std::back_inserter(pages),
             [&name](PredefinedPage const& page) { return isNamed(page, name); });
         if (pages.size() == before)
-            return misuse(QStringLiteral("there is no page '%1'").arg(name));
+            return unknownName(name, all);
     }
     return std::nullopt;
 }
