@@ -80,7 +80,7 @@ QString CommandLine::helpText() const
 /** What the parser complains of; of an option that there is not, with the one that is likely meant. */
 QString CommandLine::parsingFault() const
 {
-    QString const fault = m_parser.errorText();
+    QString fault = m_parser.errorText();
     QStringList const unknown = m_parser.unknownOptionNames();
     if (unknown.isEmpty())
         return fault;
