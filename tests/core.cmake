@@ -45,10 +45,12 @@ foreach(name IN ITEMS tst_filenames tst_messagelog)
   kpgeometry_add_test(${name} UNOPTIMIZED LIBRARIES kpgeomprocess)
 endforeach()
 kpgeometry_add_test(tst_corethreads UNOPTIMIZED LIBRARIES kpgeomcore Threads::Threads)
-kpgeometry_add_test(tst_outputname UNOPTIMIZED
-  SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/outputname.cpp
-  LIBRARIES kpgeomcore)
-target_include_directories(tst_outputname PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+foreach(name IN ITEMS outputname suggestion)
+  kpgeometry_add_test(tst_${name} UNOPTIMIZED
+    SOURCES ${PROJECT_SOURCE_DIR}/tools/kpgeom/${name}.cpp
+    LIBRARIES kpgeomcore)
+  target_include_directories(tst_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
+endforeach()
 # The library as its object files, one a source, show it; the tool beside it for comparison.
 if(NOT CMAKE_UNITY_BUILD)
   kpgeometry_add_test(tst_kpgeomcore UNOPTIMIZED

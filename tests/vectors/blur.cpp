@@ -14,11 +14,12 @@ QImage noise(Vectors::Sequence& sequence, int width, int height, QImage::Format 
     QImage image(width, height, format);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            // Valid premultiplied colours: no channel above alpha.
-            int const alpha = format == QImage::Format_RGB32 ? 255 : sequence.below(256);
+            QRgb const any = QRgb(sequence.bits());
+            // Premultiplied, a channel above alpha is none.
+            int const most = format == QImage::Format_RGB32 ? 255 : qAlpha(any);
             image.setPixel(x, y,
-                qRgba(sequence.below(alpha + 1), sequence.below(alpha + 1),
-                    sequence.below(alpha + 1), alpha));
+                qRgba(
+                    qMin(qRed(any), most), qMin(qGreen(any), most), qMin(qBlue(any), most), most));
         }
     }
     return image;
@@ -58,9 +59,11 @@ void Vectors::addBlur(Theme& theme)
         {noise(sequence, 4, 3, translucent), 1, 4294967295U},
         {noise(sequence, 4, 3, translucent), 1, 1431655764U}};
     for (unsigned int radius = 1; radius <= 12; ++radius) {
-        blurs.append({noise(sequence, sequence.between(2, 14), sequence.between(2, 10),
-                          radius % 3 == 0 ? QImage::Format_RGB32 : translucent),
-            radius, radius % 4 == 0 ? radius : 0});
+        int const width = sequence.between(2, 14);
+        int const height = sequence.between(2, 10);
+        auto const format = radius % 3 == 0 ? QImage::Format_RGB32 : translucent;
+        blurs.append(
+            {noise(sequence, width, height, format), radius, radius % 4 == 0 ? radius : 0});
     }
     for (Blur const& blur : qAsConst(blurs)) {
         bool const isOpaque = blur.image.format() == QImage::Format_RGB32;

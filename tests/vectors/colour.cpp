@@ -78,10 +78,11 @@ void addTransforms(Vectors::Theme& theme)
     Vectors::Sequence sequence(30);
     for (int i = 0; i < 60; ++i) {
         QString const name = mapColorFuncs.keys().at(sequence.below(mapColorFuncs.count()));
-        addTransform(theme, name,
-            QColor(
-                sequence.below(256), sequence.below(256), sequence.below(256), sequence.below(256)),
-            sequence.real(-0.2, 1.2));
+        QColor const translucent = QColor::fromRgba(QRgb(sequence.bits()));
+        addTransform(theme, name, translucent, sequence.real(-0.2, 1.2));
+        KpColor saturated(translucent);
+        sat(saturated, sequence.fraction());
+        addTransform(theme, name, saturated, sequence.real(-0.2, 1.2));
     }
 }
 

@@ -24,8 +24,9 @@ QVector<KpColor> colours()
     Vectors::Sequence sequence(40);
     for (int i = 0; i < 4; ++i) {
         QColor const ref = QRgb(sequence.below(0x1000000));
+        int const tint = sequence.between(-100, 100);
         KpColor colour;
-        colour.setTintColor(ref, sequence.between(-100, 100), sequence.below(12));
+        colour.setTintColor(ref, tint, sequence.below(12));
         all.append(colour);
     }
     return all;
@@ -98,7 +99,7 @@ void addChanges(Vectors::Theme& theme)
     QVector<KpColor> const all = colours();
     for (int i = 0; i < all.count(); ++i) {
         KpColor const before = all.at(i);
-        QColor const ref(sequence.below(256), sequence.below(256), sequence.below(256), 99);
+        QColor const ref = QColor::fromRgba(QRgb(sequence.bits()));
         for (int k = i % 2; k < tints.count(); k += 2) {
             int const tint = tints.at(k);
             int const themeIndex = themes.at((i + k) % themes.count());

@@ -133,7 +133,7 @@ std::vector<KpReal> Vectors::sampleReals()
     Sequence sequence(10);
     for (qint16 rule = -1; rule <= 8; ++rule) {
         reals.emplace_back(rule, 0.5, 30.0);
-        reals.emplace_back(rule, sequence.real(-2, 2), sequence.real(-500, 500));
+        reals.push_back({rule, sequence.real(-2, 2), sequence.real(-500, 500)});
     }
     reals.emplace_back(qint16(-32768), 1.0, 2.0);
     reals.emplace_back(KpReal::PartOfWidth, std::numeric_limits<double>::infinity(), -0.0);

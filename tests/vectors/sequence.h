@@ -9,7 +9,8 @@ namespace Vectors {
 /**
  * Numbers that look random and are the same on every platform and with every compiler: a counter
  * whose bits are mixed. Qt's generator does not promise its sequence, the standard library's
- * distributions are each their own.
+ * distributions are each their own. Arguments of a call are computed in no certain order, those in
+ * braces are: two numbers for one call stand in braces.
  */
 class Sequence
 {

@@ -92,8 +92,11 @@ bool isOption(QString const& argument, CommandOption const& option)
 QStringList knownNames()
 {
     QStringList names {helpName};
-    for (Command const* const command : commands)
+    for (Command const* const command : commands) {
         names << QString::fromUtf8(command->name);
+        if (command->alias)
+            names << QString::fromUtf8(command->alias);
+    }
     for (CommandOption const& option : toolOptions)
         names << QStringLiteral("--") + QString::fromUtf8(option.name);
     return names;
@@ -115,7 +118,8 @@ Outcome runHelp(QStringList const& arguments)
 {
     if (arguments.size() > 1)
         return misused(QStringLiteral("help explains one command"));
-    if (arguments.isEmpty() || arguments.first() == helpName)
+    if (arguments.isEmpty() || arguments.first() == helpName
+        || isOption(arguments.first(), helpOption))
         return print(helpText());
     Command const* const command = findCommand(arguments.first());
     return command ? command->run(*command, {QStringLiteral("--help")}) : Outcome::Misused;

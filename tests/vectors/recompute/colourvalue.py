@@ -14,6 +14,11 @@ def nearest(fraction, full=FULL):
     return rounded(fraction * full)
 
 
+def eight_bits(channel):
+    """Rounded; no channel is halfway between two."""
+    return (channel + 0x80) // 0x101
+
+
 class Colour:
     """`kind` is "rgb", "hsl" or "invalid"; `parts` are its three channels."""
 
@@ -95,10 +100,10 @@ class Colour:
 
     def rgb(self):
         """The channels in 8 bits."""
-        return [channel >> 8 for channel in self.rgb16()]
+        return list(map(eight_bits, self.rgb16()))
 
     def alpha(self):
-        return self.alpha16 >> 8
+        return eight_bits(self.alpha16)
 
     def hsl(self):
         """Hue, saturation, lightness and alpha as fractions; hue -1 for grey."""

@@ -13,6 +13,9 @@ class DocumentColour:
     """A colour, its reference as a number, its theme slot and the code of its tint."""
 
     def __init__(self, colour, reference=0, theme=0, code=0):
+        self.become(colour, reference, theme, code)
+
+    def become(self, colour, reference, theme, code):
         self.colour, self.reference, self.theme, self.code = colour, reference, theme, code
 
     @staticmethod
@@ -173,14 +176,14 @@ def set_reference(colour, ref, themeIndex):
 @changing("setColor(QColor)")
 def set_colour(colour, plain):
     plain = Colour.read(plain)
-    colour.__init__(plain, plain.packed())
+    colour.become(plain, plain.packed(), 0, 0)
 
 
 @changing("assignNoAlpha(KpColor&)")
 def assign_no_alpha(colour, other):
     other = DocumentColour.read(other)
     concrete = Colour.of_bytes(*other.colour.rgb(), colour.colour.alpha())
-    colour.__init__(concrete, other.reference, other.theme, other.code)
+    colour.become(concrete, other.reference, other.theme, other.code)
 
 
 def signed(number):
