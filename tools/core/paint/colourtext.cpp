@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double greatestLevel = 255.0;
+constexpr double fullLevel = 255.0;
 
 /** The level of a channel: a number up to `greatest`, or a percentage. */
 std::optional<int> levelFromText(QString const& text, double greatest)
@@ -16,9 +16,9 @@ std::optional<int> levelFromText(QString const& text, double greatest)
     bool const isPercentage = text.endsWith(QLatin1Char('%'));
     bool isNumber = false;
     double const number = text.chopped(isPercentage ? 1 : 0).toDouble(&isNumber);
-    double const level = number * greatestLevel / (isPercentage ? 100.0 : greatest);
+    double const level = number * fullLevel / (isPercentage ? 100.0 : greatest);
     // Written so that NaN is none.
-    bool const isLevel = isNumber && level >= 0.0 && level <= greatestLevel;
+    bool const isLevel = isNumber && level >= 0.0 && level <= fullLevel;
     return isLevel ? std::optional(qRound(level)) : std::nullopt;
 }
 
@@ -34,9 +34,9 @@ QColor functionalColour(QString const& text)
         return QColor();
     for (QString& channel : channels)
         channel = channel.trimmed();
-    auto const red = levelFromText(channels.at(0), greatestLevel);
-    auto const green = levelFromText(channels.at(1), greatestLevel);
-    auto const blue = levelFromText(channels.at(2), greatestLevel);
+    auto const red = levelFromText(channels.at(0), fullLevel);
+    auto const green = levelFromText(channels.at(1), fullLevel);
+    auto const blue = levelFromText(channels.at(2), fullLevel);
     auto const alpha = levelFromText(channels.at(3), 1.0);
     return red && green && blue && alpha ? QColor(*red, *green, *blue, *alpha) : QColor();
 }
