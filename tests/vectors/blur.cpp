@@ -33,6 +33,20 @@ QImage dot(int width, int height)
     return image;
 }
 
+char const* nameOf(QImage::Format format)
+{
+    switch (format) {
+    case QImage::Format_Grayscale8:
+        return "Grayscale8";
+    case QImage::Format_RGBA64_Premultiplied:
+        return "RGBA64_Premultiplied";
+    case QImage::Format_RGB32:
+        return "RGB32";
+    default:
+        return "ARGB32_Premultiplied";
+    }
+}
+
 } // namespace
 
 void Vectors::addBlur(Theme& theme)
@@ -65,14 +79,18 @@ void Vectors::addBlur(Theme& theme)
         blurs.append(
             {noise(sequence, width, height, format), radius, radius % 4 == 0 ? radius : 0});
     }
+    blurs.append({dot(5, 5).convertToFormat(QImage::Format_Grayscale8), 2, 0});
+    blurs.append({dot(5, 5).convertToFormat(QImage::Format_RGBA64_Premultiplied), 2, 0});
     for (Blur const& blur : qAsConst(blurs)) {
-        bool const isOpaque = blur.image.format() == QImage::Format_RGB32;
-        QImage blurred = blurBitmap(blur.image, blur.radius, blur.flatness).toImage();
-        if (!blurred.isNull())
-            blurred = blurred.convertToFormat(blur.image.format());
+        bool const isOpaque = !blur.image.hasAlphaChannel();
+        auto const format = isOpaque ? QImage::Format_RGB32 : translucent;
+        auto const pixels = [format](QImage const& image) {
+            return image.isNull() ? image : image.convertToFormat(format);
+        };
+        QPixmap const blurred = blurBitmap(blur.image, blur.radius, blur.flatness);
         theme.add("GaussianBlur::blurBitmap(QImage, unsigned int, unsigned int)",
-            {{"image", blur.image}, {"format", isOpaque ? "RGB32" : "ARGB32_Premultiplied"},
+            {{"image", pixels(blur.image)}, {"format", nameOf(blur.image.format())},
                 {"radius", blur.radius}, {"flatness", blur.flatness}},
-            {{"result", blurred}});
+            {{"result", pixels(blurred.toImage())}});
     }
 }

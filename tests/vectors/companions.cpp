@@ -121,7 +121,7 @@ void addPaths(Theme& theme)
 
     // What Qt does with its own paths is Qt's: only steps from which it leaves nothing out.
     KpPath path;
-    for (int const type : {0, 1, 2, 3, 3, 1, 7, 3})
+    for (int const type : {0, 1, 2, 3, 3, 1, 7, 3, 4})
         path.append({path.count() * 2.0, path.count() * path.count() * 0.5, 0, 0, type});
     theme.add(
         "KpPath::toPainterPath() const", {{"path", path}}, {{"painterPath", path.toPainterPath()}});

@@ -29,15 +29,19 @@ template <class Object> Fields readStream(char const* name, Object& object, QStr
         {"stoppedAtName", reader.name().toString()}};
 }
 
-void addSegmentReading(Theme& theme, QString const& kind, KpPathSeg& before, QString const& xml)
+void addTreeReading(Theme& theme, QString const& kind, KpPathSeg& before, QString const& xml)
 {
-    Fields const inputs {{"segment", before}, {"xml", xml}};
-    QString const owner = "KpPathSeg" + kind + "::";
-    auto const fromTree = exactCopy(before);
-    bool const result = fromTree->parse(Vectors::treeOf(xml).documentElement(), 0U);
-    theme.add(owner + ofTree, inputs, {{"segment", *fromTree}, {"result", result}});
-    auto const fromStream = exactCopy(before);
-    theme.add(owner + ofStream, inputs, readStream("segment", *fromStream, xml));
+    auto const after = exactCopy(before);
+    bool const result = after->parse(Vectors::treeOf(xml).documentElement(), 0U);
+    theme.add("KpPathSeg" + kind + "::" + ofTree, {{"segment", before}, {"xml", xml}},
+        {{"segment", *after}, {"result", result}});
+}
+
+void addStreamReading(Theme& theme, QString const& kind, KpPathSeg& before, QString const& xml)
+{
+    auto const after = exactCopy(before);
+    theme.add("KpPathSeg" + kind + "::" + ofStream, {{"segment", before}, {"xml", xml}},
+        readStream("segment", *after, xml));
 }
 
 /** What stands within a segment's element. */
@@ -51,7 +55,7 @@ QStringList contents()
         R"(<A V="1" B="5" P="2"/><B V="3" B="6"/><C V="4" P="0.125"/><D V="5" B="0"/><X V="6"/>)",
         R"(<D V="-1"/><C V="-2"/><B V="-3"/><A V="-4"/><Y V="-5"/><X V="-6" B="4"/>)",
         "<X V=\"\u22125\" B=\"\u22126\"/><Y V=\"\u0663\" B=\"+3\" P=\"5.E+1\"/>",
-        R"(<X><Y V="9"/></X><Y V="inf" P="nan"/>)",
+        "<X V=\"-0\" P=\"-0.00\"/>", R"(<X><Y V="9"/></X><Y V="inf" P="nan"/>)",
         R"(<LineTo><X V="1"/></LineTo><X V="0.1"/><Y V="1234567.125" B="32768"/>)",
         R"(<X V="12345678901234567890" P="1e-320"/><Y V="0.30000000000000004" P="1.7976931348623157e308"/>)"};
 }
@@ -69,9 +73,12 @@ void addSegmentReadings(Theme& theme)
     };
     for (Kind const& kind :
         {Kind {"MoveTo", move}, {"LineTo", line}, {"CurveTo", curve}, {"Ellipse", ellipse}}) {
-        for (QString const& content : contents())
-            addSegmentReading(
-                theme, kind.name, kind.segment, QString("<%1>%2</%1>").arg(kind.name, content));
+        addTreeReading(theme, kind.name, kind.segment, ""); // the null element
+        for (QString const& content : contents()) {
+            QString const xml = QString("<%1>%2</%1>").arg(kind.name, content);
+            addTreeReading(theme, kind.name, kind.segment, xml);
+            addStreamReading(theme, kind.name, kind.segment, xml);
+        }
     }
 }
 
@@ -96,7 +103,8 @@ Outline oddNumbers()
     auto outline = std::make_unique<KpPathSegList>();
     double const numbers[] = {0.1 + 0.2, 1.0 / 3, 123.456789, 1234567, 0.00001234, 100, 123456.5,
         123455.5, -0.0, -0.5, 999999.5, 999999.4, 0.0001, 0.00009999995, 1e300, -1e-300, infinite,
-        -infinite, std::numeric_limits<double>::quiet_NaN(), 2.0000005, 1.5e15, -123456.5, 5e-324};
+        -infinite, std::numeric_limits<double>::quiet_NaN(), 2.0000005, 9.9999996, 0.09999996,
+        1.5e15, -123456.5, 5e-324};
     qint16 rule = -3;
     for (double const number : numbers) {
         qint16 const other = rule == 5 ? qint16(-32768) : rule;

@@ -64,6 +64,8 @@ def to_painter_path(path):
         follows = any(other[0] == 2 for other in path[max(0, i - 2):i])
         if element[0] in (0, 1, 2) or element[0] == 3 and follows:
             kept.append(element)
+        elif element[0] == 4: # a line to where the subpath began
+            kept.append([1] + next(e[1:] for e in reversed(kept) if e[0] == 0))
     return {"painterPath": kept}
 
 

@@ -98,8 +98,11 @@ def stopped(reader):
 
 @gives(*(f"{owner}::parse(QDomElement const&, unsigned int)" for owner in CLASSES.values()))
 def parse_segment_tree(segment, xml):
+    element = element_of(xml)
+    if element is None:
+        return {"segment": segment, "result": segment[0] not in (MOVE, LINE)}
     segment = copy.deepcopy(segment)
-    read_tree(segment, element_of(xml))
+    read_tree(segment, element)
     return {"segment": segment, "result": True}
 
 
