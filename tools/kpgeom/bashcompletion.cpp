@@ -23,7 +23,7 @@ QString kindText(Value::Kind kind)
     return QStringLiteral("text");
 }
 
-QString valueText(Value const& value)
+QString bashWords(Value const& value)
 {
     return ShellText::quoted(
         (kindText(value.kind) + QLatin1Char(' ') + QString::fromUtf8(value.words)).trimmed());
@@ -32,10 +32,10 @@ QString valueText(Value const& value)
 QString valueCase(CommandOption const& option)
 {
     return QStringLiteral("                %1) value=%2 ;;\n")
-        .arg(ShellText::spellings(option).join(QLatin1Char('|')), valueText(option.value));
+        .arg(ShellText::spellings(option).join(QLatin1Char('|')), bashWords(option.value));
 }
 
-QString commandCase(Command const& command)
+QString bashCase(Command const& command)
 {
     QStringList options;
     QString values;
@@ -52,7 +52,7 @@ QString commandCase(Command const& command)
                           "%6            ;;\n")
         .arg(ShellText::names(command).join(QLatin1Char('|')), options.join(QLatin1Char(' ')),
             ShellText::valuedOptions(command).join(QLatin1Char('|')),
-            valueText(command.operands[0]), valueText(command.operands[1]), values);
+            bashWords(command.operands[0]), bashWords(command.operands[1]), values);
 }
 
 } // namespace
@@ -64,7 +64,7 @@ void fillBashCompletion(Form& form, Diagnostics& diagnostics)
         options << ShellText::spellings(option);
     QString cases;
     for (Command const* const command : commands)
-        cases += commandCase(*command);
+        cases += bashCase(*command);
     form.fill(
         QStringLiteral("commands"), ShellText::commandNames().join(QLatin1Char(' ')), diagnostics);
     form.fill(QStringLiteral("options"), options.join(QLatin1Char(' ')), diagnostics);

@@ -70,7 +70,7 @@ Outcome printText(QString const& operand, ProgressFunction const& progress)
     return output.commit() ? outcomeOf(findings) : Outcome::Failed;
 }
 
-Outcome writeJson(QString const& operand, QIODevice& device, ProgressFunction const& progress)
+Outcome writeFindings(QString const& operand, QIODevice& device, ProgressFunction const& progress)
 {
     LongJson json("warnings", jsonOfFileIndentation);
     int findings = 0;
@@ -97,7 +97,7 @@ Outcome runCheck(Command const& command, QStringList const& arguments)
         return line.misused(misuse(QStringLiteral("no file given")));
 
     if (line.isSet(QStringLiteral("json")))
-        return tellOfEach(line, ReportForm::Json, writeJson);
+        return tellOfEach(line, ReportForm::Json, writeFindings);
     return runBatch(line, {line.suffixes(), {}, {}, {}, [](BatchJob const& job) {
                                Progress progress({job.input});
                                progress.step();

@@ -143,7 +143,7 @@ QJsonObject toJson(Entry const& entry)
         {QStringLiteral("file"), wellFormed(entry.file)}, {QStringLiteral("digest"), entry.digest}};
 }
 
-Outcome writeJson(QString const& file, QIODevice& device, ProgressFunction const& progress)
+Outcome writeDigest(QString const& file, QIODevice& device, ProgressFunction const& progress)
 {
     int const steps = stepsOf(file);
     int step = 0;
@@ -299,7 +299,7 @@ Outcome runDigest(Command const& command, QStringList const& arguments)
     bool const isJson = line.isSet(QStringLiteral("json"));
     if (!line.isSet(QStringLiteral("check"))) {
         if (isJson)
-            return tellOfEach(line, ReportForm::Json, writeJson);
+            return tellOfEach(line, ReportForm::Json, writeDigest);
         return runBatch(
             line, {{}, {}, {}, {}, [](BatchJob const& job) { return printDigest(job.input); }});
     }

@@ -6,7 +6,7 @@
 namespace {
 
 /** How a value is completed; nothing if it cannot be. */
-QString action(Value const& value)
+QString fishAction(Value const& value)
 {
     QString words = QString::fromUtf8(value.words);
     switch (value.kind) {
@@ -47,7 +47,7 @@ QString optionRule(QString const& condition, CommandOption const& option)
         what += QStringLiteral(" -s ") + QString::fromUtf8(option.letter);
     what += QStringLiteral(" -l ") + QString::fromUtf8(option.name);
     if (option.value.name)
-        what += QStringLiteral(" -r") + action(option.value);
+        what += QStringLiteral(" -r") + fishAction(option.value);
     if (option.value.name && !what.endsWith(QLatin1String("-F")))
         what += QLatin1String(" -f");
     return rule(condition, what + descriptionOf(option.description));
@@ -69,8 +69,8 @@ QString commandRules(Command const& command)
                 action);
         }
     };
-    addOperands(QStringLiteral("first"), action(command.operands[0]));
-    addOperands(QStringLiteral("further"), action(command.operands[1]));
+    addOperands(QStringLiteral("first"), fishAction(command.operands[0]));
+    addOperands(QStringLiteral("further"), fishAction(command.operands[1]));
     return rules;
 }
 

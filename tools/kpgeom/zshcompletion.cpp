@@ -25,7 +25,7 @@ QString fileAction(QString const& suffixes)
 }
 
 /** How a value is completed. */
-QString action(Value const& value)
+QString zshAction(Value const& value)
 {
     QString const words = QString::fromUtf8(value.words);
     switch (value.kind) {
@@ -43,9 +43,9 @@ QString action(Value const& value)
     return QStringLiteral(" ");
 }
 
-QString valueText(Value const& value)
+QString zshValue(Value const& value)
 {
-    return QStringLiteral(":%1:%2").arg(QString::fromUtf8(value.name), action(value));
+    return QStringLiteral(":%1:%2").arg(QString::fromUtf8(value.name), zshAction(value));
 }
 
 /** An argument of _arguments, in a line. */
@@ -67,7 +67,7 @@ QString optionLine(QString const& indentation, CommandOption const& option)
         spellings.last() += QLatin1Char('=');
         if (spellings.size() > 1)
             spellings.first() += QLatin1Char('+');
-        rest += valueText(option.value);
+        rest += zshValue(option.value);
     }
     QString const names = spellings.size() > 1
         ? QLatin1Char('{') + spellings.join(QLatin1Char(',')) + QLatin1Char('}')
@@ -81,13 +81,13 @@ QString operandLines(QString const& indentation, Command const& command)
     Value const& others = command.operands[1];
     QString lines;
     if (first.name)
-        lines += argumentLine(indentation, ShellText::quoted(QLatin1Char('1') + valueText(first)));
+        lines += argumentLine(indentation, ShellText::quoted(QLatin1Char('1') + zshValue(first)));
     if (others.name)
-        lines += argumentLine(indentation, ShellText::quoted(QLatin1Char('*') + valueText(others)));
+        lines += argumentLine(indentation, ShellText::quoted(QLatin1Char('*') + zshValue(others)));
     return lines;
 }
 
-QString commandCase(Command const& command)
+QString zshCase(Command const& command)
 {
     QString const indentation(16, QLatin1Char(' '));
     QString arguments;
@@ -114,7 +114,7 @@ void fillZshCompletion(Form& form, Diagnostics& diagnostics)
     QString cases;
     for (Command const* const command : commands) {
         addName(QString::fromUtf8(command->name), ShellText::firstSentence(command->summary));
-        cases += commandCase(*command);
+        cases += zshCase(*command);
     }
     addName(QStringLiteral("help"), QStringLiteral("Explains a command"));
     QString options;
