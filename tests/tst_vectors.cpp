@@ -107,6 +107,12 @@ QSet<QString> inlineNames()
         "KpRecentFileManager::KpRecentFileManager(KpRecentFileManager const&)",
         "operator!=(KpColor const&, QColor const&)", "operator!=(QColor const&, KpColor const&)",
         "operator<<(QDataStream&, KpColor const&)", "operator<<(QDebug, KpColor const&)",
+        "operator<<(QDebug, KpPath const&)", "operator<<(QDebug, KpPath::KpElement const&)",
+        "operator<<(QDebug, KpPathSeg const&)", "operator<<(QDebug, KpPathSeg const*)",
+        "operator<<(QDebug, KpPathSegList const&)", "operator<<(QDebug, KpPoint const&)",
+        "operator<<(QDebug, KpReal const&)", "operator<<(QDebug, KpRecentFileManager const&)",
+        "operator<<(QDebug, KpRecentFileManager::RecFile const&)",
+        "operator<<(QDebug, KpRecentFileManager::RecFileInfo const&)",
         "operator==(KpColor const&, QColor const&)", "operator==(QColor const&, KpColor const&)",
         "operator>>(QDataStream&, KpColor&)"};
 }

@@ -6,6 +6,7 @@
 
 namespace {
 
+constexpr char const* forPeople = "a text for people, parts of it are Qt's";
 constexpr char const* ofDestructor = "what a destructor does shows in no result";
 
 } // namespace
@@ -45,7 +46,17 @@ std::vector<Vectors::LeftOut> const& Vectors::leftOut()
         {"KpPathSegMoveTo::~KpPathSegMoveTo()", ofDestructor},
         {"KpRecentFileManager::~KpRecentFileManager()", ofDestructor},
         {"UnitUtil::timeDelay(int)", "waits, and gives nothing"},
-        {"operator<<(QDebug, KpColor const&)", "a text for people, most of it is Qt's"}};
+        {"operator<<(QDebug, KpColor const&)", forPeople},
+        {"operator<<(QDebug, KpPath const&)", forPeople},
+        {"operator<<(QDebug, KpPath::KpElement const&)", forPeople},
+        {"operator<<(QDebug, KpPathSeg const&)", forPeople},
+        {"operator<<(QDebug, KpPathSeg const*)", forPeople},
+        {"operator<<(QDebug, KpPathSegList const&)", forPeople},
+        {"operator<<(QDebug, KpPoint const&)", forPeople},
+        {"operator<<(QDebug, KpReal const&)", forPeople},
+        {"operator<<(QDebug, KpRecentFileManager const&)", forPeople},
+        {"operator<<(QDebug, KpRecentFileManager::RecFile const&)", forPeople},
+        {"operator<<(QDebug, KpRecentFileManager::RecFileInfo const&)", forPeople}};
     return all;
 }
 
