@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Installs the packages in /packages in a Debian system that has nothing else, uses them as those who
-# read of them would, and removes them again. The source package lies in /source. scripts/package
+# read of them would, line by line, and removes them again. The sources lie in /source. scripts/package
 # makes that system and runs this in it.
 set -eu
 
@@ -30,6 +30,50 @@ files_of_packages() {
         \( -iname '*kpgeom*' -o -iname '*kpshapes*' -o -iname 'libkp*' \) -print
 }
 
+# The commands that README shows, a line each.
+readme_commands() {
+    awk '/^```sh$/ { shown = 1; next } /^```$/ { shown = 0 } shown' README.md |
+        sed -e ':line' -e '/\\$/N; s/\\\n *//; t line' -e 's/ *#.*//' -e '/^ *$/d'
+}
+
+run_readme() {
+    readme_commands | while read -r line; do
+        case $line in
+            scripts/package*) continue ;; # has made what is installed here
+            scripts/test*) continue ;; # would take longer than all else
+            cmake\ --preset*)
+                # shellcheck disable=SC2046 # a list of packages
+                install $(sed -n 's/^build_packages=(\(.*\))$/\1/p' scripts/packages.sh)
+                step "what building needs"
+                ;;
+        esac
+        case $line in
+            kpshapes*) # stays until it is closed
+                code=0
+                timeout 5 sh -euc "exec $line" >/tmp/log 2>&1 </dev/null || code=$?
+                [ "$code" -eq 124 ] || { cat /tmp/log; fail "$line goes on"; }
+                ;;
+            *)
+                sh -euc "$line" >/tmp/log 2>&1 </dev/null || { cat /tmp/log; fail "README's line works: $line"; }
+                ;;
+        esac
+        step "README: $line"
+    done
+    readme_commands | grep -q '^kpgeom ' || fail "README is read"
+}
+
+run_cookbook() {
+    mkdir /tmp/recipes
+    for recipe in examples/cookbook/*.cpp; do
+        # shellcheck disable=SC2046 # words
+        g++ -std=c++11 "$recipe" -o "/tmp/recipes/$(basename "$recipe" .cpp)" \
+            $(pkg-config --cflags --libs kpgeometry)
+    done
+    step "the recipes of the cookbook, compiled"
+    examples/cookbook/run /usr/bin/kpgeom /tmp/recipes
+    step "the recipes of the cookbook, run"
+}
+
 apt-get update --quiet >/dev/null
 [ -z "$(files_of_packages)" ] || fail "the system has nothing of ours"
 step "a new system knows which packages there are"
@@ -50,6 +94,12 @@ sed -n 's/^Tests: //p' debian/tests/control | while read -r test; do
     "debian/tests/$test"
     step "the test $test"
 done
+
+install git
+run_cookbook
+export QT_QPA_PLATFORM=offscreen
+run_readme
+cmake --build build/user --target uninstall >/dev/null
 
 apt-get purge --yes --quiet kpgeom kpshapes kpgeometry-doc libkpgeometry-dev libkpgeometry1 >/dev/null
 apt-get autoremove --purge --yes --quiet >/dev/null
