@@ -26,7 +26,7 @@ install() {
 
 files_of_packages() {
     find / -xdev \( -path /packages -o -path /source -o -path /proc -o -path /sys -o -path /tmp \
-        -o -path /var/cache -o -path /var/log \) -prune -o \
+        -o -path /var/cache -o -path /var/log -o -path /root \) -prune -o \
         \( -iname '*kpgeom*' -o -iname '*kpshapes*' -o -iname 'libkp*' \) -print
 }
 
