@@ -8,6 +8,9 @@ if(NOT KPGEOMETRY_SANITIZERS AND NOT KPGEOMETRY_COVERAGE)
 
   add_test(NAME pages_are_finished COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/docstest.py)
 
+  add_test(NAME guides_show_what_is_printed
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/transcripts $<TARGET_FILE:kpgeom>)
+
   add_test(NAME tool_page_names_commands
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/toolpage $<TARGET_FILE:kpgeom>)
 
