@@ -76,6 +76,8 @@ if(KPGEOMETRY_SANITIZERS)
 endif()
 kpgeometry_add_package_test(package_pkgconfig pkgconfig)
 kpgeometry_add_package_test(package_foreigncompanions foreigncompanions)
+# It builds the library once more; that it works with other companions, its own tests show each time.
+set_tests_properties(package_foreigncompanions PROPERTIES LABELS thorough)
 kpgeometry_add_package_test(package_wrongqt wrongqt)
 kpgeometry_add_package_test(package_debian debian)
 set(package_tests
