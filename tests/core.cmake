@@ -51,6 +51,7 @@ foreach(name IN ITEMS outputname suggestion)
     LIBRARIES kpgeomcore)
   target_include_directories(tst_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tools/kpgeom)
 endforeach()
+kpgeometry_add_test(tst_commandline UNOPTIMIZED LIBRARIES kpgeomcommands)
 # The library as its object files, one a source, show it; the tool beside it for comparison.
 if(NOT CMAKE_UNITY_BUILD)
   kpgeometry_add_test(tst_kpgeomcore UNOPTIMIZED

@@ -39,9 +39,8 @@ std::optional<Outcome> CommandLine::parse(QStringList const& arguments)
     if (!understood)
         return misused(misuse(parsingFault()));
     QStringList const given = m_parser.optionNames();
-    if (given.contains(QLatin1String(quietOption.name))
-        || given.contains(QLatin1String(quietOption.letter)))
-        beQuiet();
+    setQuiet(given.contains(QLatin1String(quietOption.name))
+        || given.contains(QLatin1String(quietOption.letter)));
     return std::nullopt;
 }
 

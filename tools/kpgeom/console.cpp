@@ -90,9 +90,9 @@ QString displayName(QString const& operand)
     return operand == standardStream ? QStringLiteral("<stdin>") : printable(operand);
 }
 
-void beQuiet()
+void setQuiet(bool isQuiet)
 {
-    quiet = true;
+    quiet = isQuiet;
 }
 
 bool isQuiet()

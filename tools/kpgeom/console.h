@@ -61,8 +61,8 @@ bool printHeld(HeldOutput::Pieces const& pieces);
 /** The name of an operand in messages, printable: "-" is standard input, none is "". */
 QString displayName(QString const& operand);
 
-/** From here on warnings are not reported, and no progress is shown; errors are reported. */
-void beQuiet();
+/** Whether from here on warnings are not reported and no progress is shown; errors are reported. */
+void setQuiet(bool isQuiet);
 bool isQuiet();
 
 /**
