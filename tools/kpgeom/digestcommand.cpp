@@ -278,9 +278,8 @@ Outcome checkLists(QStringList const& lists, bool isJson)
         areRead = checkList(list, tally) && areRead;
     if (isJson)
         tally.isPrinted = printOut(QJsonDocument(tally.verdicts).toJson());
-    if (tally.unreadable > 0) {
+    if (tally.unreadable > 0)
         reportTotal("files that cannot be read", tally.unreadable);
-    }
     if (tally.different > 0)
         reportTotal("digests that differ", tally.different);
     if (!areRead || !tally.isPrinted || tally.unreadable > 0 || tally.different > 0)

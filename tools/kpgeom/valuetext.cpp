@@ -3,6 +3,7 @@
 
 #include "document/length.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -101,7 +102,10 @@ std::optional<double> densityFromText(QString const& text)
 
 std::optional<QSizeF> sizeFromText(QString const& text)
 {
-    // A unit may have an x in its name, too.
+    // A unit may have an x in its name, too: that of pixels.
+    int const most = 3;
+    if (std::count_if(text.begin(), text.end(), separatesSides) > most)
+        return std::nullopt;
     for (int i = 0; i < text.size(); ++i) {
         if (!separatesSides(text.at(i)))
             continue;
